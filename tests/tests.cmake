@@ -1,0 +1,6 @@
+# The core: no widgets.
+tavoline_test(tst_tavgraph tavoline_core)
+
+# The viewer.
+
+# The window.
