@@ -64,7 +64,7 @@ void TAVGraph::average(Neighbours lists)
 }
 
 // The comparison is strict, so that a NaN that comes first stays and a later one is ignored.
-template <typename Better> void TAVGraph::extremum(Neighbours lists, Better better)
+template<typename Better> void TAVGraph::extremum(Neighbours lists, Better better)
 {
     errInv2 = true;
     for (const QList<TAVGraph *> *list : lists) {

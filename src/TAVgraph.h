@@ -62,7 +62,7 @@ public:
 private:
     using Neighbours = std::initializer_list<const QList<TAVGraph *> *>;
     void average(Neighbours lists);
-    template <typename Better> void extremum(Neighbours lists, Better better);
+    template<typename Better> void extremum(Neighbours lists, Better better);
 
     QList<TAVGraph *> sub;
     QList<TAVGraph *> over;

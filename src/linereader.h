@@ -1,0 +1,40 @@
+#ifndef TAVOLINE_LINEREADER_H
+#define TAVOLINE_LINEREADER_H
+
+#include <QByteArray>
+#include <QIODevice>
+
+#include <string_view>
+
+/// Reads a device block by block and hands out its lines in place, without copying or decoding them.
+class LineReader
+{
+public:
+    enum class Status {
+        Line,    ///< a line was read
+        End,     ///< the device has no more lines
+        Failed,  ///< the device reported a read error
+        TooLong, ///< a line is longer than MaxLineLength
+    };
+
+    /// The longest line in bytes: what a QString can hold of it with room to spare.
+    static constexpr int MaxLineLength = 1 << 30;
+
+    /// Reads @p source, which is open and outlives the reader, @p blockSize bytes at a time.
+    explicit LineReader(QIODevice &source, int blockSize = 1 << 18);
+
+    /// Sets @p line to the bytes of the next line without its "\n"; they stay valid until the next call. A last line
+    /// without "\n" is a line; an empty device has none. On any status but Line @p line is left as it was.
+    Status next(std::string_view &line);
+
+private:
+    Status readBlock();
+
+    QIODevice &device;
+    QByteArray buffer;
+    int blockLength;
+    int begin = 0; // what is read and not yet handed out: [begin, end) of the buffer
+    int end = 0;
+};
+
+#endif
