@@ -1,5 +1,7 @@
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_core)
+tavoline_test(tst_databaseline tavoline_core)
+tavoline_test(tst_linereader tavoline_core)
 
 # The viewer.
 
