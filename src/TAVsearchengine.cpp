@@ -92,6 +92,10 @@ bool TAVSearchEngine::loadData(const QString &path)
             return false;
         }
     }
+    if (file.error() != QFileDevice::NoError) {
+        rejectUnreadable(path);
+        return false;
+    }
     file.close();
     const QString loaded = QStringLiteral("Data loaded %1").arg(graphs.size());
     diagnose(loaded);
@@ -130,7 +134,11 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
             return Outcome::Interrupted;
         }
     }
-    return status == LineReader::Status::End ? Outcome::Done : failUnreadable();
+    if (status != LineReader::Status::End) {
+        rejectUnreadable(filename);
+        return Outcome::Failed;
+    }
+    return Outcome::Done;
 }
 
 TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &linkCount)
@@ -160,15 +168,11 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
         }
         linkCount += qint64(line.indices.size());
     }
-    return status == LineReader::Status::End ? Outcome::Done : failUnreadable();
-}
-
-TAVSearchEngine::Outcome TAVSearchEngine::failUnreadable()
-{
-    diagnose(QStringLiteral("Unable to read file"));
-    emit signal_console(QStringLiteral("Unable to read file :") + filename);
-    eraseDatabase();
-    return Outcome::Failed;
+    if (status != LineReader::Status::End) {
+        rejectUnreadable(filename);
+        return Outcome::Failed;
+    }
+    return Outcome::Done;
 }
 
 /// Appends the record of @p line and links it, both ways, to the records that the line names; returns false when an
@@ -192,5 +196,12 @@ void TAVSearchEngine::rejectFormat()
 {
     diagnose(QStringLiteral("Error in database format"));
     emit signal_console(QStringLiteral("ERROR in database format."));
+    eraseDatabase();
+}
+
+void TAVSearchEngine::rejectUnreadable(const QString &path)
+{
+    diagnose(QStringLiteral("Unable to read file"));
+    emit signal_console(QStringLiteral("Unable to read file :") + path);
     eraseDatabase();
 }

@@ -32,7 +32,7 @@ public:
     void run() override;
 
     /// Reads the file @p path in the caller's thread, in pieces of at most 1023 bytes, and returns whether it could be
-    /// opened and every index was good; a bad index leaves the database empty.
+    /// opened and read and every index was good; a bad index or a read error leaves the database empty.
     bool loadData(const QString &path);
 
     /// Takes back the traversal mark of every record; says "Database cleared." although it deletes nothing.
@@ -55,9 +55,9 @@ private:
 
     Outcome countLines(qint64 &lineCount);
     Outcome readRecords(qint64 lineCount, qint64 &linkCount);
-    Outcome failUnreadable();
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
+    void rejectUnreadable(const QString &path);
 
     QString filename;
     QVector<TAVGraph *> graphs;
