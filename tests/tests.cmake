@@ -4,6 +4,7 @@ tavoline_test(tst_databaseline tavoline_core)
 tavoline_test(tst_linereader tavoline_core)
 tavoline_test(tst_searchengine tavoline_core)
 tavoline_test(tst_graphlist tavoline_core)
+tavoline_test(tst_manager tavoline_core)
 
 # The viewer.
 
