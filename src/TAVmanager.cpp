@@ -4,19 +4,18 @@
 #include "graphlist.h"
 
 #include <QCoreApplication>
-#include <QEvent>
 #include <QFile>
-#include <QSignalBlocker>
 
 #include <algorithm>
 #include <iostream>
 
-TAVManager::TAVManager() : engine(new TAVSearchEngine)
+TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this))
 {
-    connect(engine, &TAVSearchEngine::signal_progress, this, &TAVManager::slot_progress);
-    connect(engine, &TAVSearchEngine::signal_load_failed, this, &TAVManager::slot_load_failed);
-    connect(engine, &TAVSearchEngine::signal_load_succedded, this, &TAVManager::slot_load_succeeded);
-    connect(engine, &TAVSearchEngine::signal_console, this, &TAVManager::slot_console);
+    connect(engine, &TAVSearchEngine::signal_progress, mailbox,
+            [this](int current, int total) { slot_progress(current, total); });
+    connect(engine, &TAVSearchEngine::signal_load_failed, mailbox, [this] { slot_load_failed(); });
+    connect(engine, &TAVSearchEngine::signal_load_succedded, mailbox, [this] { slot_load_succeeded(); });
+    connect(engine, &TAVSearchEngine::signal_console, mailbox, [this](const QString &text) { slot_console(text); });
 }
 
 TAVManager::~TAVManager()
@@ -140,14 +139,13 @@ void TAVManager::slot_console(const QString &text)
     emit signal_console(text);
 }
 
-/// Waits for the loader's thread after telling it to stop, and swallows what it had still to say: its queued signals
-/// are delivered here and now, while this object is silent, so that nobody takes them for those of a later load.
+/// Waits for the loader's thread after telling it to stop, and drops what it had still to say, so that nobody takes it
+/// for the words of a later load.
 void TAVManager::stopLoading()
 {
     engine->requestInterruption();
     engine->wait();
-    const QSignalBlocker silence(this);
-    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    QCoreApplication::removePostedEvents(mailbox);
 }
 
 /// The end of an operation that was refused.

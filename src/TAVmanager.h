@@ -64,6 +64,8 @@ private:
     bool refuse();
 
     TAVSearchEngine *engine;
+    /// Receives the engine's signals on behalf of the manager: its queue holds nothing else and can be emptied.
+    QObject *mailbox;
     QVector<GraphList *> lists;
 };
 
