@@ -5,6 +5,7 @@ tavoline_test(tst_linereader tavoline_core)
 tavoline_test(tst_searchengine tavoline_core)
 tavoline_test(tst_graphlist tavoline_core)
 tavoline_test(tst_manager tavoline_core)
+tavoline_test(tst_loading tavoline_core)
 
 # The viewer.
 
