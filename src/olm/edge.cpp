@@ -1,0 +1,138 @@
+#include "olm/edge.h"
+
+#include "olm/node.h"
+
+#include <QPainter>
+#include <QPen>
+
+#include <cmath>
+#include <iostream>
+
+namespace
+{
+/// Under everything else until adjust() puts the line right below its vertices.
+constexpr double initialZ = -10000.0;
+constexpr double zBelowVertices = 0.1;
+/// A line of at most this length is drawn as a point, in scene units.
+constexpr double shortestLine = 5.0;
+/// What the painted line and its label box need around the two ends.
+constexpr double marginX = 20.0;
+constexpr double marginY = 10.0;
+constexpr double marginPen = 1.5;
+} // namespace
+
+int Edge::edgeWidth = 2;
+
+Edge::Edge(Node *sourceNode, Node *destNode) : source(sourceNode), dest(destNode)
+{
+    if (source != nullptr && dest != nullptr && source != dest) {
+        setZValue(initialZ);
+        adjust();
+        setLine(QLineF(sourcePoint, destPoint));
+    }
+}
+
+void Edge::adjust()
+{
+    if (!endsAreVisible()) {
+        present = false;
+        hide();
+        return;
+    }
+    if (isVisible() != present) {
+        setVisible(present);
+    }
+    if (present) {
+        setZValue(qMin(source->zValue(), dest->zValue()) - zBelowVertices);
+        const QPointF start = mapFromItem(source, 0, 0);
+        const QPointF end = mapFromItem(dest, 0, 0);
+        setEnds(start, QLineF(start, end).length() > shortestLine ? end : start);
+    }
+    update();
+}
+
+void Edge::resetVisible(bool shown)
+{
+    present = shown && endsAreVisible();
+    if (isVisible() != present) {
+        setVisible(present);
+    }
+    adjust();
+}
+
+double Edge::length() const
+{
+    return QLineF(sourcePoint, destPoint).length();
+}
+
+void Edge::setLabel(const QString &text)
+{
+    label = text;
+    update();
+}
+
+void Edge::setHilighted(bool on)
+{
+    hilighted = on;
+    update();
+}
+
+void Edge::display() const
+{
+    std::cerr << "Edge(" << qPrintable(source->getName()) << " ; " << qPrintable(dest->getName()) << ")" << std::endl;
+}
+
+QRectF Edge::boundingRect() const
+{
+    if (source == nullptr || dest == nullptr) {
+        return {};
+    }
+    return QRectF(sourcePoint, destPoint)
+        .normalized()
+        .adjusted(-marginX - marginPen, -marginY - marginPen, marginX + marginPen, marginY + marginPen);
+}
+
+void Edge::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*option*/, QWidget * /*widget*/)
+{
+    if (!endsAreVisible()) {
+        present = false;
+        return;
+    }
+    const QColor colour = hilighted ? Qt::red : Qt::black;
+    painter->setPen(QPen(colour, hilighted ? edgeWidth + 2 : edgeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->setBrush(Qt::white);
+    painter->drawLine(QLineF(sourcePoint, destPoint));
+    if (!label.isEmpty()) {
+        const QPointF corner = QLineF(sourcePoint, destPoint).center() - QPointF(20, 10);
+        painter->setPen(Qt::white);
+        painter->drawRect(QRectF(corner, QSizeF(40, 20)));
+        painter->setPen(Qt::black);
+        painter->drawText(corner + QPointF(5, 15), label);
+    }
+}
+
+void Edge::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    update();
+    QGraphicsLineItem::mousePressEvent(event);
+}
+
+void Edge::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
+{
+    update();
+    QGraphicsLineItem::mouseReleaseEvent(event);
+}
+
+bool Edge::endsAreVisible() const
+{
+    return source != nullptr && dest != nullptr && source->getVisible() && dest->getVisible();
+}
+
+void Edge::setEnds(QPointF start, QPointF end)
+{
+    if (sourcePoint != start || destPoint != end) {
+        prepareGeometryChange();
+        sourcePoint = start;
+        destPoint = end;
+    }
+}

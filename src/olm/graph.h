@@ -1,0 +1,226 @@
+#ifndef TAVOLINE_OLM_GRAPH_H
+#define TAVOLINE_OLM_GRAPH_H
+
+#include <QColor>
+#include <QGraphicsView>
+#include <QMutex>
+#include <QPoint>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+
+#include <utility>
+
+class Edge;
+class Node;
+class QGraphicsRectItem;
+class QGraphicsScene;
+
+/// The viewer and editor of one simple undirected graph of at most 32 vertices, and at the same time its model.
+///
+/// The model keeps two graphs. Every structural operation changes the current graph; the best graph is a snapshot of
+/// it, taken by best_backup(), and is what update_display() shows. The vertices of a graph are the first slots: vertex
+/// i is slot i. The items of all slots and of all pairs of slots live as long as the graph and are shown or hidden.
+///
+/// A reader of a text may leave a vertex count outside 0..32 behind; every operation then works on the slots that
+/// exist.
+///
+/// Two locks guard the adjacency, bestLock (taken first) and currentLock; neither is recursive.
+class Graph : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    static constexpr int MAX_NODES = 32;
+
+    /// A random graph on 10 vertices; without @p interactive it has no scene and serves as a plain model.
+    Graph(QString name, bool interactive);
+    ~Graph() override;
+
+    /// The change counter of the current graph.
+    int getID() const { return id; }
+    int getNbNodes() const { return nbNodes; }
+    int getNbEdges() const;
+    /// Sets the working directory.
+    void setWD(QString dir) { workDir = std::move(dir); }
+    /// A new graph without a scene, named "Clone", that holds a copy of the current graph; the caller owns it.
+    Graph *clone() const;
+
+    /// The vertex item of @p slot, null outside the slots; owned by the graph.
+    Node *node(int slot) const;
+    /// The item of the pair @p i, @p j, null outside the slots and on the diagonal; owned by the graph.
+    Edge *edgeItem(int i, int j) const;
+
+    // The current graph.
+
+    /// Adds a vertex at the last mouse position; false when all slots are in use.
+    bool addNode();
+    /// Removes the last vertex; false when there is none.
+    bool remNode();
+    /// Removes vertex @p k, whose place the last vertex takes; false when there is no such vertex.
+    bool remNode(int k);
+    /// Joins vertices @p i and @p j; false when they are not two vertices of the graph.
+    bool addEdge(int i, int j);
+    /// Separates slots @p i and @p j; false when they are no slots or not joined.
+    bool remEdge(int i, int j);
+    /// Flips the adjacency entry (i, j) and leaves its mirror entry alone. The indices must be slots.
+    void toggleEdge(int i, int j);
+    bool edge(int i, int j) const;
+    /// The number of neighbours of vertex @p i, 0 when there is no such vertex.
+    int degree(int i) const;
+    /// Removes all vertices and edges.
+    void clear();
+    /// Takes over the current graph of @p other, without names and places.
+    void copy(const Graph *other);
+    /// Replaces the graph by its complement.
+    void invert();
+    /// Replaces the graph by a random one on @p n vertices (as many as there are slots, at most).
+    void randomGraph(int n);
+
+    // The best graph and the display.
+
+    bool bestEdge(int i, int j) const;
+    /// Makes the current graph the best one.
+    void best_backup();
+    /// Shows the best graph.
+    void update_display();
+    /// Publishes the current graph: counts a change, makes it the best graph and tells so.
+    void changeBest();
+    /// Shows on the background whether a constraint is violated (gray) or not (white).
+    void setViolated(bool value);
+    /// Takes the lock of the best graph, for callers that read it across several calls.
+    void lock() { bestLock.lock(); }
+    void unlock() { bestLock.unlock(); }
+    /// Writes the change counter and both matrices to the standard error stream.
+    void display();
+
+    // Places and decorations of the items.
+
+    /// Places vertex @p i, when there is such a vertex.
+    void setPos(int i, QPointF position);
+    void setPos(int i, double x, double y, double z);
+    /// Labels the vertices with numbers; an empty vector clears all labels.
+    void setLabels(const QVector<double> &values);
+    void resetLabels();
+    /// Labels the edges with the numbers of a matrix (row i, column j < i), or clears their labels when not @p on.
+    void setELabels(const QVector<QVector<double>> &values, bool on);
+    /// Highlights the edges whose number in the matrix (row i, column j < i) is 1, or none when not @p on.
+    void setEHilight(const QVector<QVector<double>> &values, bool on);
+    /// Colours the vertices by index; an empty vector gives all vertices colour 0.
+    void setColors(const QVector<double> &values);
+    void resetColors();
+    /// Sizes the vertices in proportion to numbers; an empty vector makes all vertices equal.
+    void setSizes(const QVector<double> &values);
+    void resetSizes();
+    /// Highlights vertex @p k alone (none when it is -1) and tells so.
+    void hilight(int k);
+
+    // Layout and geometry.
+
+    /// Places the vertices on a circle around the origin.
+    void place_circle(double diameter);
+    /// Moves the centroid of the vertices to the origin.
+    void center();
+    /// Centres the vertices and turns them about the x, the y and the z axis, in this order; angles in radians.
+    void rotate(double ax, double ay, double az);
+    /// Fits x and y into a box of w x h around the origin, each on its own; z becomes 0.
+    void scaleCoords(double w, double h);
+    /// Fits x, y and z into a box of w x h x d around the origin, each on its own.
+    void scaleCoords(double w, double h, double d);
+    /// Fits the vertices into a cube of side @p s around the origin and keeps their proportions.
+    void scaleCoords(double s);
+    /// Zooms the view, unless a scene unit would become shorter than 0.07 or longer than 100 pixels.
+    void scaleView(double factor);
+    /// Starts or stops the spinning of the drawing.
+    void toggleAnim();
+    /// Starts republishing the best graph at intervals while an optimisation run lasts.
+    void optimizationStarts();
+    void optimizationStops();
+    /// The sum of the lengths of the current graph's edges in the plane. Takes no lock.
+    double sum_edges_length() const;
+    /// Exchanges vertices of the current graph, while the items keep their places, until no exchange shortens the
+    /// drawing; returns the total edge length.
+    double reorganize();
+    /// Relabels the current graph at random.
+    void relabel();
+    /// Moves @p k random edges of the current graph, when it has 2 vertices at least.
+    void perturb(int k);
+
+    // Files and texts.
+
+    /// Reads a graph6 string of 2..31 vertices into the current graph; false for any other vertex count, which is
+    /// taken over all the same. With @p fresh the vertices are created anew and published before the edges are read,
+    /// without it the vertex items keep their places. Bits that are missing from the string are 0.
+    bool loadg6(const QString &g6, bool fresh);
+    /// The graph6 string of the current graph, "0" when it counts more vertices than there are slots.
+    QString g6currentGraphData() const;
+
+public slots:
+    void slot_set_node_radius(double radius);
+    /// Places all items at random radii along evenly spaced directions.
+    void slot_randomPosition();
+    /// Fits the drawing into its usual box.
+    void slot_rescale(bool uniform);
+    /// Sets the side of the usual box and fits the drawing into it.
+    void slot_rescale_graph(int size);
+    void slot_scale_graph(int size, bool uniform);
+    /// Shortens the edges by relabelling, and reports their length.
+    void slot_reorganize();
+    void slot_relabel();
+
+signals:
+    void signal_start_vns();
+    void signal_stop_vns();
+    void coordschanged();
+    void signal_best_graph_changed();
+    void signal_set_edit_mode(bool on);
+    void signal_console(QString text, bool, int, QColor colour);
+    void signal_hilight_node(int k);
+    void signal_place_graph();
+    void signal_load_next();
+    void signal_interactive_graph_changed();
+
+protected:
+    bool event(QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    static bool isSlot(int i) { return i >= 0 && i < MAX_NODES; }
+    /// The number of slots that a vertex count stands for, whatever a reader made of the count.
+    static int usedSlots(int count) { return qBound(0, count, MAX_NODES); }
+    bool isVertex(int i) const { return i >= 0 && i < usedSlots(nbNodes); }
+
+    void createScene();
+    void createItems();
+    void countChange();
+    void setNbNodes(int count);
+    void swapVertices(int i, int j);
+    template<typename Apply> void forEachDisplayedEdge(Apply apply);
+
+    QGraphicsScene *scene = nullptr;
+    QVector<Node *> nodes;
+    QVector<QVector<Edge *>> edges;
+    QVector<QVector<bool>> adjacency;
+    QVector<QVector<bool>> bestAdjacency;
+    QString name;
+    int id = 0;
+    int bestId = 0;
+    int displayedId = 0;
+    int optTimerId = 0;
+    int optTimerInterval = 200;
+    int rotationTimerId = 0;
+    int rotationTimerInterval = 500;
+    bool interactive;
+    bool violated = false;
+    mutable QMutex bestLock;
+    mutable QMutex currentLock;
+    int nbNodes = 0;
+    int bestNbNodes = 0;
+    QPoint lastMousePos;
+    QString workDir;
+    QGraphicsRectItem *selectionRect = nullptr;
+    double rescaleSize = 300.0;
+    bool uniformScale = false;
+};
+
+#endif

@@ -1,0 +1,142 @@
+#ifndef TAVOLINE_OLM_NODE_H
+#define TAVOLINE_OLM_NODE_H
+
+#include <QColor>
+#include <QGraphicsEllipseItem>
+#include <QList>
+#include <QPoint>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+class Edge;
+class NodeDisplay;
+
+/// The item of one vertex slot: its name, place and look, and the edge lines that hang on it.
+class Node : public QGraphicsEllipseItem
+{
+public:
+    /// A vertex at (x, y) in scene units; the third and fourth arguments are ignored. Only an @p interactive vertex can
+    /// be moved, is painted, and has an information dialog.
+    Node(double x, double y, double, double, const QString &name, bool interactive);
+    ~Node() override;
+    Node(const Node &) = delete;
+    Node &operator=(const Node &) = delete;
+
+    /// Fills the table of vertex colours; has no effect when it is filled.
+    static void initColors();
+
+    void addENeighbor(Edge *edge) { eNeighbors.append(edge); }
+    QList<Edge *> getENeighbors() const { return eNeighbors; }
+
+    QString getName() const { return name; }
+    QString nodeName() const { return name; }
+    void setName(const QString &text);
+    void setNodeName(const QString &text) { setName(text); }
+
+    // Places, in scene units. The attached edges follow.
+
+    /// Moves to the point; the third coordinate and the stacking order stay.
+    void setPosition(QPointF point);
+    /// Moves to (x, y, 0); the stacking order stays.
+    void setPosition(double x, double y);
+    /// Moves to (x, y, z), and to z in the stacking order.
+    void setPosition(double x, double y, double z);
+    void move(double dx, double dy);
+    void move(QPointF offset) { move(offset.x(), offset.y()); }
+    QPointF position() const { return pos(); }
+    double getCoordX() const { return coordX; }
+    double getCoordY() const { return coordY; }
+    double getCoordZ() const { return coordZ; }
+
+    // Whether the slot belongs to the current graph (exists) and to the displayed one (visible).
+
+    void setExists(bool value) { exists = value; }
+    bool getVisible() const { return visible; }
+    /// Sets both flags, and shows the result when @p now.
+    void resetVisible(bool shown, bool now);
+    /// Shows or hides the item as its flag says.
+    void updateVisible();
+    /// The displayed graph takes over the current one's flag.
+    void best_backup() { visible = exists; }
+    /// The current graph takes over the displayed one's flag.
+    void best_restore() { exists = visible; }
+
+    // The look.
+
+    void setSelected(bool value) { selected = value; }
+    bool isSelected() const { return selected; }
+    void toggleSelected() { selected = !selected; }
+    void hilight();
+    void unhilight();
+    /// Chooses a colour of the table, counted round and round.
+    void setColor(int index);
+    /// The short text in the box under the vertex.
+    void setLabel(const QString &text);
+    void setRadius(double value);
+    double getRadius() const { return radius; }
+    /// Enlarges the vertex by that share of its radius.
+    void setSizeRatio(double value);
+    void setPrintMode(bool on) { printMode = on; }
+
+    QPoint getMousePressPos() const { return mousePressPos; }
+    void setMousePressPos(QPointF point) { mousePressPos = point.toPoint(); }
+
+    /// Shows or hides the information dialog, if there is one.
+    void toggleNodeDisplay();
+    void setValue(const QString &valueName, double value);
+    void resetValues();
+
+    /// The vertex item, of whatever graph, that is pressed or hovered; null when there is none.
+    static Node *nodeUnderMouse() { return node_under_mouse; }
+    /// Makes @p node that item, or none when it was it already.
+    static void setNodeUnderMouse(Node *node);
+
+    /// Writes the name and the number of attached edges to the standard error stream.
+    void display() const;
+
+    QRectF boundingRect() const override;
+    QPainterPath shape() const override;
+    void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
+
+private:
+    void adjustEdges();
+    void paintDisc(QPainter *painter) const;
+    void paintLabel(QPainter *painter) const;
+    QBrush fill() const;
+    QPen outline() const;
+
+    QList<Edge *> eNeighbors;
+    bool visible = true;
+    QString name;
+    QString label;
+    int color = 0;
+    double sizeRatio = 0.0;
+    double drawRadius;
+    double coordX = 0.0;
+    double coordY = 0.0;
+    double coordZ = 0.0;
+    bool interactive;
+    double radius;
+    bool exists = true;
+    bool selected = false;
+    bool marked = false;
+    bool hilighted = false;
+    QPoint mousePressPos;
+    bool printMode = false;
+    std::unique_ptr<NodeDisplay> nodeDisplay;
+
+    static QVector<QColor> NodeColor;
+    static int NbNodeColors;
+    static Node *node_under_mouse;
+};
+
+#endif

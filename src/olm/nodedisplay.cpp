@@ -1,0 +1,40 @@
+#include "olm/nodedisplay.h"
+
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTableWidgetItem>
+
+NodeDisplay::NodeDisplay(const QString &name) : table(new QTableWidget), nameEdit(new QLineEdit(name))
+{
+    setWindowTitle(tr("Node information"));
+    auto *done = new QPushButton(tr("Done"));
+    connect(done, &QPushButton::clicked, this, &QDialog::hide);
+    auto *grid = new QGridLayout(this);
+    grid->addWidget(nameEdit, 0, 0);
+    grid->addWidget(done, 0, 1);
+    grid->addWidget(table, 1, 0, 1, 2);
+}
+
+void NodeDisplay::setValue(const QString &name, double value)
+{
+    const int row = nbValues++;
+    if (table->columnCount() == 0) {
+        table->setColumnCount(1);
+    }
+    if (row == 0) {
+        table->setHorizontalHeaderItem(0, new QTableWidgetItem(tr("Value")));
+    }
+    table->setRowCount(nbValues);
+    table->setVerticalHeaderItem(row, new QTableWidgetItem(name));
+    table->setItem(row, 0, new QTableWidgetItem(QString::number(value, 'g', 6)));
+}
+
+void NodeDisplay::resetValues()
+{
+    table->clear(); // deletes the items of the cells and of the headers
+    table->setRowCount(0);
+    table->setColumnCount(1);
+    nbValues = 0;
+}

@@ -1,0 +1,29 @@
+#include "random.h"
+
+#include <QtGlobal>
+
+#include <iostream>
+
+double olm_rand()
+{
+    return qrand() / 2147483647.0;
+}
+
+int olm_rand(int n)
+{
+    if (n < 1) {
+        return 0;
+    }
+    const int value = static_cast<int>(olm_rand() * n);
+    if (value < n) {
+        return value;
+    }
+    // Reached when qrand() returns its maximum.
+    std::cerr << "ERROR IN OLM_RAND(int)" << std::endl;
+    return n - 1;
+}
+
+bool is_odd(int n)
+{
+    return n % 2 != 0;
+}
