@@ -10,3 +10,6 @@ tavoline_test(tst_loading tavoline_core)
 # The viewer.
 
 # The window.
+tavoline_window_test(tst_browsing window_fixture)
+tavoline_window_test(tst_mainwidget window_fixture)
+tavoline_window_test(tst_mainwindow window_fixture)

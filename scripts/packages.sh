@@ -1,0 +1,21 @@
+# Sourced by the scripts beside it: installs what is missing of the Debian packages that they name.
+
+# install_packages PACKAGE...: does nothing when all are installed; else needs to be root or to have sudo.
+install_packages() {
+    local missing=() package
+    for package in "$@"; do
+        if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing ${missing[*]}"
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        >/dev/null
+}
+
+build_packages=(g++ cmake ninja-build qtbase5-dev)
+display_packages=(xvfb xauth fonts-dejavu-core)

@@ -1,0 +1,123 @@
+#ifndef TAVOLINE_TAVMAINWIDGET_H
+#define TAVOLINE_TAVMAINWIDGET_H
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <QWidget>
+
+class Graph;
+class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QRadioButton;
+class QSlider;
+class QTextEdit;
+class TAVManager;
+
+/// The central widget: the panels with every command, the console, and the viewer in which a list is browsed.
+///
+/// It computes nothing: a command reads the name line, the list choosers and a file dialog, and calls the manager;
+/// the manager's signals bring the results back.
+class TAVMainWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TAVMainWidget(QWidget *parent = nullptr);
+    /// Stops a load that is still running.
+    ~TAVMainWidget() override;
+
+    /// The list manager that the widget drives, for whoever drives the widget and waits for an outcome.
+    TAVManager *getManager() const { return manager; }
+
+public slots:
+    // The database.
+    void slot_open();
+    void slot_clear();
+    void slot_set_wd();
+
+    // What the manager reports.
+    void slot_manager_busy();
+    void slot_manager_ready();
+    void slot_database_loaded();
+    void slot_database_empty();
+    void slot_progress(int done, int total);
+    void slot_console(const QString &text);
+    void slot_list_changed();
+
+    // The panels.
+    void slot_adjust_mode();
+
+    // The commands.
+    void slot_list_file();
+    void slot_unavailable();
+
+    // Browsing.
+    void slot_next_graph();
+    void slot_prev_graph();
+
+private:
+    using Slot = void (TAVMainWidget::*)();
+    struct Command {
+        const char *text;
+        Slot slot;
+        const char *icon = nullptr;
+    };
+
+    void connectManager();
+    void createCombos();
+    QWidget *createPanel(const char *name);
+    QWidget *createModePanel();
+    QWidget *createListsPanel();
+    QWidget *createInvariantsPanel();
+    QWidget *createComparisonPanel();
+    QWidget *createVisualizationPanel();
+    QHBoxLayout *createSentence(std::initializer_list<QWidget *> words);
+    QPushButton *createButton(const Command &command);
+    QRadioButton *createModeButton(const char *text);
+    void arrangePanels();
+
+    QString askForFileToOpen(const char *filter);
+    void stepThroughList(int step);
+
+    TAVManager *manager;
+    Graph *view = nullptr;
+    QString workDir; // every file dialog starts here
+
+    QWidget *modePanel = nullptr;
+    QWidget *listsPanel = nullptr;
+    QWidget *invariantsPanel = nullptr;
+    QWidget *comparisonPanel = nullptr;
+    QWidget *visualizationPanel = nullptr;
+    QLineEdit *newListName = nullptr;
+
+    QComboBox *closureSource = nullptr;
+    QComboBox *interFirst = nullptr;
+    QComboBox *interSecond = nullptr;
+    QComboBox *unionFirst = nullptr;
+    QComboBox *unionSecond = nullptr;
+    QComboBox *removeChoice = nullptr;
+    QComboBox *saveChoice = nullptr;
+    QComboBox *exceptFirst = nullptr;
+    QComboBox *exceptSecond = nullptr;
+    QComboBox *browseChoice = nullptr;
+    QVector<QComboBox *> combos; // all of them, in the order in which they are refilled
+
+    QRadioButton *invariantsMode = nullptr;
+    QRadioButton *listsMode = nullptr;
+    QRadioButton *visualizationMode = nullptr;
+    QProgressBar *progressBar = nullptr;
+    QTextEdit *console = nullptr;
+    QLabel *positionLabel = nullptr;
+
+    int position = 0; // of the graph shown, in browsedNames
+    QVector<QString> browsedNames;
+    QString browsedList;
+};
+
+#endif

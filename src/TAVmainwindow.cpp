@@ -1,0 +1,98 @@
+#include "TAVmainwindow.h"
+
+#include "TAVmainwidget.h"
+#include "applicationtitle.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QIcon>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QToolBar>
+
+namespace
+{
+constexpr int smallestSide = 800;
+
+/// What stands in the About box behind the title: rich text, in which the runs of blanks do not show.
+QString aboutText()
+{
+    return QStringLiteral("This applications was developed in Qt 5 and C++.<br><br>    Version : <br>") +
+           QLatin1String(applicationTitle) +
+           QStringLiteral("<br><br>    Authors  :<br>    The Tavoline developers<br><i>tavoline@tavoline.example</i>"
+                          "<br><br>    Disclaimer :<br>    This software is provided 'as is',"
+                          "    without any guarantee made as to its suitability or fitness for any particular"
+                          "    use. It may contain bugs, so use this tool at your own risk. Author"
+                          "    takes no responsibility for any damage that may unintentionally be caused"
+                          "    through its use.");
+}
+} // namespace
+
+TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
+{
+    // The icons live in a static library, which is linked in only where something asks for them.
+    Q_INIT_RESOURCE(resources);
+    setAttribute(Qt::WA_DeleteOnClose);
+    createActions();
+    createMenus();
+    createToolbars();
+    setCentralWidget(mainWidget);
+    setWindowTitle(tr(applicationTitle));
+    setMinimumSize(smallestSide, smallestSide);
+}
+
+TAVMainWindow::~TAVMainWindow()
+{
+    delete loadAct;
+    delete clearAct;
+    delete exitAct;
+    delete aboutAct;
+    delete toolbar;
+}
+
+void TAVMainWindow::about()
+{
+    QMessageBox::about(this, tr("About ") + QLatin1String(applicationTitle), aboutText());
+}
+
+void TAVMainWindow::createActions()
+{
+    loadAct = new QAction(QIcon(QStringLiteral(":/images/open.png")), tr("&Load database"), this);
+    loadAct->setShortcut(tr("Ctrl+O"));
+    loadAct->setStatusTip(tr("Open Data"));
+    connect(loadAct, &QAction::triggered, mainWidget, &TAVMainWidget::slot_open);
+
+    clearAct = new QAction(QIcon(QStringLiteral(":/images/new.png")), tr("&Clear"), this);
+    clearAct->setShortcut(tr("Ctrl+D"));
+    clearAct->setStatusTip(tr("Clear Data"));
+    connect(clearAct, &QAction::triggered, mainWidget, &TAVMainWidget::slot_clear);
+
+    exitAct = new QAction(QIcon(QStringLiteral(":/images/quit.png")), tr("&Exit"), this);
+    exitAct->setShortcut(tr("Ctrl+Q"));
+    exitAct->setStatusTip(tr("Quit"));
+    connect(exitAct, &QAction::triggered, qApp, &QApplication::closeAllWindows);
+
+    aboutAct = new QAction(QIcon(QStringLiteral(":/images/help.png")), tr("&About"), this);
+    aboutAct->setShortcut(tr("F1"));
+    aboutAct->setStatusTip(tr("Some information on the software"));
+    connect(aboutAct, &QAction::triggered, this, &TAVMainWindow::about);
+}
+
+void TAVMainWindow::createMenus()
+{
+    menu = menuBar()->addMenu(tr("&Menu"));
+    menu->addAction(aboutAct);
+}
+
+void TAVMainWindow::createToolbars()
+{
+    toolbar = addToolBar(tr("Main"));
+    toolbar->addSeparator();
+    toolbar->addAction(exitAct);
+    toolbar->addSeparator();
+    toolbar->addAction(loadAct);
+    toolbar->addAction(clearAct);
+    toolbar->addSeparator();
+    toolbar->addAction(aboutAct);
+}

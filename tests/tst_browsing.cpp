@@ -1,0 +1,260 @@
+#include "TAVmainwidget.h"
+#include "TAVmanager.h"
+#include "olm/graph.h"
+#include "olm/node.h"
+#include "support/mainwindowfixture.h"
+#include "support/stderrcapture.h"
+#include "support/windowdriver.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QtTest>
+
+#include <cmath>
+
+/// Lists from files, and browsing a list graph by graph in the viewer.
+class TestBrowsing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void listFromFile();
+    void listFromFileIsNeverMarkedBusy();
+    void listFromFileRefusals();
+    void firstStepsOnAFreshList();
+    void theWholeListBothWays();
+    void graphsStandOnACircle();
+    void oneGraph();
+    void anotherListKeepsThePosition();
+    void noListChosen();
+    void unreadableNameLeavesAnEmptyView();
+    void sampleListIsShownAsItsNamesSay();
+};
+
+namespace
+{
+QStringList words(std::initializer_list<const char *> texts)
+{
+    QStringList list;
+    for (const char *text : texts) {
+        list.append(QString::fromLatin1(text));
+    }
+    return list;
+}
+
+QString example(const char *name)
+{
+    return QStringLiteral(TAVOLINE_EXAMPLES "/") + QLatin1String(name);
+}
+
+/// A fixture in the mode "Visualization", with the given lists.
+class Browser : public MainWindowFixture
+{
+public:
+    Browser()
+    {
+        const bool loaded = load(write(QStringLiteral("small.tav"), "@\nA_\t0\n"));
+        if (!loaded) {
+            qFatal("the small database does not load");
+        }
+        press(QStringLiteral("Visualization"));
+        clearConsole();
+    }
+
+    void addNames(const char *name, const QStringList &graphs)
+    {
+        widget()->getManager()->addList(QLatin1String(name), graphs);
+    }
+    void choose(const char *list) { combo("browseChoice")->setCurrentText(QLatin1String(list)); }
+    QString next()
+    {
+        press(QStringLiteral("=>>"));
+        return positionText();
+    }
+    QString previous()
+    {
+        press(QStringLiteral("<<="));
+        return positionText();
+    }
+    bool listsEnabled() const { return panel("listsPanel")->isEnabled(); }
+};
+} // namespace
+
+void TestBrowsing::listFromFile()
+{
+    MainWindowFixture fixture;
+    QVERIFY(fixture.load(example("connected-8.tav")));
+    fixture.clearConsole();
+    fixture.typeListName(QStringLiteral(" my list "));
+    const driver::DialogAnswer answer([&](QDialog *dialog) {
+        auto *files = qobject_cast<QFileDialog *>(dialog);
+        QCOMPARE(files->windowTitle(), QStringLiteral("Tavoline version 0.2.1 alpha"));
+        QCOMPARE(files->nameFilters(), words({"File type (*.g6)"}));
+        QVERIFY(fixture.panel("listsPanel")->isEnabledTo(fixture.window));
+        driver::chooseFile(files, example("regular-8.g6"));
+    });
+    StderrCapture diagnostics;
+    fixture.press(QStringLiteral("From file."));
+    QCOMPARE(diagnostics.take(), QByteArray("List added :  my list \n"));
+    QCOMPARE(fixture.console(), words({"List added :  my list  [ 17 element(s)]", "List added :  my list "}));
+    QCOMPARE(fixture.combo("browseChoice")->currentText(), QStringLiteral(" my list "));
+}
+
+void TestBrowsing::listFromFileIsNeverMarkedBusy()
+{
+    MainWindowFixture fixture;
+    QVERIFY(fixture.load(example("connected-8.tav")));
+    fixture.typeListName(QStringLiteral("list"));
+    bool enabled = false;
+    const driver::DialogAnswer answer([&](QDialog *dialog) {
+        enabled = fixture.panel("listsPanel")->isEnabled();
+        dialog->reject();
+    });
+    fixture.press(QStringLiteral("From file."));
+    QVERIFY(enabled);
+}
+
+void TestBrowsing::listFromFileRefusals()
+{
+    MainWindowFixture fixture;
+    QVERIFY(fixture.load(example("connected-8.tav")));
+    fixture.addList(QStringLiteral("regular"), example("regular-8.g6"));
+    fixture.clearConsole();
+
+    fixture.pressAndChoose(QStringLiteral("From file."), example("regular-8.g6"));
+    QCOMPARE(fixture.console(), QStringList()); // the name is taken
+    fixture.typeListName(QString());
+    fixture.pressAndChoose(QStringLiteral("From file."), example("regular-8.g6"));
+    QCOMPARE(fixture.console(), QStringList()); // no name
+    fixture.typeListName(QStringLiteral("other"));
+    StderrCapture diagnostics;
+    fixture.pressAndCancel(QStringLiteral("From file."));
+    QCOMPARE(diagnostics.take(), QByteArray("Unable to open file\n"));
+    QCOMPARE(fixture.console(), words({"Unable to open file :"}));
+    QCOMPARE(fixture.widget()->getManager()->listNames(), words({"regular"}));
+    QVERIFY(fixture.panel("listsPanel")->isEnabled());
+}
+
+void TestBrowsing::firstStepsOnAFreshList()
+{
+    Browser next;
+    next.addNames("three", words({"A_", "BW", "Bw"}));
+    QCOMPARE(next.next(), QStringLiteral("2/3 BW"));
+    QCOMPARE(next.next(), QStringLiteral("3/3 Bw"));
+    QCOMPARE(next.next(), QStringLiteral("1/3 A_"));
+
+    Browser previous;
+    previous.addNames("three", words({"A_", "BW", "Bw"}));
+    QCOMPARE(previous.previous(), QStringLiteral("3/3 Bw"));
+    QCOMPARE(previous.previous(), QStringLiteral("2/3 BW"));
+    QVERIFY(previous.listsEnabled());
+}
+
+void TestBrowsing::theWholeListBothWays()
+{
+    Browser browser;
+    QFile file(example("regular-8.g6"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QStringList names = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(names.size(), 17);
+    browser.addNames("regular", names);
+    for (int step = 1; step <= 20; ++step) {
+        const int position = step % 17;
+        QCOMPARE(browser.next(), QStringLiteral("%1/17 ").arg(position + 1) + names.at(position));
+        QCOMPARE(browser.view()->g6currentGraphData(), names.at(position));
+    }
+    for (int step = 19; step >= -3; --step) {
+        const int position = (step + 17) % 17;
+        QCOMPARE(browser.previous(), QStringLiteral("%1/17 ").arg(position + 1) + names.at(position));
+    }
+}
+
+void TestBrowsing::graphsStandOnACircle()
+{
+    Browser browser;
+    browser.addNames("cycles", words({"Cl", "EhEG"}));
+    QCOMPARE(browser.next(), QStringLiteral("2/2 EhEG"));
+    QCOMPARE(browser.view()->getNbNodes(), 6);
+    QCOMPARE(browser.view()->getNbEdges(), 6);
+    for (int i = 0; i < 6; ++i) {
+        const QPointF expected(100.0 * std::cos(i * M_PI / 3.0), 100.0 * std::sin(i * M_PI / 3.0));
+        const QPointF found = browser.view()->node(i)->position();
+        QVERIFY(std::hypot(found.x() - expected.x(), found.y() - expected.y()) < 1e-5);
+        QVERIFY(browser.view()->node(i)->QGraphicsItem::isVisible());
+    }
+    QVERIFY(!browser.view()->node(6)->QGraphicsItem::isVisible());
+}
+
+void TestBrowsing::oneGraph()
+{
+    Browser browser;
+    browser.addNames("one", words({"Bw"}));
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(browser.next(), QStringLiteral("1/1 Bw"));
+        QCOMPARE(browser.previous(), QStringLiteral("1/1 Bw"));
+    }
+}
+
+void TestBrowsing::anotherListKeepsThePosition()
+{
+    Browser browser;
+    browser.addNames("five", words({"A_", "BW", "Bw", "CF", "CU"}));
+    browser.addNames("four", words({"D?{", "DCw", "DC{", "DEw"}));
+    browser.addNames("two", words({"A_", "Bw"}));
+    QCOMPARE(browser.next(), QStringLiteral("2/5 BW"));
+    QCOMPARE(browser.next(), QStringLiteral("3/5 Bw"));
+    browser.choose("four");
+    QCOMPARE(browser.next(), QStringLiteral("4/4 DEw"));
+    browser.choose("two");
+    QCOMPARE(browser.next(), QStringLiteral("1/2 A_"));
+    browser.choose("five");
+    QCOMPARE(browser.previous(), QStringLiteral("5/5 CU"));
+}
+
+void TestBrowsing::noListChosen()
+{
+    Browser browser;
+    QVERIFY(browser.listsEnabled());
+    QCOMPARE(browser.next(), QString());
+    QCOMPARE(browser.view()->getNbNodes(), 0);
+    QVERIFY(!browser.listsEnabled());
+    QCOMPARE(browser.console(), QStringList());
+    browser.addNames("one", words({"Bw"}));
+    QVERIFY(browser.listsEnabled());
+    QCOMPARE(browser.next(), QStringLiteral("1/1 Bw"));
+}
+
+void TestBrowsing::unreadableNameLeavesAnEmptyView()
+{
+    Browser browser;
+    browser.addNames("mixed", words({"Bw", "@", "BW", "~?@A"}));
+    StderrCapture diagnostics;
+    QCOMPARE(browser.next(), QString());
+    QCOMPARE(diagnostics.take(), QByteArray("Failed to load graph\n"));
+    QCOMPARE(browser.view()->getNbNodes(), 0);
+    for (int i = 0; i < 32; ++i) {
+        QVERIFY(!browser.view()->node(i)->QGraphicsItem::isVisible());
+    }
+    QVERIFY(browser.listsEnabled());
+    QCOMPARE(browser.next(), QStringLiteral("3/4 BW"));
+    QCOMPARE(browser.next(), QString());
+    QCOMPARE(browser.view()->getNbNodes(), 0);
+    QCOMPARE(browser.next(), QStringLiteral("1/4 Bw"));
+}
+
+void TestBrowsing::sampleListIsShownAsItsNamesSay()
+{
+    MainWindowFixture fixture;
+    QVERIFY(fixture.load(example("connected-8.tav")));
+    fixture.addList(QStringLiteral("regular"), example("regular-8.g6"));
+    fixture.press(QStringLiteral("Visualization"));
+    fixture.press(QStringLiteral("=>>"));
+    QCOMPARE(fixture.positionText(), QStringLiteral("2/17 G?zTb_"));
+    // Regular: every vertex has the degree of the first.
+    for (int i = 0; i < 8; ++i) {
+        QCOMPARE(fixture.view()->degree(i), fixture.view()->degree(0));
+    }
+}
+
+QTEST_MAIN(TestBrowsing)
+#include "tst_browsing.moc"
