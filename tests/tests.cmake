@@ -8,6 +8,13 @@ tavoline_test(tst_manager tavoline_core)
 tavoline_test(tst_loading tavoline_core)
 
 # The viewer.
+tavoline_test(tst_random tavoline_viewer)
+tavoline_test(tst_solve tavoline_viewer)
+tavoline_test(tst_graph6 tavoline_viewer)
+tavoline_test(tst_graph_counter tavoline_viewer)
+tavoline_window_test(tst_graph_editing tavoline_viewer)
+tavoline_window_test(tst_graph_layout tavoline_viewer)
+tavoline_window_test(tst_graph_model tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

@@ -1009,9 +1009,9 @@ void TestGraphModel::countsOutsideTheSlots_data()
     QTest::addColumn<bool>("interactive");
     for (const bool interactive : {true, false}) {
         const QByteArray kind = interactive ? "scene, " : "plain, ";
-        QTest::newRow(kind + "62") << latin1("}") << 62 << interactive;
-        QTest::newRow(kind + "33") << latin1("`") << 33 << interactive;
-        QTest::newRow(kind + "-63") << QString() << -63 << interactive;
+        QTest::newRow((kind + "62").constData()) << latin1("}") << 62 << interactive;
+        QTest::newRow((kind + "33").constData()) << latin1("`") << 33 << interactive;
+        QTest::newRow((kind + "-63").constData()) << QString() << -63 << interactive;
     }
 }
 

@@ -15,8 +15,8 @@
 #include <QLineEdit>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QtTest>
 #include <QTextEdit>
+#include <QtTest>
 
 #include <iostream>
 
@@ -25,9 +25,7 @@ namespace
 class Tour
 {
 public:
-    Tour(TAVMainWindow &mainWindow, QDir pictureDirectory) : window(mainWindow), pictures(std::move(pictureDirectory))
-    {
-    }
+    Tour(TAVMainWindow &mainWindow, const QDir &pictureDirectory) : window(mainWindow), pictures(pictureDirectory) {}
 
     void run()
     {

@@ -13,6 +13,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 
 namespace
 {
@@ -26,8 +27,8 @@ QVector<QColor> Node::NodeColor;
 int Node::NbNodeColors = 0;
 Node *Node::node_under_mouse = nullptr;
 
-Node::Node(double x, double y, double /*width*/, double /*height*/, const QString &nodeName, bool isInteractive)
-    : name(nodeName)
+Node::Node(double x, double y, double /*width*/, double /*height*/, QString nodeName, bool isInteractive)
+    : name(std::move(nodeName))
     , drawRadius(initialRadius)
     , interactive(isInteractive)
     , radius(initialRadius)

@@ -20,7 +20,7 @@ class Node : public QGraphicsEllipseItem
 public:
     /// A vertex at (x, y) in scene units; the third and fourth arguments are ignored. Only an @p interactive vertex can
     /// be moved, is painted, and has an information dialog.
-    Node(double x, double y, double, double, const QString &name, bool interactive);
+    Node(double x, double y, double, double, QString name, bool interactive);
     ~Node() override;
     Node(const Node &) = delete;
     Node &operator=(const Node &) = delete;
