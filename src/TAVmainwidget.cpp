@@ -320,9 +320,9 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     grid->addWidget(browseChoice, 0, 1);
     grid->addWidget(zoom, 0, 2);
     grid->addWidget(view, 1, 0, 3, 3);
-    grid->addWidget(createButton({"<<=", &TAVMainWidget::slot_prev_graph}), 4, 0);
+    grid->addWidget(createButton({"<<=", &TAVMainWidget::slot_prev_graph}), 4, 0, Qt::AlignLeft);
     grid->addWidget(positionLabel, 4, 1);
-    grid->addWidget(createButton({"=>>", &TAVMainWidget::slot_next_graph}), 4, 2);
+    grid->addWidget(createButton({"=>>", &TAVMainWidget::slot_next_graph}), 4, 2, Qt::AlignRight);
     grid->setColumnStretch(1, 2);
     grid->setColumnStretch(2, 1);
     panel->hide();
