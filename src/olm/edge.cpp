@@ -101,7 +101,11 @@ void Edge::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*option*/,
     const QColor colour = hilighted ? Qt::red : Qt::black;
     painter->setPen(QPen(colour, hilighted ? edgeWidth + 2 : edgeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->setBrush(Qt::white);
-    painter->drawLine(QLineF(sourcePoint, destPoint));
+    if (sourcePoint == destPoint) {
+        painter->drawPoint(sourcePoint); // a line without length leaves no trace
+    } else {
+        painter->drawLine(QLineF(sourcePoint, destPoint));
+    }
     if (!label.isEmpty()) {
         const QPointF corner = QLineF(sourcePoint, destPoint).center() - QPointF(20, 10);
         painter->setPen(Qt::white);
