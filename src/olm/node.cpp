@@ -67,7 +67,7 @@ void Node::setName(const QString &text)
 {
     name = text;
     if (interactive) {
-        setToolTip(Qt::mightBeRichText(name) ? name.toHtmlEscaped() : name);
+        setToolTip(Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name) : name);
     }
 }
 
