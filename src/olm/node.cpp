@@ -234,8 +234,8 @@ void Node::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     const QPoint moved = event->screenPos() - mousePressPos;
     if (std::abs(moved.x()) >= dragDistance || std::abs(moved.y()) >= dragDistance) {
         setPosition(event->scenePos().x(), event->scenePos().y(), 0.0);
-        update();
     }
+    update(); // it is no longer outlined as the vertex under the mouse
     QGraphicsEllipseItem::mouseReleaseEvent(event);
 }
 
