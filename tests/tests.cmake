@@ -14,7 +14,10 @@ tavoline_test(tst_graph6 tavoline_viewer)
 tavoline_test(tst_graph_counter tavoline_viewer)
 tavoline_window_test(tst_graph_editing tavoline_viewer)
 tavoline_window_test(tst_graph_layout tavoline_viewer)
-tavoline_window_test(tst_graph_model tavoline_viewer)
+tavoline_window_test(tst_graph_model tavoline_viewer item_image)
+tavoline_window_test(tst_node tavoline_viewer item_image)
+tavoline_window_test(tst_edge tavoline_viewer item_image)
+tavoline_window_test(tst_nodedisplay tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

@@ -61,20 +61,20 @@ bool isClose(double actual, double expected)
 }
 
 /// What a vertex looks like on which @p change was made.
-QImage vertexImage(const std::function<void(Node &)> &change)
+ItemImage vertexImage(const std::function<void(Node &)> &change)
 {
     Node vertex(0, 0, 10.0, 10.0, QStringLiteral("reference"), true);
     vertex.setRadius(40);
     change(vertex);
-    return itemImage(&vertex);
+    return ItemImage(vertex);
 }
 
-QImage labelledVertex(const char *label)
+ItemImage labelledVertex(const char *label)
 {
     return vertexImage([label](Node &vertex) { vertex.setLabel(QString::fromLatin1(label)); });
 }
 
-QImage colouredVertex(int color)
+ItemImage colouredVertex(int color)
 {
     return vertexImage([color](Node &vertex) { vertex.setColor(color); });
 }
@@ -91,18 +91,18 @@ public:
         setPos(2, 100.0, 100.0, 0.0);
     }
 
-    QImage image(int i, int j) const { return itemImage(edgeItem(i, j)); }
+    ItemImage image(int i, int j) const { return ItemImage(*edgeItem(i, j)); }
 };
 
 /// What the edge i, j of the path looks like after @p change.
-QImage edgeImage(int i, int j, const std::function<void(Edge &)> &change)
+ItemImage edgeImage(int i, int j, const std::function<void(Edge &)> &change)
 {
     Path path;
     change(*path.edgeItem(i, j));
     return path.image(i, j);
 }
 
-QImage labelledEdge(int i, int j, const char *label)
+ItemImage labelledEdge(int i, int j, const char *label)
 {
     return edgeImage(i, j, [label](Edge &edge) { edge.setLabel(QString::fromLatin1(label)); });
 }
@@ -850,29 +850,29 @@ void TestGraphModel::labels()
     build(graph, 2, {});
     graph.slot_set_node_radius(40.0);
     graph.setLabels({-9.9e-7, 1e-6, 1234567.0, -0.333333333});
-    QCOMPARE(itemImage(graph.node(0)), labelledVertex("0"));
-    QCOMPARE(itemImage(graph.node(1)), labelledVertex("1e-06"));
-    QCOMPARE(itemImage(graph.node(2)), labelledVertex("1.23457e+06"));
-    QCOMPARE(itemImage(graph.node(3)), labelledVertex("-0.333333"));
-    QCOMPARE(itemImage(graph.node(4)), labelledVertex(""));
+    QCOMPARE(ItemImage(*graph.node(0)), labelledVertex("0"));
+    QCOMPARE(ItemImage(*graph.node(1)), labelledVertex("1e-06"));
+    QCOMPARE(ItemImage(*graph.node(2)), labelledVertex("1.23457e+06"));
+    QCOMPARE(ItemImage(*graph.node(3)), labelledVertex("-0.333333"));
+    QCOMPARE(ItemImage(*graph.node(4)), labelledVertex(""));
     QVERIFY(labelledVertex("0") != labelledVertex("1e-06"));
     QVERIFY(labelledVertex("0") != labelledVertex(""));
     graph.setLabels({2.0});
-    QCOMPARE(itemImage(graph.node(0)), labelledVertex("2"));
-    QCOMPARE(itemImage(graph.node(3)), labelledVertex("-0.333333"));
+    QCOMPARE(ItemImage(*graph.node(0)), labelledVertex("2"));
+    QCOMPARE(ItemImage(*graph.node(3)), labelledVertex("-0.333333"));
     graph.setLabels({});
-    QCOMPARE(itemImage(graph.node(0)), labelledVertex(""));
-    QCOMPARE(itemImage(graph.node(3)), labelledVertex(""));
+    QCOMPARE(ItemImage(*graph.node(0)), labelledVertex(""));
+    QCOMPARE(ItemImage(*graph.node(3)), labelledVertex(""));
     graph.setLabels(QVector<double>(40, 3.0));
-    QCOMPARE(itemImage(graph.node(31)), labelledVertex("3"));
+    QCOMPARE(ItemImage(*graph.node(31)), labelledVertex("3"));
     graph.resetLabels();
-    QCOMPARE(itemImage(graph.node(31)), labelledVertex(""));
+    QCOMPARE(ItemImage(*graph.node(31)), labelledVertex(""));
 }
 
 void TestGraphModel::edgeLabels()
 {
     Path path;
-    const QImage unjoined = path.image(2, 0);
+    const ItemImage unjoined = path.image(2, 0);
     path.setELabels({{}, {1e-6}, {9.0, 2.5}}, true);
     QCOMPARE(path.image(1, 0), labelledEdge(1, 0, "0"));
     QCOMPARE(path.image(2, 1), labelledEdge(2, 1, "2.5"));
@@ -918,22 +918,22 @@ void TestGraphModel::colours()
     Graph graph(latin1("colours"), true);
     graph.slot_set_node_radius(40.0);
     graph.setColors({2.9, 3.0, -0.5, notANumber, 1e300, 17.0});
-    QCOMPARE(itemImage(graph.node(0)), colouredVertex(2));
-    QCOMPARE(itemImage(graph.node(1)), colouredVertex(3));
-    QCOMPARE(itemImage(graph.node(2)), colouredVertex(0));
-    QCOMPARE(itemImage(graph.node(3)), colouredVertex(0));
-    QCOMPARE(itemImage(graph.node(4)), colouredVertex(std::numeric_limits<int>::max()));
-    QCOMPARE(itemImage(graph.node(5)), colouredVertex(1));
+    QCOMPARE(ItemImage(*graph.node(0)), colouredVertex(2));
+    QCOMPARE(ItemImage(*graph.node(1)), colouredVertex(3));
+    QCOMPARE(ItemImage(*graph.node(2)), colouredVertex(0));
+    QCOMPARE(ItemImage(*graph.node(3)), colouredVertex(0));
+    QCOMPARE(ItemImage(*graph.node(4)), colouredVertex(std::numeric_limits<int>::max()));
+    QCOMPARE(ItemImage(*graph.node(5)), colouredVertex(1));
     QVERIFY(colouredVertex(2) != colouredVertex(3));
     graph.setColors({4.0});
-    QCOMPARE(itemImage(graph.node(0)), colouredVertex(4));
-    QCOMPARE(itemImage(graph.node(1)), colouredVertex(3));
+    QCOMPARE(ItemImage(*graph.node(0)), colouredVertex(4));
+    QCOMPARE(ItemImage(*graph.node(1)), colouredVertex(3));
     graph.setColors({});
-    QCOMPARE(itemImage(graph.node(1)), colouredVertex(0));
+    QCOMPARE(ItemImage(*graph.node(1)), colouredVertex(0));
     graph.setColors(QVector<double>(40, -infinity));
-    QCOMPARE(itemImage(graph.node(31)), colouredVertex(std::numeric_limits<int>::min()));
+    QCOMPARE(ItemImage(*graph.node(31)), colouredVertex(std::numeric_limits<int>::min()));
     graph.resetColors();
-    QCOMPARE(itemImage(graph.node(31)), colouredVertex(0));
+    QCOMPARE(ItemImage(*graph.node(31)), colouredVertex(0));
 }
 
 void TestGraphModel::sizes_data()
@@ -985,19 +985,19 @@ void TestGraphModel::nodeRadius()
 
 void TestGraphModel::highlightsOneVertex()
 {
-    const QImage highlighted = vertexImage([](Node &vertex) { vertex.hilight(); });
-    const QImage plain = vertexImage([](Node &) {});
+    const ItemImage highlighted = vertexImage([](Node &vertex) { vertex.hilight(); });
+    const ItemImage plain = vertexImage([](Node &) {});
     QVERIFY(highlighted != plain);
     Graph graph(latin1("highlight"), true);
     QSignalSpy spy(&graph, &Graph::signal_hilight_node);
     graph.hilight(3);
-    QCOMPARE(itemImage(graph.node(3)), highlighted);
-    QCOMPARE(itemImage(graph.node(2)), plain);
+    QCOMPARE(ItemImage(*graph.node(3)), highlighted);
+    QCOMPARE(ItemImage(*graph.node(2)), plain);
     graph.hilight(31);
-    QCOMPARE(itemImage(graph.node(3)), plain);
-    QCOMPARE(itemImage(graph.node(31)), highlighted);
+    QCOMPARE(ItemImage(*graph.node(3)), plain);
+    QCOMPARE(ItemImage(*graph.node(31)), highlighted);
     graph.hilight(-1);
-    QCOMPARE(itemImage(graph.node(31)), plain);
+    QCOMPARE(ItemImage(*graph.node(31)), plain);
     graph.hilight(99);
     QCOMPARE(spy, (QList<QVariantList>{{3}, {31}, {-1}, {99}}));
 }

@@ -1,21 +1,34 @@
 #ifndef TAVOLINE_TESTS_ITEMIMAGE_H
 #define TAVOLINE_TESTS_ITEMIMAGE_H
 
-#include <QGraphicsItem>
+#include <QColor>
 #include <QImage>
-#include <QPainter>
-#include <QStyleOptionGraphicsItem>
+#include <QRect>
 
-/// What @p item paints on gray, around its own origin.
-inline QImage itemImage(QGraphicsItem *item)
+class QGraphicsItem;
+
+/// What an item paints, pixel by pixel in the item's own coordinates, on a background that no item uses.
+class ItemImage
 {
-    QImage image(400, 400, QImage::Format_RGB32);
-    image.fill(Qt::gray);
-    QPainter painter(&image);
-    painter.translate(200, 200);
-    QStyleOptionGraphicsItem option;
-    item->paint(&painter, &option, nullptr);
-    return image;
-}
+public:
+    explicit ItemImage(QGraphicsItem &item);
+
+    /// The colour of the pixel whose top left corner is (x, y); both within -128..127.
+    QColor at(int x, int y) const;
+    /// Whether the item painted that pixel.
+    bool paints(int x, int y) const;
+    /// The smallest rectangle that holds every painted pixel; empty when the item paints nothing.
+    QRect painted() const;
+    /// How many pixels of the column at @p x have that colour.
+    int countInColumn(int x, const QColor &colour) const;
+    /// The smallest rectangle within @p area that holds every pixel of another colour than @p colour.
+    QRect unlike(const QColor &colour, const QRect &area) const;
+
+    bool operator==(const ItemImage &other) const { return image == other.image; }
+    bool operator!=(const ItemImage &other) const { return image != other.image; }
+
+private:
+    QImage image;
+};
 
 #endif
