@@ -24,6 +24,10 @@ public:
     QList<TAVGraph *> getSub() const { return sub; }
     QList<TAVGraph *> getOver() const { return over; }
 
+    // The lists themselves, for walks that read each of them once.
+    const QList<TAVGraph *> &subGraphs() const { return sub; }
+    const QList<TAVGraph *> &superGraphs() const { return over; }
+
     /// Sets the value of I1 and whether it is missing (@p err true means missing).
     void setInv1(double value, bool err);
     /// Sets the value of I2 and whether it is missing (@p err true means missing).
@@ -34,6 +38,10 @@ public:
     void setErrInv2(bool err) { errInv2 = err; }
     bool getErrInv1() const { return errInv1; }
     bool getErrInv2() const { return errInv2; }
+
+    /// The record's position in the database; the engine sets it.
+    void setPosition(int index) { position = index; }
+    int getPosition() const { return position; }
 
     void setChecked(bool value) { checked = value; }
     bool isChecked() const { return checked; }
@@ -68,6 +76,7 @@ private:
     QList<TAVGraph *> over;
     QString name;
     bool checked = false;
+    int position = -1;
     double inv1 = 0.0;
     double inv2 = 0.0;
     bool errInv1 = true;

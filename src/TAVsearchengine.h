@@ -1,11 +1,16 @@
 #ifndef TAVOLINE_TAVSEARCHENGINE_H
 #define TAVOLINE_TAVSEARCHENGINE_H
 
+#include "neighbourwalk.h"
+
 #include <QString>
 #include <QStringList>
 #include <QThread>
 #include <QVector>
 
+#include <functional>
+
+class QIODevice;
 class TAVGraph;
 struct DatabaseLine;
 
@@ -41,6 +46,61 @@ public:
     /// Deletes every record.
     void eraseDatabase();
 
+    // Files. A save is complete or does not happen: it returns false, with what stood in the file untouched, when the
+    // database is empty (with a console line) or the file cannot be written.
+
+    /// Writes the names of all graphs, one a line.
+    bool saveGraphs(const QString &path);
+    /// Writes I1 of all graphs: a header line, then the name, a tab and the value or "NA", one graph a line.
+    bool saveInv1(const QString &path);
+    /// Reads I1 from a file of that shape, in which the graphs stand in the order of the database. Returns true when
+    /// every graph got its value; on a failure, which is told on the console, the graphs read so far keep theirs.
+    bool loadInv1(const QString &path);
+    /// The same for I2.
+    bool loadInv2(const QString &path);
+
+    // Closures: the given graphs that are in the database, in its order, then, breadth first, all graphs below or
+    // above them.
+
+    QStringList subgraphs(const QStringList &names);
+    QStringList overgraphs(const QStringList &names);
+
+    // The operation of the same name on every record.
+
+    void avgSub1();
+    void avgOver1();
+    void avgAll1();
+    void minSub1();
+    void minOver1();
+    void minAll1();
+    void maxSub1();
+    void maxOver1();
+    void maxAll1();
+    void exch_1_2();
+    void I1getsI2();
+    void I2getsI1();
+
+    // The names, in database order, of the graphs whose invariants are both present with I1 at least, or at most, I2
+    // (within TOLERANCE).
+
+    QStringList I1geI2graphs() const;
+    QStringList I1leI2graphs() const;
+
+    // The names, in database order, of the graphs that a walk through all sub-graphs or super-graphs lists: see
+    // walkNeighbours(). In the ge and le members I2 of the neighbours is at least, or at most, I1 of the graph; in the
+    // gt and lt members I1 of the graph is above, or below, I2 of the neighbours.
+
+    QStringList I1eqI2subsgraphs();
+    QStringList I1eqI2overgraphs();
+    QStringList I1geI2subsgraphs();
+    QStringList I1leI2subsgraphs();
+    QStringList I1geI2overgraphs();
+    QStringList I1leI2overgraphs();
+    QStringList I1gtI2subsgraphs();
+    QStringList I1ltI2subsgraphs();
+    QStringList I1gtI2overgraphs();
+    QStringList I1ltI2overgraphs();
+
     /// The records in the order of the file.
     const QVector<TAVGraph *> &records() const { return graphs; }
 
@@ -58,6 +118,14 @@ private:
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
     void rejectUnreadable(const QString &path);
+
+    using SetInvariant = void (TAVGraph::*)(double value, bool missing);
+    struct InvariantFaults;
+    bool loadInvariant(const QString &path, SetInvariant set, const InvariantFaults &faults);
+    bool save(const QString &path, const std::function<void(QIODevice &)> &write);
+    QStringList closure(const QStringList &names, Neighbours neighbours);
+    void forEachGraph(void (TAVGraph::*operation)());
+    QStringList walk(Neighbours neighbours, Match match);
 
     QString filename;
     QVector<TAVGraph *> graphs;

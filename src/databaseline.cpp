@@ -1,28 +1,25 @@
 #include "databaseline.h"
 
+#include "textline.h"
+
 #include <QVector>
 
 #include <algorithm>
 
 namespace
 {
-bool isPlain(char byte)
-{
-    return static_cast<unsigned char>(byte) < 0x80 && byte != '\r';
-}
-
 bool isDigit(char byte)
 {
     return byte >= '0' && byte <= '9';
 }
 
-/// The value of a field of ASCII text, 0 when it is no integer of 32 bits.
+/// The value of a field of plain text, 0 when it is no integer of 32 bits.
 int toIndex(std::string_view field)
 {
     constexpr size_t digitsThatAlwaysFit = 9;
     if (field.empty() || field.size() > digitsThatAlwaysFit || !std::all_of(field.begin(), field.end(), isDigit)) {
         // White space, signs and overflow: the rules of the toolkit's own conversion.
-        return QString::fromLatin1(field.data(), int(field.size())).toInt();
+        return plainText(field).toInt();
     }
     int value = 0;
     for (const char digit : field) {
@@ -30,37 +27,21 @@ int toIndex(std::string_view field)
     }
     return value;
 }
-
-/// Cuts the first field off @p rest, which is left without it and without the tab behind it; the last field leaves
-/// @p more false.
-std::string_view takeField(std::string_view &rest, bool &more)
-{
-    const size_t tab = rest.find('\t');
-    more = tab != std::string_view::npos;
-    const std::string_view field = rest.substr(0, tab);
-    rest.remove_prefix(more ? tab + 1 : rest.size());
-    return field;
-}
 } // namespace
 
 bool parseDatabaseLine(std::string_view bytes, DatabaseLine &line)
 {
-    while (!bytes.empty() && bytes.back() == '\r') {
-        bytes.remove_suffix(1);
-    }
-    if (!std::all_of(bytes.begin(), bytes.end(), isPlain)) {
-        QString text = QString::fromUtf8(bytes.data(), int(bytes.size()));
-        text.remove(QLatin1Char('\r'));
-        splitDatabaseLine(text, line);
+    bytes = withoutLineEnd(bytes);
+    if (!isPlain(bytes)) {
+        splitDatabaseLine(decodeLine(bytes), line);
         return !line.name.isEmpty();
     }
-
     bool more = false;
     const std::string_view name = takeField(bytes, more);
     if (name.empty()) {
         return false;
     }
-    line.name = QString::fromLatin1(name.data(), int(name.size()));
+    line.name = plainText(name);
     line.indices.clear();
     while (more) {
         line.indices.push_back(toIndex(takeField(bytes, more)));

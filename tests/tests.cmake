@@ -6,6 +6,7 @@ tavoline_test(tst_searchengine tavoline_core)
 tavoline_test(tst_graphlist tavoline_core)
 tavoline_test(tst_manager tavoline_core)
 tavoline_test(tst_loading tavoline_core)
+tavoline_test(tst_queries_random tavoline_core)
 
 # The viewer.
 tavoline_test(tst_random tavoline_viewer)

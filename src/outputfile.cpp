@@ -1,0 +1,33 @@
+#include "outputfile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace
+{
+WriteResult writeDirectly(const QString &path, const std::function<void(QIODevice &)> &write)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return WriteResult::NotOpened;
+    }
+    write(file);
+    return file.flush() && file.error() == QFileDevice::NoError ? WriteResult::Written : WriteResult::Failed;
+}
+} // namespace
+
+WriteResult writeFile(const QString &path, const std::function<void(QIODevice &)> &write)
+{
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile()) {
+        return writeDirectly(path, write);
+    }
+    // Without the fallback to writing directly: it would truncate the old file before the new one is complete.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return WriteResult::NotOpened;
+    }
+    write(file);
+    return file.commit() ? WriteResult::Written : WriteResult::Failed;
+}
