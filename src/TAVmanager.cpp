@@ -2,12 +2,46 @@
 
 #include "TAVsearchengine.h"
 #include "graphlist.h"
+#include "outputfile.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QSet>
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
+
+namespace
+{
+QStringList unionOf(const QStringList &a, const QStringList &b)
+{
+    QStringList names = a + b;
+    names.sort(Qt::CaseSensitive);
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+/// The names of @p a that are in @p b, or are not.
+QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
+{
+    const QSet<QString> known(b.begin(), b.end());
+    QStringList names;
+    std::copy_if(a.begin(), a.end(), std::back_inserter(names),
+                 [&known, inB](const QString &name) { return known.contains(name) == inB; });
+    return names;
+}
+
+QStringList intersectionOf(const QStringList &a, const QStringList &b)
+{
+    return selectFrom(a, b, true);
+}
+
+QStringList differenceOf(const QStringList &a, const QStringList &b)
+{
+    return selectFrom(a, b, false);
+}
+} // namespace
 
 TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this))
 {
@@ -53,23 +87,6 @@ bool TAVManager::addList(const QString &name, const QStringList &names)
     return true;
 }
 
-bool TAVManager::addListFromFile(const QString &newName, const QString &fileName)
-{
-    if (newName.isEmpty() || indexOf(newName) >= 0) {
-        return refuse();
-    }
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        std::cerr << "Unable to open file" << std::endl;
-        emit signal_console(QStringLiteral("Unable to open file :") + fileName);
-        return refuse();
-    }
-    const QByteArray bytes = file.readAll();
-    file.close();
-    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
-    return addList(newName, text.split(QLatin1Char('\n'), Qt::SkipEmptyParts));
-}
-
 bool TAVManager::remList(const QString &name)
 {
     const int index = name.isEmpty() ? -1 : indexOf(name);
@@ -104,11 +121,124 @@ QStringList TAVManager::listNames() const
     return names;
 }
 
+bool TAVManager::addUnionList(const QString &newName, const QString &nameA, const QString &nameB)
+{
+    return addCombination(newName, nameA, nameB, unionOf);
+}
+
+bool TAVManager::addInterList(const QString &newName, const QString &nameA, const QString &nameB)
+{
+    return addCombination(newName, nameA, nameB, intersectionOf);
+}
+
+bool TAVManager::addExceptList(const QString &newName, const QString &nameA, const QString &nameB)
+{
+    return addCombination(newName, nameA, nameB, differenceOf);
+}
+
+bool TAVManager::addSubsList(const QString &newName, const QString &sourceName)
+{
+    return addClosure(newName, sourceName, &TAVSearchEngine::subgraphs);
+}
+
+bool TAVManager::addOverList(const QString &newName, const QString &sourceName)
+{
+    return addClosure(newName, sourceName, &TAVSearchEngine::overgraphs);
+}
+
+bool TAVManager::addListFromFile(const QString &newName, const QString &fileName)
+{
+    if (newName.isEmpty() || indexOf(newName) >= 0) {
+        return refuse();
+    }
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::cerr << "Unable to open file" << std::endl;
+        emit signal_console(QStringLiteral("Unable to open file :") + fileName);
+        return refuse();
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
+    return addList(newName, text.split(QLatin1Char('\n'), Qt::SkipEmptyParts));
+}
+
+bool TAVManager::saveList(const QString &listName, const QString &fileName)
+{
+    const int index = listName.isEmpty() ? -1 : indexOf(listName);
+    if (index < 0) {
+        return refuse();
+    }
+    const QByteArray text = lists.at(index)->getList().join(QLatin1Char('\n')).toLatin1();
+    switch (writeFile(fileName, [&text](QIODevice &file) { file.write(text); })) {
+    case WriteResult::Written:
+        emit signal_manager_ready();
+        return true;
+    case WriteResult::NotOpened:
+        std::cerr << "Unable to open file" << std::endl;
+        emit signal_console(QStringLiteral("Unable to open file :") + fileName);
+        break;
+    case WriteResult::Failed:
+        emit signal_console(QStringLiteral("Unable to write file :") + fileName);
+        break;
+    }
+    return refuse();
+}
+
+bool TAVManager::saveGraphs(const QString &fileName)
+{
+    return saveFile(fileName, &TAVSearchEngine::saveGraphs);
+}
+
+bool TAVManager::saveInv1(const QString &fileName)
+{
+    return saveFile(fileName, &TAVSearchEngine::saveInv1);
+}
+
+void TAVManager::loadInv1(const QString &fileName)
+{
+    loadInvariant(fileName, &TAVSearchEngine::loadInv1);
+}
+
+void TAVManager::loadInv2(const QString &fileName)
+{
+    loadInvariant(fileName, &TAVSearchEngine::loadInv2);
+}
+
+// clang-format off
+void TAVManager::avgSub1()  { derive(&TAVSearchEngine::avgSub1); }
+void TAVManager::avgOver1() { derive(&TAVSearchEngine::avgOver1); }
+void TAVManager::avgAll1()  { derive(&TAVSearchEngine::avgAll1); }
+void TAVManager::minSub1()  { derive(&TAVSearchEngine::minSub1); }
+void TAVManager::minOver1() { derive(&TAVSearchEngine::minOver1); }
+void TAVManager::minAll1()  { derive(&TAVSearchEngine::minAll1); }
+void TAVManager::maxSub1()  { derive(&TAVSearchEngine::maxSub1); }
+void TAVManager::maxOver1() { derive(&TAVSearchEngine::maxOver1); }
+void TAVManager::maxAll1()  { derive(&TAVSearchEngine::maxAll1); }
+void TAVManager::exch_1_2() { derive(&TAVSearchEngine::exch_1_2); }
+void TAVManager::I1getsI2() { derive(&TAVSearchEngine::I1getsI2); }
+void TAVManager::I2getsI1() { derive(&TAVSearchEngine::I2getsI1); }
+
+bool TAVManager::addI1geI2List(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1geI2graphs); }
+bool TAVManager::addI1leI2List(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1leI2graphs); }
+bool TAVManager::addI1eqI2subsList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1eqI2subsgraphs); }
+bool TAVManager::addI1eqI2overList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1eqI2overgraphs); }
+bool TAVManager::addI1geI2subsList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1geI2subsgraphs); }
+bool TAVManager::addI1leI2subsList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1leI2subsgraphs); }
+bool TAVManager::addI1geI2overList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1geI2overgraphs); }
+bool TAVManager::addI1leI2overList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1leI2overgraphs); }
+bool TAVManager::addI1gtI2subsList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1gtI2subsgraphs); }
+bool TAVManager::addI1ltI2subsList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1ltI2subsgraphs); }
+bool TAVManager::addI1gtI2overList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1gtI2overgraphs); }
+bool TAVManager::addI1ltI2overList(const QString &newName) { return addComparison(newName, &TAVSearchEngine::I1ltI2overgraphs); }
+// clang-format on
+
 void TAVManager::loadDatabase(const QString &fileName)
 {
     stopLoading();
     engine->eraseDatabase();
     engine->setFilename(fileName);
+    loading = true;
     engine->start(QThread::InheritPriority);
 }
 
@@ -126,11 +256,13 @@ void TAVManager::slot_progress(int current, int total)
 
 void TAVManager::slot_load_succeeded()
 {
+    loading = false;
     emit signal_database_loaded();
 }
 
 void TAVManager::slot_load_failed()
 {
+    loading = false;
     emit signal_database_empty();
 }
 
@@ -146,6 +278,7 @@ void TAVManager::stopLoading()
     engine->requestInterruption();
     engine->wait();
     QCoreApplication::removePostedEvents(mailbox);
+    loading = false;
 }
 
 /// The end of an operation that was refused.
@@ -153,4 +286,105 @@ bool TAVManager::refuse()
 {
     emit signal_manager_ready();
     return false;
+}
+
+/// Refuses an operation that needs the database while a load runs, and returns whether it did.
+bool TAVManager::refuseWhileLoading()
+{
+    if (!loading) {
+        return false;
+    }
+    emit signal_console(tr("Not possible while a database is being loaded."));
+    emit signal_manager_ready();
+    return true;
+}
+
+bool TAVManager::addCombination(const QString &newName, const QString &nameA, const QString &nameB, Combine combine)
+{
+    if (newName.isEmpty() || indexOf(newName) >= 0) {
+        return refuse();
+    }
+    const int a = indexOf(nameA);
+    const int b = indexOf(nameB);
+    if (a < 0 || b < 0) {
+        return refuse();
+    }
+    addList(newName, combine(lists.at(a)->getList(), lists.at(b)->getList()));
+    emit signal_manager_ready();
+    return true;
+}
+
+bool TAVManager::addClosure(const QString &newName, const QString &sourceName,
+                            QStringList (TAVSearchEngine::*closure)(const QStringList &))
+{
+    if (refuseWhileLoading()) {
+        return false;
+    }
+    if (newName.isEmpty() || sourceName.isEmpty() || indexOf(newName) >= 0) {
+        return refuse();
+    }
+    const int source = indexOf(sourceName);
+    if (source < 0) {
+        return refuse();
+    }
+    addList(newName, (engine->*closure)(lists.at(source)->getList()));
+    emit signal_lists_changed();
+    emit signal_manager_ready();
+    return true;
+}
+
+bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)(const QString &))
+{
+    if (refuseWhileLoading()) {
+        return false;
+    }
+    const bool saved = (engine->*save)(fileName);
+    if (saved) {
+        emit signal_console(QStringLiteral("Wrote ") + fileName);
+    }
+    emit signal_manager_ready();
+    return saved;
+}
+
+void TAVManager::loadInvariant(const QString &fileName, bool (TAVSearchEngine::*load)(const QString &))
+{
+    if (refuseWhileLoading()) {
+        return;
+    }
+    const bool read = (engine->*load)(fileName);
+    emit signal_console(read ? QStringLiteral("Read ") + fileName : QStringLiteral("Load failed"));
+    emit signal_manager_ready();
+}
+
+void TAVManager::derive(void (TAVSearchEngine::*derivation)())
+{
+    if (refuseWhileLoading()) {
+        return;
+    }
+    (engine->*derivation)();
+    emit signal_manager_ready();
+}
+
+bool TAVManager::addComparison(const QString &newName, const Query &query)
+{
+    if (refuseWhileLoading()) {
+        return false;
+    }
+    if (newName.isEmpty()) {
+        emit signal_console(QStringLiteral("Empty name"));
+        return refuse();
+    }
+    if (indexOf(newName) >= 0) {
+        emit signal_console(QStringLiteral("Name already used"));
+        return refuse();
+    }
+    const QStringList names = query(*engine);
+    if (names.isEmpty()) {
+        emit signal_console(QStringLiteral("Empty list"));
+    } else {
+        addList(newName, names);
+    }
+    emit signal_lists_changed();
+    emit signal_manager_ready();
+    return true;
 }

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 class GraphList;
 class TAVSearchEngine;
 
@@ -13,6 +15,9 @@ class TAVSearchEngine;
 ///
 /// Outcomes are reported as one line of text through signal_console(). Every operation but loadDatabase(),
 /// resetDatabase(), listNames() and indexOf() ends with signal_manager_ready(); getList() only when it fails.
+///
+/// While a load runs, an operation that needs the database is refused: it says so in one console line and changes
+/// nothing. A load runs until its outcome is delivered here.
 class TAVManager : public QObject
 {
     Q_OBJECT
@@ -27,15 +32,73 @@ public:
     /// Adds a list; an empty @p name or one that is taken is refused silently with false. An empty list of @p names
     /// is reported and not added, and yet the result is true.
     bool addList(const QString &name, const QStringList &names);
-    /// Adds a list of the non-empty lines of a text file. Returns false when @p newName is empty or taken, and, with
-    /// a console line, when the file cannot be opened; else what addList() returns.
-    bool addListFromFile(const QString &newName, const QString &fileName);
     /// Removes the list named @p name; returns false, with a console line, when there is none.
     bool remList(const QString &name);
     /// The graph names of the list named @p name; an empty list when there is none.
     QStringList getList(const QString &name);
     /// The names of all lists in the order in which they were added.
     QStringList listNames() const;
+
+    // New lists from old ones. False, silently, when the new name is empty or taken or a source names no list; true
+    // when these checks pass, even if the result is empty and therefore not added.
+
+    /// The names of both lists, sorted, each once.
+    bool addUnionList(const QString &newName, const QString &nameA, const QString &nameB);
+    /// The names of A that B contains, in A's order and as often as there.
+    bool addInterList(const QString &newName, const QString &nameA, const QString &nameB);
+    /// The names of A that B does not contain, in A's order and as often as there.
+    bool addExceptList(const QString &newName, const QString &nameA, const QString &nameB);
+    /// The graphs of the source that are in the database, and all graphs below them.
+    bool addSubsList(const QString &newName, const QString &sourceName);
+    /// The graphs of the source that are in the database, and all graphs above them.
+    bool addOverList(const QString &newName, const QString &sourceName);
+
+    // List files: one graph name a line.
+
+    /// Adds a list of the non-empty lines of a text file. Returns false when @p newName is empty or taken, and, with
+    /// a console line, when the file cannot be opened; else what addList() returns.
+    bool addListFromFile(const QString &newName, const QString &fileName);
+    /// Writes the list named @p listName. False when there is none, and, with a console line, when the file cannot be
+    /// written, in which case a file that stood there is as it was.
+    bool saveList(const QString &listName, const QString &fileName);
+
+    // Files of the database: see the engine's operations of the same names. A success is told on the console.
+
+    bool saveGraphs(const QString &fileName);
+    bool saveInv1(const QString &fileName);
+    void loadInv1(const QString &fileName);
+    void loadInv2(const QString &fileName);
+
+    // The engine's operation of the same name on the whole database.
+
+    void avgSub1();
+    void avgOver1();
+    void avgAll1();
+    void minSub1();
+    void minOver1();
+    void minAll1();
+    void maxSub1();
+    void maxOver1();
+    void maxAll1();
+    void exch_1_2();
+    void I1getsI2();
+    void I2getsI1();
+
+    // Lists of what an engine's query of a like name answers. False, with a console line, when the name is empty or
+    // taken; an empty answer is told on the console and adds no list, and yet the result is true.
+
+    bool addI1geI2List(const QString &newName);
+    bool addI1leI2List(const QString &newName);
+    bool addI1eqI2subsList(const QString &newName);
+    bool addI1eqI2overList(const QString &newName);
+    bool addI1geI2subsList(const QString &newName);
+    bool addI1leI2subsList(const QString &newName);
+    bool addI1geI2overList(const QString &newName);
+    bool addI1leI2overList(const QString &newName);
+    bool addI1gtI2subsList(const QString &newName);
+    bool addI1ltI2subsList(const QString &newName);
+    bool addI1gtI2overList(const QString &newName);
+    bool addI1ltI2overList(const QString &newName);
 
     /// Empties the database and starts to load the file @p fileName in the background; a load that is still running is
     /// stopped first and never heard of again. The outcome is signal_database_loaded() or signal_database_empty().
@@ -62,11 +125,23 @@ public slots:
 private:
     void stopLoading();
     bool refuse();
+    bool refuseWhileLoading();
+
+    using Query = std::function<QStringList(TAVSearchEngine &)>;
+    using Combine = QStringList (*)(const QStringList &a, const QStringList &b);
+    bool addCombination(const QString &newName, const QString &nameA, const QString &nameB, Combine combine);
+    bool addClosure(const QString &newName, const QString &sourceName,
+                    QStringList (TAVSearchEngine::*closure)(const QStringList &));
+    bool saveFile(const QString &fileName, bool (TAVSearchEngine::*save)(const QString &));
+    void loadInvariant(const QString &fileName, bool (TAVSearchEngine::*load)(const QString &));
+    void derive(void (TAVSearchEngine::*derivation)());
+    bool addComparison(const QString &newName, const Query &query);
 
     TAVSearchEngine *engine;
     /// Receives the engine's signals on behalf of the manager: its queue holds nothing else and can be emptied.
     QObject *mailbox;
     QVector<GraphList *> lists;
+    bool loading = false;
 };
 
 #endif
