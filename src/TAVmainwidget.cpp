@@ -27,6 +27,7 @@ namespace
 {
 constexpr char databaseFilter[] = "File type (*.tav)";
 constexpr char listFilter[] = "File type (*.g6)";
+constexpr char invariantFilter[] = "File type (*.txt)";
 
 const QColor panelColour(255, 255, 235);
 constexpr double vertexRadius = 20.0;
@@ -159,17 +160,128 @@ void TAVMainWidget::slot_adjust_mode()
     visualizationPanel->setVisible(visualizationMode->isChecked());
 }
 
-// The commands.
+// New lists from old ones and from files.
 
-void TAVMainWidget::slot_list_file()
+void TAVMainWidget::slot_list_sub()
 {
-    manager->addListFromFile(newListName->text(), askForFileToOpen(listFilter));
+    slot_manager_busy();
+    manager->addSubsList(newListName->text(), closureSource->currentText());
 }
 
-void TAVMainWidget::slot_unavailable()
+void TAVMainWidget::slot_list_over()
 {
-    const auto *button = qobject_cast<QPushButton *>(sender());
-    slot_console(tr("\"%1\" is not available yet.").arg(button->text().trimmed()));
+    slot_manager_busy();
+    manager->addOverList(newListName->text(), closureSource->currentText());
+}
+
+// Never marked busy, unlike the others.
+void TAVMainWidget::slot_list_file()
+{
+    const QString file = askForFileToOpen(listFilter);
+    manager->addListFromFile(newListName->text(), file);
+}
+
+void TAVMainWidget::slot_list_union()
+{
+    slot_manager_busy();
+    manager->addUnionList(newListName->text(), unionFirst->currentText(), unionSecond->currentText());
+}
+
+void TAVMainWidget::slot_list_inter()
+{
+    slot_manager_busy();
+    manager->addInterList(newListName->text(), interFirst->currentText(), interSecond->currentText());
+}
+
+void TAVMainWidget::slot_list_except()
+{
+    slot_manager_busy();
+    manager->addExceptList(newListName->text(), exceptFirst->currentText(), exceptSecond->currentText());
+}
+
+void TAVMainWidget::slot_list_rem()
+{
+    slot_manager_busy();
+    manager->remList(removeChoice->currentText());
+}
+
+void TAVMainWidget::slot_list_save()
+{
+    slot_manager_busy();
+    const QString file = askForFileToSave(listFilter);
+    manager->saveList(saveChoice->currentText(), file);
+}
+
+// Files of the database.
+
+void TAVMainWidget::slot_save_all()
+{
+    slot_manager_busy();
+    manager->saveGraphs(askForFileToSave(listFilter));
+}
+
+void TAVMainWidget::slot_save_inv1()
+{
+    slot_manager_busy();
+    manager->saveInv1(askForFileToSave(invariantFilter));
+}
+
+void TAVMainWidget::slot_load_inv1()
+{
+    slot_manager_busy();
+    manager->loadInv1(askForFileToOpen(invariantFilter));
+}
+
+void TAVMainWidget::slot_load_inv2()
+{
+    slot_manager_busy();
+    manager->loadInv2(askForFileToOpen(invariantFilter));
+}
+
+// clang-format off
+
+// Invariants.
+
+void TAVMainWidget::slot_avg_sub1()   { derive(&TAVManager::avgSub1); }
+void TAVMainWidget::slot_avg_over1()  { derive(&TAVManager::avgOver1); }
+void TAVMainWidget::slot_avg_all1()   { derive(&TAVManager::avgAll1); }
+void TAVMainWidget::slot_min_sub1()   { derive(&TAVManager::minSub1); }
+void TAVMainWidget::slot_min_over1()  { derive(&TAVManager::minOver1); }
+void TAVMainWidget::slot_min_all1()   { derive(&TAVManager::minAll1); }
+void TAVMainWidget::slot_max_sub1()   { derive(&TAVManager::maxSub1); }
+void TAVMainWidget::slot_max_over1()  { derive(&TAVManager::maxOver1); }
+void TAVMainWidget::slot_max_all1()   { derive(&TAVManager::maxAll1); }
+void TAVMainWidget::slot_exch_1_2()   { derive(&TAVManager::exch_1_2); }
+void TAVMainWidget::slot_i1_gets_i2() { derive(&TAVManager::I1getsI2); }
+void TAVMainWidget::slot_i2_gets_i1() { derive(&TAVManager::I2getsI1); }
+
+// Lists by comparing the invariants.
+
+void TAVMainWidget::slot_list_i1_ge_i2()     { compare(&TAVManager::addI1geI2List); }
+void TAVMainWidget::slot_list_i1_le_i2()     { compare(&TAVManager::addI1leI2List); }
+void TAVMainWidget::slot_list_i1_eq_i2subs() { compare(&TAVManager::addI1eqI2subsList); }
+void TAVMainWidget::slot_list_i1_ge_i2subs() { compare(&TAVManager::addI1geI2subsList); }
+void TAVMainWidget::slot_list_i1_le_i2subs() { compare(&TAVManager::addI1leI2subsList); }
+void TAVMainWidget::slot_list_i1_eq_i2over() { compare(&TAVManager::addI1eqI2overList); }
+void TAVMainWidget::slot_list_i1_ge_i2over() { compare(&TAVManager::addI1geI2overList); }
+void TAVMainWidget::slot_list_i1_le_i2over() { compare(&TAVManager::addI1leI2overList); }
+void TAVMainWidget::slot_list_i1_gt_i2subs() { compare(&TAVManager::addI1gtI2subsList); }
+void TAVMainWidget::slot_list_i1_lt_i2subs() { compare(&TAVManager::addI1ltI2subsList); }
+void TAVMainWidget::slot_list_i1_gt_i2over() { compare(&TAVManager::addI1gtI2overList); }
+void TAVMainWidget::slot_list_i1_lt_i2over() { compare(&TAVManager::addI1ltI2overList); }
+
+// clang-format on
+
+void TAVMainWidget::derive(void (TAVManager::*derivation)())
+{
+    slot_manager_busy();
+    (manager->*derivation)();
+}
+
+void TAVMainWidget::compare(bool (TAVManager::*builder)(const QString &))
+{
+    slot_manager_busy();
+    (manager->*builder)(newListName->text());
 }
 
 // Browsing.
@@ -226,6 +338,11 @@ QString TAVMainWidget::askForFileToOpen(const char *filter)
     return QFileDialog::getOpenFileName(this, tr(applicationTitle), workDir, tr(filter));
 }
 
+QString TAVMainWidget::askForFileToSave(const char *filter)
+{
+    return QFileDialog::getSaveFileName(this, tr(applicationTitle), workDir, tr(filter));
+}
+
 // Construction.
 
 void TAVMainWidget::connectManager()
@@ -277,7 +394,7 @@ QWidget *TAVMainWidget::createModePanel()
     auto *grid = new QGridLayout(panel);
     grid->addWidget(createButton({"Load database", &TAVMainWidget::slot_open, "open"}), 0, 0);
     grid->addWidget(createButton({"Set work directory", &TAVMainWidget::slot_set_wd}), 1, 0);
-    grid->addWidget(createButton({"Save all graphs", &TAVMainWidget::slot_unavailable, "save"}), 2, 0);
+    grid->addWidget(createButton({"Save all graphs", &TAVMainWidget::slot_save_all, "save"}), 2, 0);
     grid->addWidget(new QLabel(tr("Mode :")), 0, 1);
     listsMode = createModeButton("Lists manipulation");
     invariantsMode = createModeButton("Invariants manipulation");
@@ -331,13 +448,15 @@ QWidget *TAVMainWidget::createVisualizationPanel()
 
 QWidget *TAVMainWidget::createInvariantsPanel()
 {
-    const Slot later = &TAVMainWidget::slot_unavailable;
     const Command commands[] = {
-        {"Load I1", later, "open"}, {"Load I2", later, "open"},   {"Save Inv1", later, "save"},
-        {"I1 <- I2", later},        {"I2 <- I1", later},          {"I1 <-> I2", later},
-        {"I2 = Avg sub I1", later}, {"I2 = Avg super I1", later}, {"I2 = Avg all I1", later},
-        {"I2 = Min sub I1", later}, {"I2 = Min super I1", later}, {"I2 = Min all I1", later},
-        {"I2 = Max sub I1", later}, {"I2 = Max super I1", later}, {"I2 = Max all I1", later},
+        {"Load I1", &TAVMainWidget::slot_load_inv1, "open"},   {"Load I2", &TAVMainWidget::slot_load_inv2, "open"},
+        {"Save Inv1", &TAVMainWidget::slot_save_inv1, "save"}, {"I1 <- I2", &TAVMainWidget::slot_i1_gets_i2},
+        {"I2 <- I1", &TAVMainWidget::slot_i2_gets_i1},         {"I1 <-> I2", &TAVMainWidget::slot_exch_1_2},
+        {"I2 = Avg sub I1", &TAVMainWidget::slot_avg_sub1},    {"I2 = Avg super I1", &TAVMainWidget::slot_avg_over1},
+        {"I2 = Avg all I1", &TAVMainWidget::slot_avg_all1},    {"I2 = Min sub I1", &TAVMainWidget::slot_min_sub1},
+        {"I2 = Min super I1", &TAVMainWidget::slot_min_over1}, {"I2 = Min all I1", &TAVMainWidget::slot_min_all1},
+        {"I2 = Max sub I1", &TAVMainWidget::slot_max_sub1},    {"I2 = Max super I1", &TAVMainWidget::slot_max_over1},
+        {"I2 = Max all I1", &TAVMainWidget::slot_max_all1},
     };
     QWidget *panel = createPanel("invariantsPanel");
     auto *grid = new QGridLayout(panel);
@@ -352,20 +471,19 @@ QWidget *TAVMainWidget::createInvariantsPanel()
 
 QWidget *TAVMainWidget::createComparisonPanel()
 {
-    const Slot later = &TAVMainWidget::slot_unavailable;
     const Command commands[] = {
-        {"List I1 >= I2", later},
-        {"List I1 <= I2", later},
-        {"List I1 == I2 (all subs)", later},
-        {"List I1 >= I2 (all subs)", later},
-        {"List I1 <= I2 (all subs)", later},
-        {"List I1 == I2 (all super)", later},
-        {"List I1 >= I2 (all super)", later},
-        {"List I1 <= I2 (all super)", later},
-        {"List I1 > I2 (all subs)", later},
-        {"List I1 < I2 (all subs)", later},
-        {"List I1 > I2 (all super)", later},
-        {"List I1 < I2 (all super)", later},
+        {"List I1 >= I2", &TAVMainWidget::slot_list_i1_ge_i2},
+        {"List I1 <= I2", &TAVMainWidget::slot_list_i1_le_i2},
+        {"List I1 == I2 (all subs)", &TAVMainWidget::slot_list_i1_eq_i2subs},
+        {"List I1 >= I2 (all subs)", &TAVMainWidget::slot_list_i1_ge_i2subs},
+        {"List I1 <= I2 (all subs)", &TAVMainWidget::slot_list_i1_le_i2subs},
+        {"List I1 == I2 (all super)", &TAVMainWidget::slot_list_i1_eq_i2over},
+        {"List I1 >= I2 (all super)", &TAVMainWidget::slot_list_i1_ge_i2over},
+        {"List I1 <= I2 (all super)", &TAVMainWidget::slot_list_i1_le_i2over},
+        {"List I1 > I2 (all subs)", &TAVMainWidget::slot_list_i1_gt_i2subs},
+        {"List I1 < I2 (all subs)", &TAVMainWidget::slot_list_i1_lt_i2subs},
+        {"List I1 > I2 (all super)", &TAVMainWidget::slot_list_i1_gt_i2over},
+        {"List I1 < I2 (all super)", &TAVMainWidget::slot_list_i1_lt_i2over},
     };
     QWidget *panel = createPanel("comparisonPanel");
     auto *grid = new QGridLayout(panel);
@@ -381,7 +499,6 @@ QWidget *TAVMainWidget::createComparisonPanel()
 
 QWidget *TAVMainWidget::createListsPanel()
 {
-    const Slot later = &TAVMainWidget::slot_unavailable;
     QWidget *panel = createPanel("listsPanel");
     auto *grid = new QGridLayout(panel);
     const auto addLine = [grid](const QString &number, QLayout *sentence) {
@@ -389,18 +506,20 @@ QWidget *TAVMainWidget::createListsPanel()
         grid->addWidget(new QLabel(number), row, 0);
         grid->addLayout(sentence, row, 1);
     };
-    addLine(tr("1)"), createSentence({createButton({"Build Super-Graphs", later, "build"}),
-                                      createButton({"Build Sub-Graphs", later, "build"}),
+    addLine(tr("1)"), createSentence({createButton({"Build Super-Graphs", &TAVMainWidget::slot_list_over, "build"}),
+                                      createButton({"Build Sub-Graphs", &TAVMainWidget::slot_list_sub, "build"}),
                                       new QLabel(tr("from GraphList ")), closureSource}));
     addLine(tr("2)"), createSentence({createButton({"From file.", &TAVMainWidget::slot_list_file, "open"})}));
-    addLine(tr("3)"), createSentence({createButton({"Union of ", later, "clustering"}), unionFirst,
-                                      new QLabel(tr(" and ")), unionSecond}));
-    addLine(tr("4)"), createSentence({createButton({"Intersection of", later, "clustering"}), interFirst,
-                                      new QLabel(tr(" and ")), interSecond}));
-    addLine(tr("5)"), createSentence({createButton({"GraphList", later, "clustering"}), exceptFirst,
-                                      new QLabel(tr(" except ")), exceptSecond}));
-    addLine(QString(), createSentence({createButton({"Remove GraphList : ", later, "new"}), removeChoice}));
-    addLine(QString(), createSentence({createButton({"Save GraphList : ", later, "save"}), saveChoice}));
+    addLine(tr("3)"), createSentence({createButton({"Union of ", &TAVMainWidget::slot_list_union, "clustering"}),
+                                      unionFirst, new QLabel(tr(" and ")), unionSecond}));
+    addLine(tr("4)"), createSentence({createButton({"Intersection of", &TAVMainWidget::slot_list_inter, "clustering"}),
+                                      interFirst, new QLabel(tr(" and ")), interSecond}));
+    addLine(tr("5)"), createSentence({createButton({"GraphList", &TAVMainWidget::slot_list_except, "clustering"}),
+                                      exceptFirst, new QLabel(tr(" except ")), exceptSecond}));
+    addLine(QString(), createSentence({createButton({"Remove GraphList : ", &TAVMainWidget::slot_list_rem, "new"}),
+                                       removeChoice}));
+    addLine(QString(),
+            createSentence({createButton({"Save GraphList : ", &TAVMainWidget::slot_list_save, "save"}), saveChoice}));
     grid->setColumnStretch(1, 1);
     panel->setEnabled(false);
     panel->hide();

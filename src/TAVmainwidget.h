@@ -53,9 +53,49 @@ public slots:
     // The panels.
     void slot_adjust_mode();
 
-    // The commands.
+    // New lists from old ones and from files.
+    void slot_list_sub();
+    void slot_list_over();
     void slot_list_file();
-    void slot_unavailable();
+    void slot_list_union();
+    void slot_list_inter();
+    void slot_list_except();
+    void slot_list_rem();
+    void slot_list_save();
+
+    // Files of the database.
+    void slot_save_all();
+    void slot_save_inv1();
+    void slot_load_inv1();
+    void slot_load_inv2();
+
+    // Invariants.
+    void slot_avg_sub1();
+    void slot_avg_over1();
+    void slot_avg_all1();
+    void slot_min_sub1();
+    void slot_min_over1();
+    void slot_min_all1();
+    void slot_max_sub1();
+    void slot_max_over1();
+    void slot_max_all1();
+    void slot_exch_1_2();
+    void slot_i1_gets_i2();
+    void slot_i2_gets_i1();
+
+    // Lists by comparing the invariants.
+    void slot_list_i1_ge_i2();
+    void slot_list_i1_le_i2();
+    void slot_list_i1_eq_i2subs();
+    void slot_list_i1_ge_i2subs();
+    void slot_list_i1_le_i2subs();
+    void slot_list_i1_eq_i2over();
+    void slot_list_i1_ge_i2over();
+    void slot_list_i1_le_i2over();
+    void slot_list_i1_gt_i2subs();
+    void slot_list_i1_lt_i2subs();
+    void slot_list_i1_gt_i2over();
+    void slot_list_i1_lt_i2over();
 
     // Browsing.
     void slot_next_graph();
@@ -83,6 +123,9 @@ private:
     void arrangePanels();
 
     QString askForFileToOpen(const char *filter);
+    QString askForFileToSave(const char *filter);
+    void derive(void (TAVManager::*derivation)());
+    void compare(bool (TAVManager::*builder)(const QString &));
     void stepThroughList(int step);
 
     TAVManager *manager;

@@ -2,6 +2,7 @@
 
 #include "TAVsearchengine.h"
 #include "graphlist.h"
+#include "linereader.h"
 #include "outputfile.h"
 
 #include <QCoreApplication>
@@ -152,7 +153,7 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
         return refuse();
     }
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openForReading(file)) {
         std::cerr << "Unable to open file" << std::endl;
         emit signal_console(QStringLiteral("Unable to open file :") + fileName);
         return refuse();

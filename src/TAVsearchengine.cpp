@@ -81,7 +81,7 @@ bool TAVSearchEngine::loadData(const QString &path)
     diagnose(QStringLiteral("Reading ") + path);
     emit signal_console(QStringLiteral("Loading ") + path);
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openForReading(file)) {
         diagnose(QStringLiteral("Unable to open file"));
         return false;
     }
@@ -222,7 +222,7 @@ QStringList TAVSearchEngine::I1leI2graphs() const
 TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
 {
     QFile file(filename);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (!openForReading(file)) {
         diagnose(QStringLiteral("Unable to open file"));
         return Outcome::Failed;
     }
@@ -244,7 +244,7 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
 TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &linkCount)
 {
     QFile file(filename);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (!openForReading(file)) {
         diagnose(QStringLiteral("Unable to open file"));
         return Outcome::Failed;
     }
@@ -327,7 +327,7 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, const
         return false;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+    if (!openForReading(file)) {
         emit signal_console(QStringLiteral("Unable to open file."));
         return false;
     }

@@ -2,6 +2,11 @@
 
 #include <cstring>
 
+bool openForReading(QFile &file)
+{
+    return !file.fileName().isEmpty() && file.open(QIODevice::ReadOnly);
+}
+
 LineReader::LineReader(QIODevice &source, int blockSize)
     : device(source)
     , buffer(blockSize, Qt::Uninitialized)

@@ -2,9 +2,14 @@
 #define TAVOLINE_LINEREADER_H
 
 #include <QByteArray>
+#include <QFile>
 #include <QIODevice>
 
 #include <string_view>
+
+/// Opens @p file for reading and returns whether that worked. An empty path, which a cancelled dialog leaves behind, is
+/// a file that cannot be opened like any other: the toolkit is not asked, which would complain on its own account.
+bool openForReading(QFile &file);
 
 /// Reads a device block by block and hands out its lines in place, without copying or decoding them.
 class LineReader

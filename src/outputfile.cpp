@@ -19,6 +19,9 @@ WriteResult writeDirectly(const QString &path, const std::function<void(QIODevic
 
 WriteResult writeFile(const QString &path, const std::function<void(QIODevice &)> &write)
 {
+    if (path.isEmpty()) {
+        return WriteResult::NotOpened; // a cancelled dialog; the toolkit would complain on its own account
+    }
     const QFileInfo target(path);
     if (target.exists() && !target.isFile()) {
         return writeDirectly(path, write);
