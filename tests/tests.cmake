@@ -22,5 +22,6 @@ tavoline_window_test(tst_nodedisplay tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)
+tavoline_window_test(tst_commands window_fixture)
 tavoline_window_test(tst_mainwidget window_fixture)
 tavoline_window_test(tst_mainwindow window_fixture)
