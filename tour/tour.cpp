@@ -33,6 +33,9 @@ public:
         loadDatabase();
         buildListFromFile();
         browse();
+        compareInvariants();
+        combineLists();
+        browseTheResult();
     }
 
 private:
@@ -46,8 +49,7 @@ private:
 
     void buildListFromFile()
     {
-        auto *name = window.findChild<QLineEdit *>(QStringLiteral("newListName"));
-        QTest::keyClicks(name, QStringLiteral("regular"));
+        nameList(QStringLiteral("regular"));
         openFile(QStringLiteral("From file."), QStringLiteral("regular-8.g6"), "choose-list");
         expect(consoleText().contains(QStringLiteral("List added : regular [ 17 element(s)]")), "the list is added");
         save("list-from-file");
@@ -70,12 +72,73 @@ private:
         save("last-graph");
     }
 
-    /// Presses a button and chooses a file in the dialog that it opens, of which a picture is saved.
+    /// The graphs whose average distance is at most that of all graphs below them: the complete graphs.
+    void compareInvariants()
+    {
+        driver::click(&window, QStringLiteral("Invariants manipulation"));
+        openFile(QStringLiteral("Load I1"), QStringLiteral("connected-8.averagedistance.txt"), "choose-invariant");
+        driver::click(&window, QStringLiteral("I2 = Min sub I1"));
+        nameList(QStringLiteral("below-the-least"));
+        driver::click(&window, QStringLiteral("List I1 <= I2"));
+        save("i1-against-derived-i2");
+        driver::click(&window, QStringLiteral("I2 <- I1"));
+        nameList(QStringLiteral("complete"));
+        driver::click(&window, QStringLiteral("List I1 >= I2 (all subs)"));
+        expect(consoleText().contains(QStringLiteral("List added : complete [ 6 element(s)]")),
+               "six graphs have no graph below them with a smaller average distance");
+        save("comparison-list");
+    }
+
+    void combineLists()
+    {
+        driver::click(&window, QStringLiteral("Lists manipulation"));
+        nameList(QStringLiteral("both"));
+        choose("unionFirst", "regular");
+        choose("unionSecond", "complete");
+        driver::click(&window, QStringLiteral("Union of"));
+        expect(consoleText().contains(QStringLiteral("List added : both [ 22 element(s)]")),
+               "one of the complete graphs is one of the regular graphs on eight vertices");
+        save("union");
+        choose("saveChoice", "both");
+        const QString file = results.filePath(QStringLiteral("both.g6"));
+        chooseFile(QStringLiteral("Save GraphList :"), file, "save-list");
+        expect(QFile::exists(file), "the list is saved");
+    }
+
+    void browseTheResult()
+    {
+        driver::click(&window, QStringLiteral("Visualization"));
+        choose("browseChoice", "both");
+        driver::click(&window, QStringLiteral("=>>"));
+        expect(window.findChild<QLabel *>(QStringLiteral("position"))->text().contains(QStringLiteral("/22 ")),
+               "the union is browsed");
+        save("browse-union");
+    }
+
+    void nameList(const QString &name)
+    {
+        auto *edit = window.findChild<QLineEdit *>(QStringLiteral("newListName"));
+        edit->clear();
+        QTest::keyClicks(edit, name);
+    }
+
+    void choose(const char *chooser, const char *list)
+    {
+        window.findChild<QComboBox *>(QLatin1String(chooser))->setCurrentText(QLatin1String(list));
+    }
+
+    /// Chooses one of the sample files.
     void openFile(const QString &button, const QString &file, const char *picture)
     {
-        driver::DialogAnswer answer([&](QDialog *dialog) {
+        chooseFile(button, QDir::current().filePath(file), picture);
+    }
+
+    /// Presses a button and chooses a file in the dialog that it opens, of which a picture is saved.
+    void chooseFile(const QString &button, const QString &path, const char *picture)
+    {
+        const driver::DialogAnswer answer([&](QDialog *dialog) {
             savePicture(*dialog, picture);
-            driver::chooseFile(qobject_cast<QFileDialog *>(dialog), QDir::current().filePath(file));
+            driver::chooseFile(qobject_cast<QFileDialog *>(dialog), path);
         });
         driver::click(&window, button);
         expect(answer.done(), "a file dialog came up");
@@ -103,6 +166,8 @@ private:
 
     TAVMainWindow &window;
     QDir pictures;
+    QTemporaryDir scratch;
+    QDir results{scratch.path()};
     int count = 0;
 };
 } // namespace
