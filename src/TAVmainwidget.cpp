@@ -31,6 +31,7 @@ constexpr char invariantFilter[] = "File type (*.txt)";
 
 const QColor panelColour(255, 255, 235);
 constexpr double vertexRadius = 20.0;
+constexpr int smallestViewHeight = 380;
 constexpr double circleDiameter = 200.0;
 constexpr int smallestZoom = 5;
 constexpr int largestZoom = 1000;
@@ -105,6 +106,7 @@ void TAVMainWidget::slot_manager_ready()
 // The comparison and the visualization panel wait for a click on their mode.
 void TAVMainWidget::slot_database_loaded()
 {
+    hasLoaded = true;
     progressBar->setValue(0);
     listsPanel->setEnabled(true);
     if (listsMode->isChecked()) {
@@ -150,8 +152,7 @@ void TAVMainWidget::slot_list_changed()
 
 void TAVMainWidget::slot_adjust_mode()
 {
-    if (!listsPanel->isVisible() && !invariantsPanel->isVisible() && !comparisonPanel->isVisible() &&
-        !visualizationPanel->isVisible()) {
+    if (!hasLoaded) {
         return;
     }
     listsPanel->setVisible(listsMode->isChecked());
@@ -306,7 +307,7 @@ void TAVMainWidget::stepThroughList(int step)
         browsedNames = manager->getList(list).toVector();
     }
     if (browsedNames.isEmpty()) {
-        view->clear();
+        showNothing();
         return;
     }
     if (position >= browsedNames.size()) {
@@ -324,12 +325,17 @@ void TAVMainWidget::stepThroughList(int step)
                                QLatin1Char(' ') + name);
     } else {
         std::cerr << "Failed to load graph" << std::endl;
-        view->clear();
-        view->best_backup();
-        positionLabel->clear();
-        view->update_display();
+        showNothing();
     }
     slot_manager_ready();
+}
+
+void TAVMainWidget::showNothing()
+{
+    view->clear();
+    view->best_backup();
+    positionLabel->clear();
+    view->update_display();
 }
 
 // An empty name when the dialog was cancelled: the operation that gets it fails on it and says so.
@@ -385,6 +391,7 @@ QWidget *TAVMainWidget::createPanel(const char *name)
     colours.setColor(QPalette::WindowText, Qt::black); // legible on the light panel in a dark theme too
     panel->setPalette(colours);
     panel->setAutoFillBackground(true);
+    panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // the console gets the room that is left
     return panel;
 }
 
@@ -414,6 +421,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
 {
     QWidget *panel = createPanel("visualizationPanel");
     view = new Graph(QStringLiteral("VIZ"), true);
+    view->setMinimumHeight(smallestViewHeight);
     view->slot_set_node_radius(vertexRadius);
     view->clear();
     view->best_backup();
@@ -431,6 +439,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     positionLabel->setTextFormat(Qt::PlainText);
     positionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     positionLabel->setAlignment(Qt::AlignCenter);
+    positionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long name moves nothing
 
     auto *grid = new QGridLayout(panel);
     grid->addWidget(new QLabel(tr("GraphList : ")), 0, 0);
@@ -442,6 +451,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     grid->addWidget(createButton({"=>>", &TAVMainWidget::slot_next_graph}), 4, 2, Qt::AlignRight);
     grid->setColumnStretch(1, 2);
     grid->setColumnStretch(2, 1);
+    panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
     panel->hide();
     return panel;
 }
@@ -501,10 +511,11 @@ QWidget *TAVMainWidget::createListsPanel()
 {
     QWidget *panel = createPanel("listsPanel");
     auto *grid = new QGridLayout(panel);
-    const auto addLine = [grid](const QString &number, QLayout *sentence) {
-        const int row = grid->rowCount();
+    int row = 0;
+    const auto addLine = [grid, &row](const QString &number, QLayout *sentence) {
         grid->addWidget(new QLabel(number), row, 0);
         grid->addLayout(sentence, row, 1);
+        ++row;
     };
     addLine(tr("1)"), createSentence({createButton({"Build Super-Graphs", &TAVMainWidget::slot_list_over, "build"}),
                                       createButton({"Build Sub-Graphs", &TAVMainWidget::slot_list_sub, "build"}),
@@ -560,9 +571,8 @@ void TAVMainWidget::arrangePanels()
     console = new QTextEdit;
     console->setObjectName(QStringLiteral("console"));
     console->setReadOnly(true);
-    // The last line stays in sight when lines are added and when a panel takes room from the console.
-    QScrollBar *scrollBar = console->verticalScrollBar();
-    connect(scrollBar, &QScrollBar::rangeChanged, scrollBar, [scrollBar](int, int end) { scrollBar->setValue(end); });
+    console->setUndoRedoEnabled(false);
+    keepLastLineInSight();
     progressBar = new QProgressBar;
     progressBar->setRange(0, 100);
     progressBar->setValue(0);
@@ -577,4 +587,17 @@ void TAVMainWidget::arrangePanels()
     grid->addWidget(visualizationPanel, 5, 0, 1, 2);
     grid->addWidget(console, 6, 0, 3, 2);
     grid->addWidget(progressBar, 9, 0, 1, 2);
+}
+
+// Lines are added to the console, and panels take room from it; a user who has scrolled up is left alone.
+void TAVMainWidget::keepLastLineInSight()
+{
+    QScrollBar *scrollBar = console->verticalScrollBar();
+    connect(scrollBar, &QScrollBar::valueChanged, this,
+            [this, scrollBar](int value) { followsConsole = value == scrollBar->maximum(); });
+    connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar](int /*start*/, int end) {
+        if (followsConsole) {
+            scrollBar->setValue(end);
+        }
+    });
 }

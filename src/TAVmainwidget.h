@@ -36,24 +36,35 @@ public:
     TAVManager *getManager() const { return manager; }
 
 public slots:
-    // The database.
+    // The database. A cancelled dialog is not caught: the empty name is a file that cannot be opened.
+
+    /// Asks for a database file and starts to load it.
     void slot_open();
+    /// Empties the database; lists and panels stay.
     void slot_clear();
+    /// Asks for the directory in which the file dialogs start and keeps it in the settings.
     void slot_set_wd();
 
-    // What the manager reports.
+    // The manager's work and what it reports.
+
+    /// Disables the lists panel while the manager works.
     void slot_manager_busy();
     void slot_manager_ready();
+    /// Shows the panel of the chosen mode, but for the comparison and the visualization panel.
     void slot_database_loaded();
     void slot_database_empty();
+    /// Shows @p done of @p total on the progress bar.
     void slot_progress(int done, int total);
+    /// Appends a paragraph of plain text to the console.
     void slot_console(const QString &text);
+    /// Refills every list chooser; all fall back to the first list.
     void slot_list_changed();
 
-    // The panels.
+    /// Shows the panels of the chosen mode; before the first database has loaded there are none.
     void slot_adjust_mode();
 
-    // New lists from old ones and from files.
+    // New lists, named as the name line says, from old ones and from files.
+
     void slot_list_sub();
     void slot_list_over();
     void slot_list_file();
@@ -63,13 +74,15 @@ public slots:
     void slot_list_rem();
     void slot_list_save();
 
-    // Files of the database.
+    // Files of the database, each chosen in a dialog.
+
     void slot_save_all();
     void slot_save_inv1();
     void slot_load_inv1();
     void slot_load_inv2();
 
-    // Invariants.
+    // Invariants: the manager's operations of like names.
+
     void slot_avg_sub1();
     void slot_avg_over1();
     void slot_avg_all1();
@@ -83,7 +96,8 @@ public slots:
     void slot_i1_gets_i2();
     void slot_i2_gets_i1();
 
-    // Lists by comparing the invariants.
+    // Lists, named as the name line says, by comparing the invariants.
+
     void slot_list_i1_ge_i2();
     void slot_list_i1_le_i2();
     void slot_list_i1_eq_i2subs();
@@ -97,8 +111,9 @@ public slots:
     void slot_list_i1_gt_i2over();
     void slot_list_i1_lt_i2over();
 
-    // Browsing.
+    /// Shows the next graph of the chosen list, after the last one the first.
     void slot_next_graph();
+    /// Shows the previous graph of the chosen list, before the first one the last.
     void slot_prev_graph();
 
 private:
@@ -121,12 +136,14 @@ private:
     QPushButton *createButton(const Command &command);
     QRadioButton *createModeButton(const char *text);
     void arrangePanels();
+    void keepLastLineInSight();
 
     QString askForFileToOpen(const char *filter);
     QString askForFileToSave(const char *filter);
     void derive(void (TAVManager::*derivation)());
     void compare(bool (TAVManager::*builder)(const QString &));
     void stepThroughList(int step);
+    void showNothing();
 
     TAVManager *manager;
     Graph *view = nullptr;
@@ -158,7 +175,9 @@ private:
     QTextEdit *console = nullptr;
     QLabel *positionLabel = nullptr;
 
-    int position = 0; // of the graph shown, in browsedNames
+    bool hasLoaded = false;     // a database, at least once
+    bool followsConsole = true; // the console shows its last line
+    int position = 0;           // of the graph shown, in browsedNames
     QVector<QString> browsedNames;
     QString browsedList;
 };

@@ -31,7 +31,7 @@ QString aboutText()
 
 TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
 {
-    // The icons live in a static library, which is linked in only where something asks for them.
+    // Makes the linker take the icons out of the static library; they register themselves when the program starts.
     Q_INIT_RESOURCE(resources);
     setAttribute(Qt::WA_DeleteOnClose);
     createActions();
@@ -81,6 +81,8 @@ void TAVMainWindow::createActions()
 
 void TAVMainWindow::createMenus()
 {
+    // The shortcuts are the window's: they work when the tool bar is hidden, too.
+    addActions({loadAct, clearAct, exitAct, aboutAct});
     menu = menuBar()->addMenu(tr("&Menu"));
     menu->addAction(aboutAct);
 }

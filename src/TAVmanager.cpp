@@ -73,16 +73,16 @@ bool TAVManager::addList(const QString &name, const QStringList &names)
     if (name.isEmpty() || indexOf(name) >= 0) {
         return refuse();
     }
+    const QString added = QStringLiteral("List added : ") + name;
     if (names.isEmpty()) {
         emit signal_console(QStringLiteral("Empty list, not added."));
     } else {
         lists.append(new GraphList(name, names));
-        emit signal_console(QStringLiteral("List added : ") + name + QStringLiteral(" [ ") +
-                            QString::number(names.size()) + QStringLiteral(" element(s)]"));
+        emit signal_console(added + QStringLiteral(" [ ") + QString::number(names.size()) +
+                            QStringLiteral(" element(s)]"));
     }
     emit signal_manager_ready();
     emit signal_lists_changed();
-    const QString added = QStringLiteral("List added : ") + name;
     emit signal_console(added);
     std::cerr << qPrintable(added) << std::endl;
     return true;
@@ -159,6 +159,10 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
         return refuse();
     }
     const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        emit signal_console(QStringLiteral("Unable to read file :") + fileName);
+        return refuse();
+    }
     file.close();
     const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     return addList(newName, text.split(QLatin1Char('\n'), Qt::SkipEmptyParts));

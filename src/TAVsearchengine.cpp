@@ -29,6 +29,15 @@ void diagnose(const QString &text)
     std::cerr << qPrintable(text) << std::endl;
 }
 
+bool openDatabase(QFile &file)
+{
+    const bool opened = openForReading(file);
+    if (!opened) {
+        diagnose(QStringLiteral("Unable to open file"));
+    }
+    return opened;
+}
+
 int toInt(qint64 count)
 {
     return int(qMin<qint64>(count, std::numeric_limits<int>::max()));
@@ -81,8 +90,7 @@ bool TAVSearchEngine::loadData(const QString &path)
     diagnose(QStringLiteral("Reading ") + path);
     emit signal_console(QStringLiteral("Loading ") + path);
     QFile file(path);
-    if (!openForReading(file)) {
-        diagnose(QStringLiteral("Unable to open file"));
+    if (!openDatabase(file)) {
         return false;
     }
     diagnose(QStringLiteral("Reading data"));
@@ -222,8 +230,7 @@ QStringList TAVSearchEngine::I1leI2graphs() const
 TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
 {
     QFile file(filename);
-    if (!openForReading(file)) {
-        diagnose(QStringLiteral("Unable to open file"));
+    if (!openDatabase(file)) {
         return Outcome::Failed;
     }
     LineReader reader(file);
@@ -244,8 +251,7 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
 TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &linkCount)
 {
     QFile file(filename);
-    if (!openForReading(file)) {
-        diagnose(QStringLiteral("Unable to open file"));
+    if (!openDatabase(file)) {
         return Outcome::Failed;
     }
     LineReader reader(file);

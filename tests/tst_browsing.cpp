@@ -4,6 +4,7 @@
 #include "olm/node.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"
+#include "support/testdata.h"
 #include "support/windowdriver.h"
 
 #include <QComboBox>
@@ -27,26 +28,14 @@ private slots:
     void oneGraph();
     void anotherListKeepsThePosition();
     void noListChosen();
+    void noListLeftToBrowse();
+    void carriageReturnsStayInNames();
     void unreadableNameLeavesAnEmptyView();
     void sampleListIsShownAsItsNamesSay();
 };
 
 namespace
 {
-QStringList words(std::initializer_list<const char *> texts)
-{
-    QStringList list;
-    for (const char *text : texts) {
-        list.append(QString::fromLatin1(text));
-    }
-    return list;
-}
-
-QString example(const char *name)
-{
-    return QStringLiteral(TAVOLINE_EXAMPLES "/") + QLatin1String(name);
-}
-
 /// A fixture in the mode "Visualization", with the given lists.
 class Browser : public MainWindowFixture
 {
@@ -222,6 +211,27 @@ void TestBrowsing::noListChosen()
     browser.addNames("one", words({"Bw"}));
     QVERIFY(browser.listsEnabled());
     QCOMPARE(browser.next(), QStringLiteral("1/1 Bw"));
+}
+
+void TestBrowsing::noListLeftToBrowse()
+{
+    Browser browser;
+    browser.addNames("one", words({"Bw"}));
+    QCOMPARE(browser.next(), QStringLiteral("1/1 Bw"));
+    QVERIFY(browser.view()->node(0)->QGraphicsItem::isVisible());
+    browser.widget()->getManager()->remList(QStringLiteral("one"));
+    QCOMPARE(browser.next(), QString());
+    QCOMPARE(browser.view()->getNbNodes(), 0);
+    QVERIFY(!browser.view()->node(0)->QGraphicsItem::isVisible());
+}
+
+void TestBrowsing::carriageReturnsStayInNames()
+{
+    Browser browser;
+    const QString file = browser.write(QStringLiteral("dos.g6"), "A_\r\nBw\r\n");
+    QVERIFY(browser.widget()->getManager()->addListFromFile(QStringLiteral("dos"), file));
+    QCOMPARE(browser.next(), QStringLiteral("2/2 Bw\r"));
+    QCOMPARE(browser.view()->getNbEdges(), 3);
 }
 
 void TestBrowsing::unreadableNameLeavesAnEmptyView()

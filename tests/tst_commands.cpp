@@ -2,6 +2,7 @@
 #include "TAVmanager.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"
+#include "support/testdata.h"
 #include "support/windowdriver.h"
 
 #include <QComboBox>
@@ -45,29 +46,6 @@ namespace
 {
 using Values = std::vector<std::optional<double>>;
 using Links = std::vector<std::vector<int>>;
-
-QStringList words(std::initializer_list<const char *> texts)
-{
-    QStringList list;
-    for (const char *text : texts) {
-        list.append(QString::fromLatin1(text));
-    }
-    return list;
-}
-
-QString example(const char *name)
-{
-    return QStringLiteral(TAVOLINE_EXAMPLES "/") + QLatin1String(name);
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qFatal("cannot read %s", qPrintable(path));
-    }
-    return file.readAll();
-}
 
 /// The sample database and its average distances, read from the text.
 struct Sample {

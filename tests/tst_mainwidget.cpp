@@ -1,6 +1,9 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
+#include "olm/graph.h"
+#include "olm/node.h"
 #include "support/mainwindowfixture.h"
+#include "support/testdata.h"
 #include "support/windowdriver.h"
 
 #include <QComboBox>
@@ -11,6 +14,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSlider>
@@ -32,9 +36,11 @@ private slots:
     void listsPanelReadsAsSentences();
     void visualizationPanelGrid();
     void zoomSlider();
+    void zoomSliderSetsTheSizeOfTheDrawing();
     void modesChangeNothingBeforeTheFirstLoad();
     void aLoadShowsThePanelOfItsMode_data();
     void aLoadShowsThePanelOfItsMode();
+    void otherModesAfterALoadInVisualization();
     void modesSwitchPanelsAfterALoad();
     void busyDisablesTheListsPanelOnly();
     void progressIsAFraction();
@@ -45,6 +51,7 @@ private slots:
     void cancelledLoadFailsOnTheEmptyName();
     void clearKeepsListsAndPanels();
     void consoleShowsMarkupAsText();
+    void loadDialog();
     void dialogsStartInTheSavedWorkDirectory();
     void emptyWorkDirectorySettingMeansHere();
     void setWorkDirectory();
@@ -52,6 +59,8 @@ private slots:
     void everyChooserIsRefilledInRegistryOrder();
     void loadDuringLoad();
     void clearDuringLoad();
+    void listsAndBrowsingDuringLoad();
+    void consoleFollowsItsLastLine();
     void closeDuringLoad();
 };
 
@@ -92,24 +101,32 @@ QStringList rowTexts(const QWidget *panel, int row, int columns)
     return texts;
 }
 
-QStringList words(std::initializer_list<const char *> texts)
-{
-    QStringList list;
-    for (const char *text : texts) {
-        list.append(QString::fromLatin1(text));
-    }
-    return list;
-}
-
-QString example(const char *name)
-{
-    return QStringLiteral(TAVOLINE_EXAMPLES "/") + QLatin1String(name);
-}
-
-/// A database that takes long enough to load for something to happen meanwhile.
+/// A database that takes long enough to load for something to happen meanwhile: copies of a large one, whose indices
+/// all lead into the first.
 QString slowDatabase()
 {
-    return QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav");
+    static const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("slow.tav"));
+    QFile file(path);
+    if (!file.exists()) {
+        const QByteArray once = contents(QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(once.repeated(5)) != 5 * once.size()) {
+            qFatal("cannot write %s", qPrintable(path));
+        }
+    }
+    return path;
+}
+
+/// The directory in which the dialog of a button opens.
+QString dialogDirectory(MainWindowFixture &fixture, const char *button = "Load database")
+{
+    QString directory;
+    const driver::DialogAnswer answer([&](QDialog *dialog) {
+        directory = qobject_cast<QFileDialog *>(dialog)->directory().canonicalPath();
+        dialog->reject();
+    });
+    fixture.press(QLatin1String(button));
+    return directory;
 }
 } // namespace
 
@@ -256,6 +273,32 @@ void TestMainWidget::zoomSlider()
     QCOMPARE(zoom->orientation(), Qt::Horizontal);
 }
 
+void TestMainWidget::zoomSliderSetsTheSizeOfTheDrawing()
+{
+    const MainWindowFixture fixture;
+    auto *zoom = fixture.window->findChild<QSlider *>(QStringLiteral("zoom"));
+    Graph *view = fixture.view();
+    QVERIFY(view->loadg6(QStringLiteral("EhEG"), true)); // the cycle on six vertices
+    view->place_circle(200.0);
+    view->changeBest();
+    const auto width = [view] {
+        double left = 0.0;
+        double right = 0.0;
+        for (int i = 0; i < 6; ++i) {
+            left = qMin(left, view->node(i)->position().x());
+            right = qMax(right, view->node(i)->position().x());
+        }
+        return right - left;
+    };
+    zoom->setValue(450);
+    QCOMPARE(width(), 450.0);
+    zoom->setValue(60);
+    QCOMPARE(width(), 60.0);
+    for (int i = 0; i < 32; ++i) {
+        QCOMPARE(view->node(i)->getRadius(), 20.0);
+    }
+}
+
 void TestMainWidget::modesChangeNothingBeforeTheFirstLoad()
 {
     MainWindowFixture fixture;
@@ -276,10 +319,7 @@ void TestMainWidget::aLoadShowsThePanelOfItsMode_data()
     QTest::newRow("invariants") << "Invariants manipulation"
                                 << "invariantsPanel"
                                 << "invariantsPanel comparisonPanel";
-    // No panel is visible after the load, so that the click finds none to start from.
-    QTest::newRow("visualization") << "Visualization"
-                                   << ""
-                                   << "";
+    QTest::newRow("visualization") << "Visualization" << "" << "visualizationPanel";
 }
 
 void TestMainWidget::aLoadShowsThePanelOfItsMode()
@@ -292,6 +332,19 @@ void TestMainWidget::aLoadShowsThePanelOfItsMode()
     QVERIFY(fixture.panel("listsPanel")->isEnabledTo(fixture.window));
     fixture.press(mode);
     QTEST(visiblePanels(fixture), "afterAClick");
+}
+
+void TestMainWidget::otherModesAfterALoadInVisualization()
+{
+    for (const char *mode : {"Lists manipulation", "Invariants manipulation"}) {
+        MainWindowFixture fixture;
+        fixture.press(QStringLiteral("Visualization"));
+        QVERIFY(fixture.load(fixture.write(QStringLiteral("a.tav"), "@\nA_\t0\n")));
+        QCOMPARE(visiblePanels(fixture), QString());
+        fixture.press(QLatin1String(mode));
+        QVERIFY(!visiblePanels(fixture).isEmpty());
+        QVERIFY(!fixture.panel("visualizationPanel")->isVisible());
+    }
 }
 
 void TestMainWidget::modesSwitchPanelsAfterALoad()
@@ -439,29 +492,27 @@ void TestMainWidget::consoleShowsMarkupAsText()
     QCOMPARE(fixture.console(), words({"<b>bold</b>", "<img src=\"/etc/passwd\">&amp;", "", "end"}));
 }
 
-namespace
+void TestMainWidget::loadDialog()
 {
-/// The directory in which the dialog of "Load database" opens.
-QString dialogDirectory(MainWindowFixture &fixture)
-{
-    QString directory;
+    MainWindowFixture fixture;
     const driver::DialogAnswer answer([&](QDialog *dialog) {
-        auto *files = qobject_cast<QFileDialog *>(dialog);
-        directory = files->directory().canonicalPath();
+        const auto *files = qobject_cast<QFileDialog *>(dialog);
         QCOMPARE(files->windowTitle(), QStringLiteral("Tavoline version 0.2.1 alpha"));
         QCOMPARE(files->nameFilters(), words({"File type (*.tav)"}));
         dialog->reject();
     });
     fixture.press(QStringLiteral("Load database"));
-    return directory;
+    QVERIFY(answer.done());
 }
-} // namespace
 
 void TestMainWidget::dialogsStartInTheSavedWorkDirectory()
 {
     const QTemporaryDir directory;
     MainWindowFixture fixture(directory.path());
-    QCOMPARE(dialogDirectory(fixture), QDir(directory.path()).canonicalPath());
+    QVERIFY(fixture.load(example("connected-8.tav")));
+    for (const char *button : {"From file.", "Load database", "Set work directory"}) {
+        QCOMPARE(dialogDirectory(fixture, button), QDir(directory.path()).canonicalPath());
+    }
 }
 
 void TestMainWidget::emptyWorkDirectorySettingMeansHere()
@@ -538,12 +589,50 @@ void TestMainWidget::clearDuringLoad()
     const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
     const QSignalSpy empty(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
     fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
-    fixture.widget()->slot_clear();
+    fixture.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(fixture.window));
+    QTest::keyClick(fixture.window, Qt::Key_D, Qt::ControlModifier);
     QTest::qWait(100);
     QCOMPARE(empty.count(), 1);
     QCOMPARE(loaded.count(), 0);
     QCOMPARE(fixture.progressBar()->value(), 0);
     QCOMPARE(visiblePanels(fixture), QString());
+}
+
+void TestMainWidget::listsAndBrowsingDuringLoad()
+{
+    MainWindowFixture fixture;
+    QVERIFY(fixture.load(fixture.write(QStringLiteral("small.tav"), "@\nA_\t0\n")));
+    const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
+    fixture.press(QStringLiteral("Visualization"));
+    fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
+    fixture.widget()->getManager()->addListFromFile(QStringLiteral("regular"), example("regular-8.g6"));
+    fixture.press(QStringLiteral("=>>"));
+    QCOMPARE(fixture.positionText(), QStringLiteral("2/17 G?zTb_"));
+    QCOMPARE(loaded.count(), 0); // all of it while the load was running
+    QVERIFY(driver::waitUntil([&] { return loaded.count() == 1; }));
+}
+
+void TestMainWidget::consoleFollowsItsLastLine()
+{
+    const MainWindowFixture fixture;
+    const auto *console = fixture.window->findChild<QTextEdit *>(QStringLiteral("console"));
+    QScrollBar *bar = console->verticalScrollBar();
+    const auto addLines = [&] {
+        for (int i = 0; i < 100; ++i) {
+            fixture.widget()->slot_console(QStringLiteral("line"));
+        }
+        QTest::qWait(20);
+    };
+    addLines();
+    QVERIFY(bar->maximum() > 0);
+    QCOMPARE(bar->value(), bar->maximum());
+    bar->setValue(3); // the user reads further up
+    addLines();
+    QCOMPARE(bar->value(), 3);
+    bar->setValue(bar->maximum());
+    addLines();
+    QCOMPARE(bar->value(), bar->maximum());
 }
 
 void TestMainWidget::closeDuringLoad()

@@ -32,6 +32,7 @@ private slots:
     void f1OpensAboutFromAnywhere();
     void openAndClearShortcutsWorkFromAnywhere_data();
     void openAndClearShortcutsWorkFromAnywhere();
+    void shortcutsWorkWithoutTheToolBar();
     void viewerKeepsItsControlKeys();
     void exitClosesAndDeletesTheWindow();
 };
@@ -226,6 +227,15 @@ void TestMainWindow::openAndClearShortcutsWorkFromAnywhere()
     const driver::DialogAnswer answer = driver::DialogAnswer::cancelling();
     QTest::keyClick(focused, Qt::Key_O, Qt::ControlModifier);
     QVERIFY(answer.done());
+}
+
+void TestMainWindow::shortcutsWorkWithoutTheToolBar()
+{
+    const MainWindowFixture fixture;
+    fixture.window->findChild<QToolBar *>()->hide();
+    const QSignalSpy empty(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
+    QTest::keyClick(focusIn(fixture, QStringLiteral("newListName")), Qt::Key_D, Qt::ControlModifier);
+    QCOMPARE(empty.count(), 1);
 }
 
 void TestMainWindow::viewerKeepsItsControlKeys()

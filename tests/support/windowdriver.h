@@ -17,7 +17,7 @@ namespace driver
 /// The visible button of @p window with that text ("&" and blanks at the ends left out), or nullptr.
 QAbstractButton *button(QWidget *window, const QString &text);
 
-/// Clicks the middle of the button with that text; fatal when there is none, or when it is hidden.
+/// Clicks the button with that text; fatal when there is none, or when it is hidden.
 void click(QWidget *window, const QString &text);
 
 /// Waits, turning the event loop, until @p condition holds; false after @p timeout milliseconds.
@@ -32,8 +32,6 @@ class DialogAnswer
 public:
     /// Calls @p answer, once, with the dialog as soon as it is shown.
     explicit DialogAnswer(std::function<void(QDialog *)> answer);
-    /// Chooses the file @p path.
-    static DialogAnswer withFile(const QString &path);
     /// Presses Escape.
     static DialogAnswer cancelling();
 
