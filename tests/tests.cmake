@@ -6,6 +6,8 @@ tavoline_test(tst_searchengine tavoline_core)
 tavoline_test(tst_graphlist tavoline_core)
 tavoline_test(tst_manager tavoline_core)
 tavoline_test(tst_loading tavoline_core)
+tavoline_test(tst_invariantfiles tavoline_core)
+tavoline_test(tst_queries tavoline_core)
 tavoline_test(tst_queries_random tavoline_core)
 
 # The viewer.
