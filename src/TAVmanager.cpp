@@ -175,7 +175,7 @@ bool TAVManager::saveList(const QString &listName, const QString &fileName)
         return refuse();
     }
     const QByteArray text = lists.at(index)->getList().join(QLatin1Char('\n')).toLatin1();
-    switch (writeFile(fileName, [&text](QIODevice &file) { file.write(text); })) {
+    switch (writeFile(fileName, [&text](OutputFile &file) { file.write(text); })) {
     case WriteResult::Written:
         emit signal_manager_ready();
         return true;

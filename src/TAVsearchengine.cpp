@@ -143,7 +143,7 @@ void TAVSearchEngine::eraseDatabase()
 
 bool TAVSearchEngine::saveGraphs(const QString &path)
 {
-    return save(path, [this](QIODevice &file) {
+    return save(path, [this](OutputFile &file) {
         for (const TAVGraph *graph : qAsConst(graphs)) {
             file.write(graph->getName().toLatin1() + '\n');
         }
@@ -152,8 +152,8 @@ bool TAVSearchEngine::saveGraphs(const QString &path)
 
 bool TAVSearchEngine::saveInv1(const QString &path)
 {
-    return save(path, [this](QIODevice &file) {
-        file.write("GRAPH\tINV1\n");
+    return save(path, [this](OutputFile &file) {
+        file.write(QByteArrayLiteral("GRAPH\tINV1\n"));
         for (const TAVGraph *graph : qAsConst(graphs)) {
             file.write(formatInvariantLine(graph->getName(), graph->getInv1(), graph->getErrInv1()));
         }
@@ -313,7 +313,7 @@ void TAVSearchEngine::rejectUnreadable(const QString &path)
     eraseDatabase();
 }
 
-bool TAVSearchEngine::save(const QString &path, const std::function<void(QIODevice &)> &write)
+bool TAVSearchEngine::save(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to save."));

@@ -10,7 +10,7 @@
 
 #include <functional>
 
-class QIODevice;
+class OutputFile;
 class TAVGraph;
 struct DatabaseLine;
 
@@ -122,7 +122,7 @@ private:
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);
     struct InvariantFaults;
     bool loadInvariant(const QString &path, SetInvariant set, const InvariantFaults &faults);
-    bool save(const QString &path, const std::function<void(QIODevice &)> &write);
+    bool save(const QString &path, const std::function<void(OutputFile &)> &write);
     QStringList closure(const QStringList &names, Neighbours neighbours);
     void forEachGraph(void (TAVGraph::*operation)());
     QStringList walk(Neighbours neighbours, Match match);

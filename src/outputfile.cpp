@@ -6,18 +6,24 @@
 
 namespace
 {
-WriteResult writeDirectly(const QString &path, const std::function<void(QIODevice &)> &write)
+WriteResult writeDirectly(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         return WriteResult::NotOpened;
     }
-    write(file);
-    return file.flush() && file.error() == QFileDevice::NoError ? WriteResult::Written : WriteResult::Failed;
+    OutputFile output(file);
+    write(output);
+    return output.tookEverything() && file.flush() ? WriteResult::Written : WriteResult::Failed;
 }
 } // namespace
 
-WriteResult writeFile(const QString &path, const std::function<void(QIODevice &)> &write)
+void OutputFile::write(const QByteArray &bytes)
+{
+    complete = complete && device.write(bytes) == bytes.size();
+}
+
+WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     if (path.isEmpty()) {
         return WriteResult::NotOpened; // a cancelled dialog; the toolkit would complain on its own account
@@ -31,6 +37,10 @@ WriteResult writeFile(const QString &path, const std::function<void(QIODevice &)
     if (!file.open(QIODevice::WriteOnly)) {
         return WriteResult::NotOpened;
     }
-    write(file);
+    OutputFile output(file);
+    write(output);
+    if (!output.tookEverything()) {
+        file.cancelWriting();
+    }
     return file.commit() ? WriteResult::Written : WriteResult::Failed;
 }

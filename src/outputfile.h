@@ -1,6 +1,7 @@
 #ifndef TAVOLINE_OUTPUTFILE_H
 #define TAVOLINE_OUTPUTFILE_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -13,9 +14,24 @@ enum class WriteResult {
     Failed,    ///< it was opened and could not be written to its end
 };
 
-/// Writes the file @p path with what @p write sends to the device that it is given. A file that stands there is
+/// The file that is being written. A device may take a part of what it is given and say nothing else of it: whether
+/// everything arrived is kept here.
+class OutputFile
+{
+public:
+    explicit OutputFile(QIODevice &target) : device(target) {}
+
+    void write(const QByteArray &bytes);
+    bool tookEverything() const { return complete; }
+
+private:
+    QIODevice &device;
+    bool complete = true;
+};
+
+/// Writes the file @p path with what @p write gives to the file. A file that stands there is
 /// replaced when the new one is complete, and stays as it is on any result but Written. What is no regular file, a
 /// device for example, is written to directly.
-WriteResult writeFile(const QString &path, const std::function<void(QIODevice &)> &write);
+WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write);
 
 #endif
