@@ -53,10 +53,7 @@ void Edge::adjust()
 
 void Edge::resetVisible(bool shown)
 {
-    present = shown && endsAreVisible();
-    if (isVisible() != present) {
-        setVisible(present);
-    }
+    present = shown;
     adjust();
 }
 
