@@ -15,7 +15,6 @@ class TestEdge : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
     void startsHiddenFarBelow();
     void endsCanBeReplaced();
     void shownWhenPresent();
@@ -63,11 +62,6 @@ constexpr QRgb black = 0xff000000;
 constexpr QRgb white = 0xffffffff;
 constexpr QRgb red = 0xffff0000;
 } // namespace
-
-void TestEdge::init()
-{
-    Edge::setEdgeWidth(2);
-}
 
 void TestEdge::startsHiddenFarBelow()
 {
@@ -286,8 +280,11 @@ void TestEdge::widthIsCommonToAllEdges()
     two.edge.resetVisible(true);
     two.edge.setHilighted(true);
     Edge::setEdgeWidth(6);
-    QCOMPARE(ItemImage(one.edge).countInColumn(50, black), 6);
-    QCOMPARE(ItemImage(two.edge).countInColumn(50, red), 8);
+    const ItemImage plain(one.edge);
+    const ItemImage hilighted(two.edge);
+    Edge::setEdgeWidth(2); // the other tests expect the initial width
+    QCOMPARE(plain.countInColumn(50, black), 6);
+    QCOMPARE(hilighted.countInColumn(50, red), 8);
 }
 
 void TestEdge::labelBoxIsWhite()
