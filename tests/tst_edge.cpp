@@ -36,6 +36,7 @@ private slots:
     void labelBoxIsWhite();
     void labelTextIsBlack();
     void withoutLabelThereIsNoBox();
+    void sceneFindsItWhereItIs();
     void isDrawnUnderItsVertices();
     void mouseButtonsRepaintAndPass_data();
     void mouseButtonsRepaintAndPass();
@@ -324,6 +325,18 @@ void TestEdge::withoutLabelThereIsNoBox()
     QVERIFY(!(ItemImage(pair.edge) == before));
     pair.edge.setLabel(QString());
     QVERIFY(ItemImage(pair.edge) == before);
+}
+
+void TestEdge::sceneFindsItWhereItIs()
+{
+    QGraphicsScene scene(-100, -100, 1000, 200);
+    Pair pair(100, 0);
+    scene.addItem(&pair.edge);
+    pair.edge.resetVisible(true);
+    const QRectF far(700, -5, 10, 10);
+    QVERIFY(scene.items(far, Qt::IntersectsItemBoundingRect).isEmpty());
+    pair.b.setPosition(800, 0);
+    QCOMPARE(scene.items(far, Qt::IntersectsItemBoundingRect), (QList<QGraphicsItem *>{&pair.edge}));
 }
 
 void TestEdge::isDrawnUnderItsVertices()
