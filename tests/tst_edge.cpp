@@ -3,10 +3,12 @@
 #include "support/itemimage.h"
 #include "support/stderrcapture.h"
 
+#include <QApplication>
 #include <QGraphicsScene>
 #include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 #include <QSignalSpy>
+#include <QVector>
 #include <QtTest>
 
 /// The line between two vertices.
@@ -23,6 +25,8 @@ private slots:
     void cannotBeShownWithAHiddenEnd();
     void paintingWithAHiddenEndForgetsTheEdge();
     void worksWithoutEnds();
+    void goesBeforeOrAfterItsVertices_data();
+    void goesBeforeOrAfterItsVertices();
     void liesBelowItsLowerVertex();
     void joinsTheCentresOfItsVertices();
     void followsWhileItIsPresentOnly();
@@ -41,6 +45,7 @@ private slots:
     void mouseButtonsRepaintAndPass_data();
     void mouseButtonsRepaintAndPass();
     void displayWritesTheNamesOfTheEnds();
+    void displayLeavesAMissingEndEmpty();
 };
 
 namespace
@@ -167,6 +172,38 @@ void TestEdge::worksWithoutEnds()
         QVERIFY(!edge->isVisible());
         QVERIFY(ItemImage(*edge).painted().isEmpty());
     }
+}
+
+void TestEdge::goesBeforeOrAfterItsVertices_data()
+{
+    QTest::addColumn<QVector<int>>("order"); // 0 and 1 are the vertices, 2 is the edge
+    QTest::newRow("vertices first") << QVector<int>{0, 1, 2};
+    QTest::newRow("edge first") << QVector<int>{2, 1, 0};
+    QTest::newRow("edge between") << QVector<int>{1, 2, 0};
+}
+
+void TestEdge::goesBeforeOrAfterItsVertices()
+{
+    QFETCH(QVector<int>, order);
+    QGraphicsScene scene;
+    auto *a = new Node(0, 0, 10.0, 10.0, QStringLiteral("a"), true);
+    auto *b = new Node(100, 0, 10.0, 10.0, QStringLiteral("b"), true);
+    auto *edge = new Edge(a, b);
+    a->addENeighbor(edge);
+    b->addENeighbor(edge);
+    edge->resetVisible(true);
+    const QVector<QGraphicsItem *> items{a, b, edge};
+    for (QGraphicsItem *item : items) {
+        scene.addItem(item);
+    }
+    QCOMPARE(QApplication::topLevelWidgets().size(), 2); // the dialogs of the vertices
+
+    int left = items.size();
+    for (const int index : order) {
+        delete items.at(index);
+        QCOMPARE(scene.items().size(), --left);
+    }
+    QVERIFY(QApplication::topLevelWidgets().isEmpty());
 }
 
 void TestEdge::liesBelowItsLowerVertex()
@@ -396,6 +433,19 @@ void TestEdge::displayWritesTheNamesOfTheEnds()
     StderrCapture capture;
     pair.edge.display();
     QCOMPARE(capture.take(), QByteArray("Edge(a ; b)\n"));
+}
+
+void TestEdge::displayLeavesAMissingEndEmpty()
+{
+    Node a(0, 0, 10.0, 10.0, QStringLiteral("a"), true);
+    const Edge noSource(nullptr, &a);
+    const Edge noDest(&a, nullptr);
+    const Edge loop(&a, &a);
+    StderrCapture capture;
+    noSource.display();
+    noDest.display();
+    loop.display();
+    QCOMPARE(capture.take(), QByteArray("Edge( ; a)\nEdge(a ; )\nEdge(a ; a)\n"));
 }
 
 QTEST_MAIN(TestEdge)

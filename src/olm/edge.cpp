@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <iostream>
+#include <string>
 
 namespace
 {
@@ -19,6 +20,11 @@ constexpr double shortestLine = 5.0;
 constexpr double marginX = 20.0;
 constexpr double marginY = 10.0;
 constexpr double marginPen = 1.5;
+
+std::string nameOf(const Node *end)
+{
+    return end != nullptr ? qPrintable(end->getName()) : "";
+}
 } // namespace
 
 int Edge::edgeWidth = 2;
@@ -76,7 +82,7 @@ void Edge::setHilighted(bool on)
 
 void Edge::display() const
 {
-    std::cerr << "Edge(" << qPrintable(source->getName()) << " ; " << qPrintable(dest->getName()) << ")" << std::endl;
+    std::cerr << "Edge(" << nameOf(source) << " ; " << nameOf(dest) << ")" << std::endl;
 }
 
 QRectF Edge::boundingRect() const

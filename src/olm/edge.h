@@ -32,7 +32,7 @@ public:
     /// The pen width, in scene units, of all edges.
     static void setEdgeWidth(int width) { edgeWidth = width; }
 
-    /// Writes the names of the ends to the standard error stream.
+    /// Writes the names of the ends to the standard error stream; a missing end has an empty name.
     void display() const;
 
     QRectF boundingRect() const override;
