@@ -61,6 +61,11 @@ DialogAnswer::DialogAnswer(std::function<void(QDialog *)> answer) : reply(std::m
     timer.start(10);
 }
 
+DialogAnswer DialogAnswer::withFile(const QString &path)
+{
+    return DialogAnswer([path](QDialog *dialog) { chooseFile(qobject_cast<QFileDialog *>(dialog), path); });
+}
+
 DialogAnswer DialogAnswer::cancelling()
 {
     return DialogAnswer([](QDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });

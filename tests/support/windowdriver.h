@@ -32,6 +32,8 @@ class DialogAnswer
 public:
     /// Calls @p answer, once, with the dialog as soon as it is shown.
     explicit DialogAnswer(std::function<void(QDialog *)> answer);
+    /// Chooses the file @p path.
+    static DialogAnswer withFile(const QString &path);
     /// Presses Escape.
     static DialogAnswer cancelling();
 
