@@ -39,7 +39,7 @@ WriteResult writeFile(const QString &path, const std::function<void(OutputFile &
     }
     OutputFile output(file);
     write(output);
-    if (!output.tookEverything()) {
+    if (!output.tookEverything() || !file.flush()) {
         file.cancelWriting();
     }
     return file.commit() ? WriteResult::Written : WriteResult::Failed;

@@ -319,7 +319,9 @@ void TestMainWidget::aLoadShowsThePanelOfItsMode_data()
     QTest::newRow("invariants") << "Invariants manipulation"
                                 << "invariantsPanel"
                                 << "invariantsPanel comparisonPanel";
-    QTest::newRow("visualization") << "Visualization" << "" << "visualizationPanel";
+    QTest::newRow("visualization") << "Visualization"
+                                   << ""
+                                   << "visualizationPanel";
 }
 
 void TestMainWidget::aLoadShowsThePanelOfItsMode()
