@@ -9,12 +9,15 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+#include <iosfwd>
 #include <utility>
 
 class Edge;
 class Node;
 class QGraphicsRectItem;
 class QGraphicsScene;
+class QPainter;
 
 /// The viewer and editor of one simple undirected graph of at most 32 vertices, and at the same time its model.
 ///
@@ -146,14 +149,51 @@ public:
     /// Moves @p k random edges of the current graph, when it has 2 vertices at least.
     void perturb(int k);
 
-    // Files and texts.
+    // Files and texts. All texts are Latin-1. A file is written completely or not at all.
 
+    /// Writes the displayed graph, with names and places, to a graph file; false when that is not possible.
+    bool save(const QString &path) const;
+    /// Reads a graph file and publishes its graph. False when the file cannot be read, which a box tells and which
+    /// leaves the graph as it was, or when it is no graph file; what was read so far then stays in the current graph.
+    bool open(const QString &path);
+    /// Writes the graph file of the working directory, if possible.
+    void autosave() const;
+    /// Reads what autosave() wrote, as open() does; no box tells when the file cannot be read.
+    bool autoload();
+    /// Writes an edge list of the current graph: the vertex numbers of one edge a line; false when that is not
+    /// possible.
+    bool export_graph(const QString &path) const;
+    /// Reads an edge list and publishes its graph, whose vertices are the labels of the list in sorted order. False
+    /// when the file cannot be read, which a box tells and which leaves the graph as it was, or when it has more labels
+    /// than there are slots; the current graph is then empty.
+    bool import_el(const QString &path);
+
+    /// Reads one line of graph6 into the current graph, which has new vertices then; false when it is not a graph of
+    /// 2..31 vertices: the vertices are created then, as far as there are slots, and the rest of the line is left in
+    /// the stream. Bits that are missing from the line are 0.
+    bool loadg6(std::istream &in);
     /// Reads a graph6 string of 2..31 vertices into the current graph; false for any other vertex count, which is
     /// taken over all the same. With @p fresh the vertices are created anew and published before the edges are read,
     /// without it the vertex items keep their places. Bits that are missing from the string are 0.
     bool loadg6(const QString &g6, bool fresh);
     /// The graph6 string of the current graph, "0" when it counts more vertices than there are slots.
     QString g6currentGraphData() const;
+
+    /// The best graph as its vertex count, a blank, and a 1 or 0 for each pair of vertices (1, 0), (2, 0), (2, 1), ...
+    QString graphData() const;
+    /// The current graph in the same form.
+    QString currentGraphData() const;
+    /// Reads that form into the current graph and makes it the best one. With @p fresh the vertices are created anew,
+    /// none is selected and the change is told; without it the vertex items keep their places. A missing pair is 0.
+    void loadolm(const QString &text, bool fresh);
+    /// Reads that form into the current graph.
+    void loadCurrentGraph(const QString &text);
+
+    // Printing.
+
+    /// Draws the current graph into a square of side @p size, in device units, shifted by (@p dx, @p dy). Moves the
+    /// vertices.
+    void print(QPainter *painter, double size, double dx = 0.0, double dy = 0.0);
 
 public slots:
     void slot_set_node_radius(double radius);
@@ -167,6 +207,17 @@ public slots:
     /// Shortens the edges by relabelling, and reports their length.
     void slot_reorganize();
     void slot_relabel();
+
+    void slot_unselect_all();
+
+    // The file commands: each asks for a file, carries out the operation and tells when it failed. After a success the
+    // file's directory is the working directory.
+    void slot_open();
+    void slot_save();
+    void slot_import_graph();
+    void slot_export_graph();
+    /// Asks for a file and prints the graph to it, in PDF, on a page of 80 mm x 80 mm.
+    void slot_print();
 
 signals:
     void signal_start_vns();
@@ -185,6 +236,11 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    enum class TextKind {
+        GraphFile,
+        Autosave, ///< the text of a graph file with the change counter on a line after the vertex count
+    };
+
     static bool isSlot(int i) { return i >= 0 && i < MAX_NODES; }
     /// The number of slots that a vertex count stands for, whatever a reader made of the count.
     static int usedSlots(int count) { return qBound(0, count, MAX_NODES); }
@@ -196,6 +252,16 @@ private:
     void setNbNodes(int count);
     void swapVertices(int i, int j);
     template<typename Apply> void forEachDisplayedEdge(Apply apply);
+    void setEdge(int i, int j, bool joined);
+    void setPairs(int count, const std::function<bool(int)> &isJoined);
+    QByteArray graphText(TextKind kind) const;
+    bool saveText(const QString &path, TextKind kind) const;
+    bool readGraph(const QByteArray &text, TextKind kind);
+    bool importEdges(const QByteArray &text);
+    int vertexNamed(const QString &label) const;
+    QString autosavePath() const;
+    void concludeFileCommand(bool done, const QString &path, const QString &failure);
+    void warn(const QString &title, const QString &text);
 
     QGraphicsScene *scene = nullptr;
     QVector<Node *> nodes;

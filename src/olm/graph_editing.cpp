@@ -1,4 +1,5 @@
 #include "graph.h"
+#include "node.h"
 
 #include <QKeyEvent>
 
@@ -25,4 +26,16 @@ bool Graph::event(QEvent *event)
         return true;
     }
     return QGraphicsView::event(event);
+}
+
+void Graph::slot_unselect_all()
+{
+    for (Node *vertex : qAsConst(nodes)) {
+        if (vertex->isSelected()) {
+            vertex->setSelected(false);
+            vertex->update();
+        }
+    }
+    countChange();
+    emit signal_interactive_graph_changed();
 }

@@ -1,11 +1,143 @@
 #include "graph.h"
+#include "node.h"
+#include "outputfile.h"
+#include "random.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QMutexLocker>
+#include <QStringList>
 
+#include <algorithm>
+#include <cmath>
 #include <iostream>
+#include <set>
 
 namespace
 {
+/// No graph file comes near this size, in bytes.
+constexpr qint64 maxFileSize = 1 << 24;
+
+/// Hands out the parts of a text between separators, in place; the empty ones, too.
+class TextParts
+{
+public:
+    TextParts(QLatin1String text, char separator) : rest(text), mark(separator) {}
+
+    bool atEnd() const { return ended; }
+    /// The next part, empty behind the last one.
+    QLatin1String next()
+    {
+        const int length = rest.indexOf(mark);
+        ended = length < 0;
+        const QLatin1String part = ended ? rest : rest.left(length);
+        rest = ended ? QLatin1String() : rest.mid(length + 1);
+        return part;
+    }
+
+private:
+    QLatin1String rest;
+    QLatin1Char mark;
+    bool ended = false;
+};
+
+TextParts linesOf(const QByteArray &text)
+{
+    return {QLatin1String(text), '\n'};
+}
+
+TextParts fieldsOf(QLatin1String line)
+{
+    return {line, '\t'};
+}
+
+/// Reads the whole file without its "\r". False when that is not possible, and for what is no text of reasonable size:
+/// devices without an end and binary data.
+bool readText(const QString &path, QByteArray &text)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    text = file.read(maxFileSize + 1);
+    if (file.error() != QFileDevice::NoError || text.size() > maxFileSize || text.contains('\0')) {
+        return false;
+    }
+    text.replace("\r", "");
+    return true;
+}
+
+int toInt(QLatin1String field)
+{
+    return QString(field).toInt();
+}
+
+/// The coordinate that a field holds; 0 for what the scene cannot place.
+double toCoordinate(QLatin1String field)
+{
+    const double value = QString(field).toDouble();
+    return std::isfinite(value) ? value : 0.0;
+}
+
+QString coordinateText(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+/// Reads name and place of the first @p count vertices, a line each; false at the first line that is too short.
+bool readVertices(TextParts &lines, const QVector<Node *> &nodes, int count)
+{
+    for (int i = 0; i < count; i++) {
+        TextParts fields = fieldsOf(lines.next());
+        const QLatin1String name = fields.next();
+        const QLatin1String x = fields.next();
+        if (fields.atEnd()) {
+            return false;
+        }
+        nodes[i]->setName(name);
+        nodes[i]->setPosition(toCoordinate(x), toCoordinate(fields.next()));
+        nodes[i]->setSelected(false);
+    }
+    return true;
+}
+
+/// Reads @p count entries of a matrix, each of which is followed by a tab unless it ends the line; false when the line
+/// has fewer, or more.
+bool readMatrix(QLatin1String line, int count, QVector<bool> &entries)
+{
+    TextParts fields = fieldsOf(line);
+    for (int k = 0; k < count; k++) {
+        if (fields.atEnd()) {
+            return false;
+        }
+        entries.append(toInt(fields.next()) != 0);
+    }
+    return count == 0 || (fields.next().isEmpty() && fields.atEnd());
+}
+
+/// The two labels of a line of an edge list.
+struct Labels {
+    QLatin1String first;
+    QLatin1String second;
+};
+
+/// Calls use(labels) for the lines of an edge list that have two fields or more, while it returns true.
+template<typename Use> void forEachLabels(const QByteArray &text, Use use)
+{
+    TextParts lines = linesOf(text);
+    while (!lines.atEnd()) {
+        TextParts fields = fieldsOf(lines.next());
+        const QLatin1String first = fields.next();
+        if (!fields.atEnd() && !use(Labels{first, fields.next()})) {
+            return;
+        }
+    }
+}
+
 /// The value of a graph6 character: 0..63, and outside that range when it is none.
 int graph6Value(char character)
 {
@@ -18,7 +150,283 @@ bool graph6Bit(const QByteArray &text, int index)
     const int at = index / 6;
     return at < text.size() && (static_cast<unsigned>(graph6Value(text[at])) >> (5 - index % 6) & 1U) != 0;
 }
+
+bool isGraph6Size(int n)
+{
+    return n >= 2 && n < Graph::MAX_NODES;
+}
+
+/// The number of characters, six pairs each, that follow the size character.
+int graph6Length(int n)
+{
+    return (n * (n - 1) / 2 + 5) / 6;
+}
+
+/// The rest of a line of the stream, up to @p length characters of it; what is longer is skipped.
+QByteArray restOfLine(std::istream &in, int length)
+{
+    QByteArray line;
+    char character = 0;
+    while (in.get(character) && character != '\n' && character != '\r') {
+        if (line.size() < length) {
+            line.append(character);
+        }
+    }
+    if (character == '\r' && in.peek() == '\n') {
+        in.get();
+    }
+    return line;
+}
+
+/// A vertex count and a text of one character a pair.
+struct CountAndBits {
+    explicit CountAndBits(const QString &data)
+    {
+        const QStringList fields = data.split(QLatin1Char(' '));
+        count = fields.value(0).toInt();
+        bits = fields.value(1);
+    }
+    bool isJoined(int index) const { return index < bits.size() && bits[index] == QLatin1Char('1'); }
+
+    int count;
+    QString bits;
+};
+
+/// The text that CountAndBits reads, from isJoined(j, i) for the pairs i < j.
+template<typename IsJoined> QString countAndBits(int count, IsJoined isJoined)
+{
+    QString text = QString::number(count) + QLatin1Char(' ');
+    for (int j = 1; j < count; j++) {
+        for (int i = 0; i < j; i++) {
+            text.append(QLatin1Char(isJoined(j, i) ? '1' : '0'));
+        }
+    }
+    return text;
+}
 } // namespace
+
+void Graph::setEdge(int i, int j, bool joined)
+{
+    if (joined) {
+        addEdge(i, j);
+    } else {
+        remEdge(i, j);
+    }
+}
+
+/// Joins or separates the pairs (0, 1), (0, 2), (1, 2), ... of the first @p count slots as isJoined(0), isJoined(1),
+/// ... tell.
+void Graph::setPairs(int count, const std::function<bool(int)> &isJoined)
+{
+    int index = 0;
+    for (int j = 1; j < usedSlots(count); j++) {
+        for (int i = 0; i < j; i++) {
+            setEdge(i, j, isJoined(index));
+            index++;
+        }
+    }
+}
+
+// Graph files.
+
+/// The text of a graph file; bestLock is held.
+QByteArray Graph::graphText(TextKind kind) const
+{
+    const int n = usedSlots(nbNodes);
+    QString text = QString::number(n) + QLatin1Char('\n');
+    if (kind == TextKind::Autosave) {
+        text += QString::number(id) + QLatin1Char('\n');
+    }
+    for (int i = 0; i < n; i++) {
+        const QPointF place = nodes[i]->position();
+        text += nodes[i]->nodeName() + QLatin1Char('\t') + coordinateText(place.x()) + QLatin1Char('\t') +
+                coordinateText(place.y()) + QLatin1Char('\n');
+    }
+    for (int i = 0; i < n; i++) {
+        for (int j = 0; j < n; j++) {
+            text += QLatin1String(bestAdjacency[i][j] ? "1\t" : "0\t");
+        }
+    }
+    return text.toLatin1();
+}
+
+bool Graph::saveText(const QString &path, TextKind kind) const
+{
+    const QMutexLocker locker(&bestLock);
+    return writeFile(path, [&](OutputFile &device) { device.write(graphText(kind)); }) == WriteResult::Written;
+}
+
+bool Graph::readGraph(const QByteArray &text, TextKind kind)
+{
+    clear();
+    best_backup();
+    TextParts lines = linesOf(text);
+    const int n = toInt(lines.next());
+    if (kind == TextKind::Autosave) {
+        id = toInt(lines.next());
+    } else {
+        emit signal_console(QStringLiteral("Graph:%1").arg(n), false, 1, Qt::gray);
+        id = olm_rand(1000000);
+    }
+    for (int i = 0; i < n && addNode(); i++) {
+    }
+    {
+        const QMutexLocker locker(&bestLock);
+        QVector<bool> entries;
+        if (nbNodes != n || !readVertices(lines, nodes, n) || !readMatrix(lines.next(), n * n, entries)) {
+            std::cerr << "ERROR IN FILE FORMAT" << std::endl;
+            return false;
+        }
+        for (int i = 0; i < n; i++) {
+            for (int j = i + 1; j < n; j++) {
+                setEdge(i, j, entries[i * n + j]);
+            }
+        }
+        countChange();
+    }
+    changeBest();
+    return true;
+}
+
+bool Graph::save(const QString &path) const
+{
+    return saveText(path, TextKind::GraphFile);
+}
+
+bool Graph::open(const QString &path)
+{
+    QByteArray text;
+    if (!readText(path, text)) {
+        warn(QStringLiteral("Opening"), QStringLiteral("Cannot open graph"));
+        return false;
+    }
+    return readGraph(text, TextKind::GraphFile);
+}
+
+QString Graph::autosavePath() const
+{
+    const QString file = QStringLiteral(".olmgr");
+    return workDir.isEmpty() ? file : workDir + QLatin1Char('/') + file;
+}
+
+void Graph::autosave() const
+{
+    saveText(autosavePath(), TextKind::Autosave);
+}
+
+bool Graph::autoload()
+{
+    QByteArray text;
+    return readText(autosavePath(), text) && readGraph(text, TextKind::Autosave);
+}
+
+// Edge lists.
+
+bool Graph::export_graph(const QString &path) const
+{
+    const QMutexLocker locker(&bestLock);
+    QString text;
+    for (int i = 0; i < usedSlots(nbNodes); i++) {
+        for (int j = i + 1; j < usedSlots(nbNodes); j++) {
+            if (edge(i, j)) {
+                text += QStringLiteral("%1\t%2\n").arg(i).arg(j);
+            }
+        }
+    }
+    return writeFile(path, [&](OutputFile &device) { device.write(text.toLatin1()); }) == WriteResult::Written;
+}
+
+bool Graph::import_el(const QString &path)
+{
+    QByteArray text;
+    if (!readText(path, text)) {
+        warn(QStringLiteral("Opening"), QStringLiteral("Cannot open graph"));
+        return false;
+    }
+    clear();
+    best_backup();
+    std::set<QLatin1String> labels;
+    forEachLabels(text, [&](const Labels &ends) {
+        labels.insert({ends.first, ends.second});
+        return true;
+    });
+    const int n = static_cast<int>(labels.size());
+    emit signal_console(QStringLiteral("Graph:%1").arg(n), false, 1, Qt::gray);
+    id = olm_rand(1000000);
+    if (n > MAX_NODES) {
+        return false;
+    }
+    for (const QLatin1String label : labels) {
+        Node *vertex = nodes[nbNodes];
+        addNode();
+        vertex->setName(label);
+        std::cerr << qPrintable(vertex->getName()) << std::endl;
+    }
+    if (!importEdges(text)) {
+        return false;
+    }
+    changeBest();
+    return true;
+}
+
+/// Adds the edges of an edge list whose labels are vertex names; false, and the graph is empty, when one is not.
+bool Graph::importEdges(const QByteArray &text)
+{
+    const QMutexLocker locker(&bestLock);
+    bool known = true;
+    forEachLabels(text, [&](const Labels &ends) {
+        const int a = vertexNamed(ends.first);
+        const int b = vertexNamed(ends.second);
+        std::cerr << a << " " << b << std::endl;
+        for (const auto &[vertex, label] : {std::pair(a, ends.first), std::pair(b, ends.second)}) {
+            if (vertex < 0) {
+                std::cerr << qPrintable(QString(label)) << std::endl;
+                known = false;
+            }
+        }
+        if (known) {
+            addEdge(a, b);
+        }
+        return known;
+    });
+    if (!known) {
+        clear();
+        return false;
+    }
+    std::cerr << "Import complete" << std::endl;
+    countChange();
+    return true;
+}
+
+/// The last vertex of that name, -1 when there is none.
+int Graph::vertexNamed(const QString &label) const
+{
+    int vertex = usedSlots(nbNodes) - 1;
+    while (vertex >= 0 && nodes[vertex]->getName() != label) {
+        vertex--;
+    }
+    return vertex;
+}
+
+// graph6.
+
+bool Graph::loadg6(std::istream &in)
+{
+    countChange();
+    char size = 0;
+    const int n = in.get(size) ? graph6Value(size) : graph6Value('\0');
+    setNbNodes(n);
+    clear();
+    for (int i = 0; i < n; i++) {
+        addNode();
+    }
+    if (!isGraph6Size(n)) {
+        return false;
+    }
+    const QByteArray bits = restOfLine(in, graph6Length(n));
+    setPairs(n, [&](int index) { return graph6Bit(bits, index); });
+    return true;
+}
 
 bool Graph::loadg6(const QString &g6, bool fresh)
 {
@@ -33,21 +441,11 @@ bool Graph::loadg6(const QString &g6, bool fresh)
         }
         best_backup();
     }
-    if (n < 2 || n >= MAX_NODES) {
+    if (!isGraph6Size(n)) {
         return false;
     }
     const QByteArray bits = text.mid(1);
-    int index = 0;
-    for (int j = 1; j < n; j++) {
-        for (int i = 0; i < j; i++) {
-            if (graph6Bit(bits, index)) {
-                addEdge(i, j);
-            } else {
-                remEdge(i, j);
-            }
-            index++;
-        }
-    }
+    setPairs(n, [&](int index) { return graph6Bit(bits, index); });
     return true;
 }
 
@@ -58,8 +456,7 @@ QString Graph::g6currentGraphData() const
         return QStringLiteral("0");
     }
     const int n = usedSlots(nbNodes);
-    const int bitCount = n * (n - 1) / 2;
-    QByteArray text((bitCount + 5) / 6, '\0');
+    QByteArray text(graph6Length(n), '\0');
     int index = 0;
     for (int j = 1; j < n; j++) {
         for (int i = 0; i < j; i++) {
@@ -73,4 +470,97 @@ QString Graph::g6currentGraphData() const
         value = static_cast<char>(value + 63);
     }
     return QString::fromLatin1(text.prepend(static_cast<char>(n + 63)));
+}
+
+// Count and bits.
+
+QString Graph::graphData() const
+{
+    const QMutexLocker locker(&bestLock);
+    return countAndBits(usedSlots(bestNbNodes), [this](int j, int i) { return bestAdjacency[j][i]; });
+}
+
+QString Graph::currentGraphData() const
+{
+    return countAndBits(usedSlots(nbNodes), [this](int j, int i) { return edge(j, i); });
+}
+
+void Graph::loadolm(const QString &text, bool fresh)
+{
+    countChange();
+    const CountAndBits graph(text);
+    setNbNodes(graph.count);
+    if (fresh) {
+        clear();
+        best_backup();
+        for (int i = 0; i < graph.count && addNode(); i++) {
+        }
+        best_backup();
+    }
+    setPairs(graph.count, [&](int index) { return graph.isJoined(index); });
+    best_backup();
+    if (fresh) {
+        slot_unselect_all();
+        emit signal_best_graph_changed();
+    }
+}
+
+void Graph::loadCurrentGraph(const QString &text)
+{
+    countChange();
+    const CountAndBits graph(text);
+    setNbNodes(graph.count);
+    setPairs(graph.count, [&](int index) { return graph.isJoined(index); });
+}
+
+// The file commands.
+
+void Graph::slot_open()
+{
+    const QString path =
+        QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to load"), workDir, QStringLiteral("*.golm3"));
+    const bool done = open(path);
+    update_display();
+    concludeFileCommand(done, path, QStringLiteral("Failed to load graph."));
+}
+
+void Graph::slot_save()
+{
+    const QString extension = QStringLiteral("golm3");
+    QString path =
+        QFileDialog::getSaveFileName(this, QStringLiteral("Save graph as"), workDir, QStringLiteral("*.golm3"));
+    if (!path.isEmpty() && QFileInfo(path).suffix() != extension) {
+        path += QLatin1Char('.') + extension;
+    }
+    concludeFileCommand(save(path), path, QStringLiteral("Failed to save graph."));
+}
+
+void Graph::slot_import_graph()
+{
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to import"), workDir,
+                                                      QStringLiteral("*.edgelist"));
+    const bool done = import_el(path);
+    update_display();
+    concludeFileCommand(done, path, QStringLiteral("Failed to import graph."));
+}
+
+void Graph::slot_export_graph()
+{
+    const QString path =
+        QFileDialog::getSaveFileName(this, QStringLiteral("Export graph as"), workDir, QStringLiteral("*.edgelist"));
+    concludeFileCommand(export_graph(path), path, QStringLiteral("Failed to export graph."));
+}
+
+void Graph::concludeFileCommand(bool done, const QString &path, const QString &failure)
+{
+    if (done) {
+        setWD(QFileInfo(path).dir().path());
+    } else {
+        warn(QStringLiteral("Warning"), failure);
+    }
+}
+
+void Graph::warn(const QString &title, const QString &text)
+{
+    QMessageBox::warning(this, title, text);
 }
