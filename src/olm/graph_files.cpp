@@ -2,75 +2,22 @@
 #include "node.h"
 #include "outputfile.h"
 #include "random.h"
+#include "textfile.h"
 
 #include <QByteArray>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QMutexLocker>
 #include <QStringList>
 
-#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <set>
 
 namespace
 {
-/// No graph file comes near this size, in bytes.
-constexpr qint64 maxFileSize = 1 << 24;
-
-/// Hands out the parts of a text between separators, in place; the empty ones, too.
-class TextParts
-{
-public:
-    TextParts(QLatin1String text, char separator) : rest(text), mark(separator) {}
-
-    bool atEnd() const { return ended; }
-    /// The next part, empty behind the last one.
-    QLatin1String next()
-    {
-        const int length = rest.indexOf(mark);
-        ended = length < 0;
-        const QLatin1String part = ended ? rest : rest.left(length);
-        rest = ended ? QLatin1String() : rest.mid(length + 1);
-        return part;
-    }
-
-private:
-    QLatin1String rest;
-    QLatin1Char mark;
-    bool ended = false;
-};
-
-TextParts linesOf(const QByteArray &text)
-{
-    return {QLatin1String(text), '\n'};
-}
-
-TextParts fieldsOf(QLatin1String line)
-{
-    return {line, '\t'};
-}
-
-/// Reads the whole file without its "\r". False when that is not possible, and for what is no text of reasonable size:
-/// devices without an end and binary data.
-bool readText(const QString &path, QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return false;
-    }
-    text = file.read(maxFileSize + 1);
-    if (file.error() != QFileDevice::NoError || text.size() > maxFileSize || text.contains('\0')) {
-        return false;
-    }
-    text.replace("\r", "");
-    return true;
-}
-
 int toInt(QLatin1String field)
 {
     return QString(field).toInt();
@@ -92,7 +39,7 @@ QString coordinateText(double value)
 bool readVertices(TextParts &lines, const QVector<Node *> &nodes, int count)
 {
     for (int i = 0; i < count; i++) {
-        TextParts fields = fieldsOf(lines.next());
+        TextParts fields = TextParts::fields(lines.next());
         const QLatin1String name = fields.next();
         const QLatin1String x = fields.next();
         if (fields.atEnd()) {
@@ -109,7 +56,7 @@ bool readVertices(TextParts &lines, const QVector<Node *> &nodes, int count)
 /// has fewer, or more.
 bool readMatrix(QLatin1String line, int count, QVector<bool> &entries)
 {
-    TextParts fields = fieldsOf(line);
+    TextParts fields = TextParts::fields(line);
     for (int k = 0; k < count; k++) {
         if (fields.atEnd()) {
             return false;
@@ -128,9 +75,9 @@ struct Labels {
 /// Calls use(labels) for the lines of an edge list that have two fields or more, while it returns true.
 template<typename Use> void forEachLabels(const QByteArray &text, Use use)
 {
-    TextParts lines = linesOf(text);
+    TextParts lines = TextParts::lines(text);
     while (!lines.atEnd()) {
-        TextParts fields = fieldsOf(lines.next());
+        TextParts fields = TextParts::fields(lines.next());
         const QLatin1String first = fields.next();
         if (!fields.atEnd() && !use(Labels{first, fields.next()})) {
             return;
@@ -260,7 +207,7 @@ bool Graph::readGraph(const QByteArray &text, TextKind kind)
 {
     clear();
     best_backup();
-    TextParts lines = linesOf(text);
+    TextParts lines = TextParts::lines(text);
     const int n = toInt(lines.next());
     if (kind == TextKind::Autosave) {
         id = toInt(lines.next());
@@ -296,7 +243,7 @@ bool Graph::save(const QString &path) const
 bool Graph::open(const QString &path)
 {
     QByteArray text;
-    if (!readText(path, text)) {
+    if (!readTextFile(path, text)) {
         warn(QStringLiteral("Opening"), QStringLiteral("Cannot open graph"));
         return false;
     }
@@ -317,7 +264,7 @@ void Graph::autosave() const
 bool Graph::autoload()
 {
     QByteArray text;
-    return readText(autosavePath(), text) && readGraph(text, TextKind::Autosave);
+    return readTextFile(autosavePath(), text) && readGraph(text, TextKind::Autosave);
 }
 
 // Edge lists.
@@ -339,7 +286,7 @@ bool Graph::export_graph(const QString &path) const
 bool Graph::import_el(const QString &path)
 {
     QByteArray text;
-    if (!readText(path, text)) {
+    if (!readTextFile(path, text)) {
         warn(QStringLiteral("Opening"), QStringLiteral("Cannot open graph"));
         return false;
     }

@@ -67,6 +67,7 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
     for (int i = 0; i < n; i++) {
         for (int j = i + 1; j < n; j++) {
             if (edge(i, j)) {
+                edges[i][j]->resetVisible(true); // An edge that is not displayed has not followed its vertices.
                 paintAt(painter, edges[i][j], origin);
             }
         }
@@ -80,4 +81,5 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
         vertex->setRadius(radius);
         vertex->setPrintMode(false);
     }
+    update_display();
 }

@@ -1,0 +1,30 @@
+#ifndef TAVOLINE_OLM_TEXTFILE_H
+#define TAVOLINE_OLM_TEXTFILE_H
+
+#include <QByteArray>
+#include <QLatin1String>
+#include <QString>
+
+/// Reads the whole file @p path into @p text, without its "\r". False when that is not possible, and for what is no
+/// text of reasonable size: a file of more than 16 MiB, a device without an end, binary data.
+bool readTextFile(const QString &path, QByteArray &text);
+
+/// Hands out the parts of a text between separators, in place and the empty ones, too. The text outlives its parts.
+class TextParts
+{
+public:
+    TextParts(QLatin1String text, char separator) : rest(text), mark(separator) {}
+    static TextParts lines(const QByteArray &text) { return {QLatin1String(text), '\n'}; }
+    static TextParts fields(QLatin1String line) { return {line, '\t'}; }
+
+    bool atEnd() const { return ended; }
+    /// The next part, empty behind the last one.
+    QLatin1String next();
+
+private:
+    QLatin1String rest;
+    QLatin1Char mark;
+    bool ended = false;
+};
+
+#endif
