@@ -22,6 +22,9 @@ tavoline_window_test(tst_graph_model tavoline_viewer item_image)
 tavoline_window_test(tst_node tavoline_viewer item_image)
 tavoline_window_test(tst_edge tavoline_viewer item_image)
 tavoline_window_test(tst_nodedisplay tavoline_viewer)
+tavoline_test(tst_graph6_nauty tavoline_viewer)
+tavoline_window_test(tst_graph_files tavoline_viewer)
+tavoline_window_test(tst_graph_printing tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

@@ -10,7 +10,7 @@ constexpr qint64 maxFileSize = 1 << 24;
 bool readTextFile(const QString &path, QByteArray &text)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return false;
     }
     text = file.read(maxFileSize + 1);

@@ -1,0 +1,998 @@
+#include "olm/graph.h"
+#include "olm/node.h"
+#include "support/signalrecorder.h"
+#include "support/stderrcapture.h"
+#include "support/windowdriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sstream>
+#include <unistd.h>
+
+namespace
+{
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
+}
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+/// The edges of the current graph: "0-1 1-2".
+QString edgesOf(const Graph &graph)
+{
+    QStringList edges;
+    for (int i = 0; i < Graph::MAX_NODES; i++) {
+        for (int j = i + 1; j < Graph::MAX_NODES; j++) {
+            if (graph.edge(i, j)) {
+                edges.append(QStringLiteral("%1-%2").arg(i).arg(j));
+            }
+        }
+    }
+    return edges.join(QLatin1Char(' '));
+}
+
+/// The vertices: "a(12.5,40) b(0,0)".
+QString verticesOf(const Graph &graph)
+{
+    QStringList vertices;
+    for (int i = 0; i < graph.getNbNodes(); i++) {
+        const Node *vertex = graph.node(i);
+        vertices.append(
+            QStringLiteral("%1(%2,%3)").arg(vertex->getName()).arg(vertex->position().x()).arg(vertex->position().y()));
+    }
+    return vertices.join(QLatin1Char(' '));
+}
+
+/// The graph of a count-and-bits text, published, vertex k at (10 k, -k / 3).
+void fill(Graph &graph, const char *countAndBits)
+{
+    graph.loadolm(text(countAndBits), true);
+    for (int i = 0; i < graph.getNbNodes(); i++) {
+        graph.setPos(i, QPointF(10.0 * i, -i / 3.0));
+    }
+}
+
+/// Answers the dialogs that come up, one after the other, and writes down what they show: the caption, the directory
+/// and the filter of a file dialog, the title, the text and the buttons of a box.
+class Dialogs
+{
+public:
+    /// The files that are chosen in the file dialogs; a null string cancels one.
+    explicit Dialogs(QStringList choices) : files(std::move(choices))
+    {
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { answer(); });
+        timer.start(10);
+    }
+
+    QStringList seen;
+
+private:
+    void answer()
+    {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || !dialog->isVisible() || dialog == last) {
+            return;
+        }
+        last = dialog;
+        if (auto *fileDialog = qobject_cast<QFileDialog *>(dialog)) {
+            seen.append(fileDialog->windowTitle() + QLatin1Char('|') + fileDialog->directory().path() +
+                        QLatin1Char('|') + fileDialog->nameFilters().join(QLatin1Char(';')));
+            const QString file = files.takeFirst();
+            if (file.isNull()) {
+                QTest::keyClick(fileDialog, Qt::Key_Escape);
+            } else {
+                driver::chooseFile(fileDialog, file);
+            }
+        } else if (auto *box = qobject_cast<QMessageBox *>(dialog)) {
+            QStringList buttons;
+            for (QAbstractButton *button : box->buttons()) {
+                buttons.append(button->text().remove(QLatin1Char('&')));
+            }
+            seen.append(box->windowTitle() + QLatin1Char('|') + box->text() + QLatin1Char('|') +
+                        buttons.join(QLatin1Char(',')));
+            QTest::keyClick(box, Qt::Key_Return);
+        }
+    }
+
+    QStringList files;
+    QPointer<QWidget> last;
+    QTimer timer;
+};
+
+const QString openingBox = QStringLiteral("Opening|Cannot open graph|OK");
+const QByteArray formatError = "ERROR IN FILE FORMAT\n";
+} // namespace
+
+class TestGraphFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void save_writesCountVerticesAndMatrix();
+    void save_writesTheBestGraphsMatrix();
+    void save_writesTheDiagonalAsStored();
+    void save_ofGraphWithoutEdges();
+    void save_writesLatin1();
+    void save_failures_data();
+    void save_failures();
+    void save_failureKeepsTheOldFile();
+    void save_replacesTheOldFile();
+
+    void open_readsTheExample();
+    void open_signals();
+    void open_ofGraphWithoutEdges();
+    void open_ofCountZero();
+    void open_usesTheUpperTriangle();
+    void open_acceptsLineEndsOfOtherSystems();
+    void open_fieldsThatAreNoNumbersAreZero();
+    void open_deselectsTheVertices();
+    void open_ofUnreadableFile_data();
+    void open_ofUnreadableFile();
+    void open_ofMalformedFile_data();
+    void open_ofMalformedFile();
+    void open_keepsWhatWasRead();
+    void open_neverMeetsTheEndOfAFullGraph();
+
+    void autosave_writesTheCounter();
+    void autosave_withoutWorkDirectory();
+    void autosave_failsSilently();
+    void autoload_readsTheCounter();
+    void autoload_failures();
+
+    void export_writesTheEdgesOfTheCurrentGraph();
+    void export_failures();
+    void import_sortsTheLabels();
+    void import_signals();
+    void import_ofNoLabels();
+    void import_ofDefaultNames();
+    void import_of32Labels();
+    void import_ofTooManyLabels();
+    void import_ofUnreadableFile();
+
+    void stream_readsOneLine();
+    void stream_lines();
+    void stream_refusals_data();
+    void stream_refusals();
+    void stream_skipsTheRestOfALongLine();
+
+    void graphData_ofThePath();
+    void graphData_isTheBestGraph();
+    void loadolm_keepsPlaces();
+    void loadolm_fresh();
+    void loadolm_ofOddTexts_data();
+    void loadolm_ofOddTexts();
+    void loadCurrentGraph_changesTheCurrentGraphOnly();
+    void unselectAll();
+
+    void slotOpen();
+    void slotOpen_failures();
+    void slotOpen_cancelled();
+    void slotSave_suffix();
+    void slotSave_failures();
+    void slotImport();
+    void slotImport_failures();
+    void slotExport();
+    void slotExport_failures();
+
+private:
+    QString path(const QString &name) const { return QDir(directory->path()).filePath(name); }
+    QString write(const QString &name, const QByteArray &bytes) const;
+
+    std::unique_ptr<QTemporaryDir> directory;
+};
+
+void TestGraphFiles::init()
+{
+    qsrand(1);
+    directory = std::make_unique<QTemporaryDir>();
+}
+
+void TestGraphFiles::cleanup()
+{
+    directory.reset();
+}
+
+QString TestGraphFiles::write(const QString &name, const QByteArray &bytes) const
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+    return file.fileName();
+}
+
+void TestGraphFiles::save_writesCountVerticesAndMatrix()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 101");
+    graph.setPos(0, QPointF(12.5, 40.0));
+    QVERIFY(graph.save(path(QStringLiteral("g.golm3"))));
+    QCOMPARE(contents(path(QStringLiteral("g.golm3"))), QByteArray("3\n"
+                                                                   "Node 1\t12.5\t40\n"
+                                                                   "Node 2\t10\t-0.333333\n"
+                                                                   "Node 3\t20\t-0.666667\n"
+                                                                   "0\t1\t0\t1\t0\t1\t0\t1\t0\t"));
+}
+
+void TestGraphFiles::save_writesTheBestGraphsMatrix()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.remEdge(0, 1);
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t1\t1\t0\t"));
+}
+
+void TestGraphFiles::save_writesTheDiagonalAsStored()
+{
+    Graph graph(QStringLiteral("g"), false);
+    fill(graph, "2 1");
+    graph.invert();
+    graph.changeBest();
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n1\t0\t0\t1\t"));
+}
+
+void TestGraphFiles::save_ofGraphWithoutEdges()
+{
+    Graph graph(QStringLiteral("g"), false);
+    fill(graph, "2 0");
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t0\t0\t0\t"));
+    fill(graph, "0 ");
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("0\n"));
+}
+
+void TestGraphFiles::save_writesLatin1()
+{
+    Graph graph(QStringLiteral("g"), false);
+    fill(graph, "1 ");
+    graph.node(0)->setName(text("caf\xe9"));
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("1\ncaf\xe9\t0\t0\n0\t"));
+    graph.node(0)->setName(QString());
+    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QCOMPARE(graph.node(0)->getName(), text("caf\xe9"));
+}
+
+void TestGraphFiles::save_failures_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("no name") << QString();
+    QTest::newRow("full device") << QStringLiteral("/dev/full");
+    QTest::newRow("missing directory") << QStringLiteral("missing/g.golm3");
+    QTest::newRow("directory") << QStringLiteral(".");
+}
+
+void TestGraphFiles::save_failures()
+{
+    QFETCH(QString, target);
+    target = target.isEmpty() ? target : path(target);
+    Graph graph(QStringLiteral("g"), false);
+    QVERIFY(!graph.save(target));
+    QVERIFY(!graph.export_graph(target));
+    // The lock was given back.
+    graph.lock();
+    graph.unlock();
+}
+
+void TestGraphFiles::save_failureKeepsTheOldFile()
+{
+    Graph graph(QStringLiteral("g"), false);
+    const QString old = write(QStringLiteral("old"), "the old file");
+    QFile::setPermissions(old, QFile::ReadOwner);
+    QFile::setPermissions(directory->path(), QFile::ReadOwner | QFile::ExeOwner);
+    // Nothing is read-only for the superuser, who can save: then the file is the complete new one.
+    const bool saved = graph.save(old);
+    QFile::setPermissions(directory->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(saved, geteuid() == 0);
+    QCOMPARE(contents(old).startsWith("10\nNode 1\t"), saved);
+    QCOMPARE(contents(old) == "the old file", !saved);
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
+}
+
+void TestGraphFiles::save_replacesTheOldFile()
+{
+    Graph graph(QStringLiteral("g"), false);
+    fill(graph, "1 ");
+    const QString file = write(QStringLiteral("old"), "a much longer file than the new one");
+    QVERIFY(graph.save(file));
+    QCOMPARE(contents(file), QByteArray("1\nNode 1\t0\t0\n0\t"));
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
+}
+
+void TestGraphFiles::open_readsTheExample()
+{
+    Graph graph(QStringLiteral("g"), true);
+    StderrCapture errors;
+    QVERIFY(graph.open(write(QStringLiteral("g"), "3\nNode 1\t12.5\t40\n\t-1e2\t.5\nlast one\t0\t7\textra\n"
+                                                  "0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
+    QCOMPARE(errors.take(), QByteArray());
+    QCOMPARE(verticesOf(graph), QStringLiteral("Node 1(12.5,40) (-100,0.5) last one(0,7)"));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
+    QCOMPARE(graph.graphData(), QStringLiteral("3 101"));
+}
+
+void TestGraphFiles::open_signals()
+{
+    Graph graph(QStringLiteral("g"), true);
+    SignalRecorder recorder(graph);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "1\na\t0\t0\n0\t")));
+    QCOMPARE(recorder.take(),
+             (QStringList{QStringLiteral("console Graph:1 false 1 #a0a0a4"), QStringLiteral("best_graph_changed")}));
+    StderrCapture errors;
+    QVERIFY(!graph.open(write(QStringLiteral("g"), "1\na\t0\n0\t")));
+    QCOMPARE(errors.take(), formatError);
+    QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:1 false 1 #a0a0a4")});
+}
+
+void TestGraphFiles::open_ofGraphWithoutEdges()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 000");
+    graph.node(1)->setName(QStringLiteral("middle"));
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    fill(graph, "5 1111111111");
+    graph.node(1)->setName(QStringLiteral("other"));
+    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QCOMPARE(verticesOf(graph), QStringLiteral("Node 1(0,0) middle(10,-0.333333) Node 3(20,-0.666667)"));
+    QCOMPARE(edgesOf(graph), QString());
+}
+
+void TestGraphFiles::open_ofCountZero()
+{
+    Graph graph(QStringLiteral("g"), true);
+    for (const char *file : {"0", "0\n", "0\n\n", "0\r\n", "0\nwhatever\tfollows\n", "", "no number\n"}) {
+        graph.randomGraph(4);
+        SignalRecorder recorder(graph);
+        QVERIFY2(graph.open(write(QStringLiteral("g"), file)), file);
+        QCOMPARE(graph.getNbNodes(), 0);
+        QCOMPARE(graph.graphData(), QStringLiteral("0 "));
+        QCOMPARE(recorder.take(), (QStringList{QStringLiteral("console Graph:0 false 1 #a0a0a4"),
+                                               QStringLiteral("best_graph_changed")}));
+    }
+}
+
+void TestGraphFiles::open_usesTheUpperTriangle()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n1\t0\t-7\t1\t1\t0\t0\t1\t1")));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-2"));
+}
+
+void TestGraphFiles::open_acceptsLineEndsOfOtherSystems()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "2\r\na\t1\t2\r\nb\t3\t4\r\n0\t1\t1\t0\t\r\n")));
+    QCOMPARE(verticesOf(graph), QStringLiteral("a(1,2) b(3,4)"));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1"));
+}
+
+void TestGraphFiles::open_fieldsThatAreNoNumbersAreZero()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\tx\t\nb\tnan\tinf\n0\tx\t\t0\t")));
+    QCOMPARE(verticesOf(graph), QStringLiteral("a(0,0) b(0,0)"));
+    QCOMPARE(edgesOf(graph), QString());
+}
+
+void TestGraphFiles::open_deselectsTheVertices()
+{
+    Graph graph(QStringLiteral("g"), true);
+    for (int slot = 0; slot < 3; slot++) {
+        graph.node(slot)->setSelected(true);
+    }
+    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\t0\t0\nb\t0\t0\n0\t0\t0\t0\t")));
+    QVERIFY(!graph.node(0)->isSelected());
+    QVERIFY(!graph.node(1)->isSelected());
+    QVERIFY(graph.node(2)->isSelected());
+}
+
+void TestGraphFiles::open_ofUnreadableFile_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray none;
+    QTest::newRow("no name") << QString() << none;
+    QTest::newRow("missing") << QStringLiteral("missing") << none;
+    QTest::newRow("directory") << QStringLiteral(".") << none;
+    QTest::newRow("endless device") << QStringLiteral("/dev/zero") << none;
+    QTest::newRow("binary data") << QStringLiteral("binary")
+                                 << QByteArray("\x7f"
+                                               "ELF\2\1\1\0\0\n\t\t\t",
+                                               13);
+    QTest::newRow("a line of 100 MB") << QStringLiteral("large") << "1\n" + QByteArray(100 << 20, '1');
+}
+
+void TestGraphFiles::open_ofUnreadableFile()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, bytes);
+    file = file.isEmpty() ? file : path(file);
+    if (!bytes.isNull()) {
+        write(file, bytes);
+    }
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.setWD(directory->path());
+    const int id = graph.getID();
+    SignalRecorder recorder(graph);
+    StderrCapture errors;
+    Dialogs dialogs({});
+    QVERIFY(!graph.open(file));
+    QCOMPARE(dialogs.seen, QStringList{openingBox});
+    QVERIFY(!graph.import_el(file));
+    QCOMPARE(dialogs.seen, (QStringList{openingBox, openingBox}));
+    QCOMPARE(errors.take(), QByteArray());
+    QCOMPARE(recorder.take(), QStringList());
+    QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
+    QCOMPARE(graph.getID(), id);
+}
+
+void TestGraphFiles::open_ofMalformedFile_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("count");
+    QTest::newRow("negative count") << QByteArray("-1\n") << QStringLiteral("-1");
+    QTest::newRow("33 vertices") << "33\n" + QByteArray("a\t0\t0\n").repeated(33) + QByteArray("0\t").repeated(33 * 33)
+                                 << QStringLiteral("33");
+    QTest::newRow("huge count") << QByteArray("2147483647\n") << QStringLiteral("2147483647");
+    QTest::newRow("no vertex line") << QByteArray("2") << QStringLiteral("2");
+    QTest::newRow("too few vertex lines") << QByteArray("2\na\t0\t0\n0\t0\t0\t0\t") << QStringLiteral("2");
+    QTest::newRow("vertex line of two fields") << QByteArray("1\na\t0\n0\t") << QStringLiteral("1");
+    QTest::newRow("no matrix line") << QByteArray("2\na\t0\t0\nb\t0\t0\n") << QStringLiteral("2");
+    QTest::newRow("matrix line too short") << QByteArray("2\na\t0\t0\nb\t0\t0\n0\t1\t1") << QStringLiteral("2");
+    QTest::newRow("matrix line too long") << QByteArray("2\na\t0\t0\nb\t0\t0\n0\t1\t1\t0\t1\t") << QStringLiteral("2");
+    QTest::newRow("matrix by rows") << QByteArray("2\na\t0\t0\nb\t0\t0\n0\t1\n1\t0\n") << QStringLiteral("2");
+    QTest::newRow("16 MB of tabs") << "1\na\t0\t0\n" + QByteArray(16000000, '\t') << QStringLiteral("1");
+}
+
+void TestGraphFiles::open_ofMalformedFile()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, count);
+    Graph graph(QStringLiteral("g"), true);
+    SignalRecorder recorder(graph);
+    StderrCapture errors;
+    QVERIFY(!graph.open(write(QStringLiteral("g"), file)));
+    QCOMPARE(errors.take(), formatError);
+    QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:%1 false 1 #a0a0a4").arg(count)});
+    QCOMPARE(edgesOf(graph), QString());
+    QCOMPARE(graph.graphData(), QStringLiteral("0 "));
+    QVERIFY(graph.getNbNodes() <= Graph::MAX_NODES);
+}
+
+void TestGraphFiles::open_keepsWhatWasRead()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.node(0)->setSelected(true);
+    StderrCapture errors;
+    QVERIFY(!graph.open(write(QStringLiteral("g"), "2\na\t1\t2\nb\n0\t1\t1\t0\t")));
+    QCOMPARE(errors.take(), formatError);
+    QCOMPARE(graph.getNbNodes(), 2);
+    QCOMPARE(graph.node(0)->getName(), QStringLiteral("a"));
+    QCOMPARE(graph.node(0)->position(), QPointF(1, 2));
+    QCOMPARE(graph.node(1)->getName(), QStringLiteral("Node 2"));
+    QCOMPARE(graph.node(1)->position(), graph.mapToScene(QPoint()));
+    QVERIFY(!graph.node(0)->isSelected());
+    graph.lock();
+    graph.unlock();
+}
+
+void TestGraphFiles::open_neverMeetsTheEndOfAFullGraph()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.randomGraph(32);
+    graph.changeBest();
+    const QString data = graph.graphData();
+    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    graph.randomGraph(3);
+    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QCOMPARE(graph.graphData(), data);
+    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
+    QCOMPARE(contents(path(QStringLiteral("e"))).count('\n'), graph.getNbEdges());
+}
+
+void TestGraphFiles::autosave_writesTheCounter()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(directory->path());
+    fill(graph, "2 1");
+    graph.autosave();
+    QCOMPARE(contents(path(QStringLiteral(".olmgr"))),
+             "2\n" + QByteArray::number(graph.getID()) + "\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t1\t1\t0\t");
+}
+
+void TestGraphFiles::autosave_withoutWorkDirectory()
+{
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(directory->path()));
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "1 ");
+    graph.autosave();
+    fill(graph, "3 111");
+    const bool loaded = graph.autoload();
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(loaded);
+    QCOMPARE(graph.graphData(), QStringLiteral("1 "));
+    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+}
+
+void TestGraphFiles::autosave_failsSilently()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(path(QStringLiteral("missing")));
+    SignalRecorder recorder(graph);
+    StderrCapture errors;
+    graph.autosave();
+    QCOMPARE(errors.take(), QByteArray());
+    QCOMPARE(recorder.take(), QStringList());
+    QVERIFY(!QFile::exists(path(QStringLiteral("missing"))));
+}
+
+void TestGraphFiles::autoload_readsTheCounter()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(directory->path());
+    write(QStringLiteral(".olmgr"), "2\n1000\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
+    SignalRecorder recorder(graph);
+    QVERIFY(graph.autoload());
+    QCOMPARE(recorder.take(), QStringList{QStringLiteral("best_graph_changed")});
+    QCOMPARE(verticesOf(graph), QStringLiteral("a(1,2) b(3,4)"));
+    QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
+    // Two vertices and the edge, the end of the reading, the publication.
+    QCOMPARE(graph.getID(), 1005);
+}
+
+void TestGraphFiles::autoload_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.setWD(directory->path());
+    SignalRecorder recorder(graph);
+    {
+        StderrCapture errors;
+        QVERIFY(!graph.autoload());
+        QCOMPARE(errors.take(), QByteArray());
+        QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
+    }
+    for (const char *file : {"2", "2\n5\na\t0\t0\nb\n", "33\n5\n", "-2\n5\n", "2\n5\na\t0\t0\nb\t0\t0\n0\t1\t1"}) {
+        write(QStringLiteral(".olmgr"), file);
+        StderrCapture errors;
+        QVERIFY2(!graph.autoload(), file);
+        QCOMPARE(errors.take(), formatError);
+        QCOMPARE(graph.graphData(), QStringLiteral("0 "));
+    }
+    QCOMPARE(recorder.take(), QStringList());
+}
+
+void TestGraphFiles::export_writesTheEdgesOfTheCurrentGraph()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "4 101001");
+    graph.addEdge(3, 0);
+    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
+    QCOMPARE(contents(path(QStringLiteral("e"))), QByteArray("0\t1\n0\t3\n1\t2\n2\t3\n"));
+}
+
+void TestGraphFiles::export_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    const QString old = write(QStringLiteral("old"), "old");
+    QVERIFY(!graph.export_graph(old + QStringLiteral("/below")));
+    QCOMPARE(contents(old), QByteArray("old"));
+    QVERIFY(!graph.export_graph(QStringLiteral("/dev/full")));
+}
+
+void TestGraphFiles::import_sortsTheLabels()
+{
+    Graph graph(QStringLiteral("g"), true);
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\ta\n\nlonely\na\tc\tmore\r\n")));
+    QCOMPARE(errors.take(), QByteArray("a\nb\nc\n1 0\n0 2\nImport complete\n"));
+    QCOMPARE(graph.getNbNodes(), 3);
+    QCOMPARE(graph.node(0)->getName(), QStringLiteral("a"));
+    QCOMPARE(graph.node(1)->getName(), QStringLiteral("b"));
+    QCOMPARE(graph.node(2)->getName(), QStringLiteral("c"));
+    QCOMPARE(graph.graphData(), QStringLiteral("3 110"));
+    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
+    QCOMPARE(contents(path(QStringLiteral("e"))), QByteArray("0\t1\n0\t2\n"));
+}
+
+void TestGraphFiles::import_signals()
+{
+    Graph graph(QStringLiteral("g"), true);
+    SignalRecorder recorder(graph);
+    StderrCapture errors;
+    // By code unit: capitals first, "10" before "9"; a loop and a double edge change nothing.
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\tB\n9\t10\n9\t9\n10\t9")));
+    QCOMPARE(errors.take(), QByteArray("10\n9\nB\nb\n3 2\n1 0\n1 1\n0 1\nImport complete\n"));
+    QCOMPARE(recorder.take(),
+             (QStringList{QStringLiteral("console Graph:4 false 1 #a0a0a4"), QStringLiteral("best_graph_changed")}));
+    QCOMPARE(graph.graphData(), QStringLiteral("4 100001"));
+}
+
+void TestGraphFiles::import_ofNoLabels()
+{
+    Graph graph(QStringLiteral("g"), true);
+    for (const char *file : {"", "\n\n", "one\ntwo"}) {
+        StderrCapture errors;
+        QVERIFY(graph.import_el(write(QStringLiteral("e"), file)));
+        QCOMPARE(errors.take(), QByteArray("Import complete\n"));
+        QCOMPARE(graph.graphData(), QStringLiteral("0 "));
+    }
+}
+
+void TestGraphFiles::import_ofDefaultNames()
+{
+    // Unused slots keep their names, which are no vertices.
+    Graph graph(QStringLiteral("g"), true);
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "Node 30\tNode 31\n")));
+    QCOMPARE(errors.take(), QByteArray("Node 30\nNode 31\n0 1\nImport complete\n"));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1"));
+}
+
+void TestGraphFiles::import_of32Labels()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QByteArray file;
+    for (char label = 'A'; label < 'A' + 31; label++) {
+        file += label + QByteArray("\t") + char(label + 1) + '\n';
+    }
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), file)));
+    QVERIFY(errors.take().endsWith("\n30 31\nImport complete\n"));
+    QCOMPARE(graph.getNbNodes(), 32);
+    QCOMPARE(graph.getNbEdges(), 31);
+}
+
+void TestGraphFiles::import_ofTooManyLabels()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QByteArray file;
+    for (int label = 0; label < 32; label++) {
+        file += QByteArray::number(label) + '\t' + QByteArray::number(label + 1) + '\n';
+    }
+    SignalRecorder recorder(graph);
+    StderrCapture errors;
+    QVERIFY(!graph.import_el(write(QStringLiteral("e"), file)));
+    QCOMPARE(errors.take(), QByteArray());
+    QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:33 false 1 #a0a0a4")});
+    QCOMPARE(graph.getNbNodes(), 0);
+    QCOMPARE(graph.graphData(), QStringLiteral("0 "));
+    QCOMPARE(graph.node(0)->getName(), QStringLiteral("Node 1"));
+}
+
+void TestGraphFiles::import_ofUnreadableFile()
+{
+    Graph graph(QStringLiteral("g"), true);
+    Dialogs dialogs({});
+    QVERIFY(!graph.import_el(path(QStringLiteral("missing"))));
+    QCOMPARE(dialogs.seen, QStringList{openingBox});
+}
+
+void TestGraphFiles::stream_readsOneLine()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.best_backup();
+    const QString best = graph.graphData();
+    SignalRecorder recorder(graph);
+    std::istringstream in("Bg\nrest");
+    QVERIFY(graph.loadg6(in));
+    QCOMPARE(graph.getNbNodes(), 3);
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
+    QCOMPARE(in.get(), int('r'));
+    QCOMPARE(graph.graphData(), best);
+    QCOMPARE(recorder.take(), QStringList());
+}
+
+void TestGraphFiles::stream_lines()
+{
+    Graph graph(QStringLiteral("g"), true);
+    std::istringstream in("A_\r\nA?\nBw\rBg");
+    QStringList read;
+    while (graph.loadg6(in)) {
+        read.append(graph.currentGraphData());
+    }
+    QCOMPARE(read, (QStringList{QStringLiteral("2 1"), QStringLiteral("2 0"), QStringLiteral("3 111"),
+                                QStringLiteral("3 101")}));
+}
+
+void TestGraphFiles::stream_refusals_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<int>("vertices");
+    QTest::newRow("end of file") << QByteArray() << 0;
+    QTest::newRow("empty line") << QByteArray("\nA_") << 0;
+    QTest::newRow("no vertex") << QByteArray("?") << 0;
+    QTest::newRow("one vertex") << QByteArray("@") << 1;
+    QTest::newRow("32 vertices") << QByteArray("_") + QByteArray(83, '~') << 32;
+    QTest::newRow("long size") << QByteArray("~??~") << 32;
+    QTest::newRow("no graph6") << QByteArray("\xff\xff") << 32;
+    QTest::newRow("header") << QByteArray(">>graph6<<A_") << 0;
+}
+
+void TestGraphFiles::stream_refusals()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(int, vertices);
+    Graph graph(QStringLiteral("g"), true);
+    std::istringstream in(line.toStdString());
+    QVERIFY(!graph.loadg6(in));
+    QCOMPARE(graph.getNbNodes(), vertices);
+    QCOMPARE(edgesOf(graph), QString());
+}
+
+void TestGraphFiles::stream_skipsTheRestOfALongLine()
+{
+    Graph graph(QStringLiteral("g"), true);
+    std::istringstream in("A_" + std::string(1000000, '~') + "\nB?");
+    QVERIFY(graph.loadg6(in));
+    QCOMPARE(graph.currentGraphData(), QStringLiteral("2 1"));
+    QVERIFY(graph.loadg6(in));
+    QCOMPARE(graph.currentGraphData(), QStringLiteral("3 000"));
+}
+
+void TestGraphFiles::graphData_ofThePath()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.loadg6(QStringLiteral("Bg"), true));
+    graph.best_backup();
+    QCOMPARE(graph.graphData(), QStringLiteral("3 101"));
+    QCOMPARE(graph.currentGraphData(), QStringLiteral("3 101"));
+}
+
+void TestGraphFiles::graphData_isTheBestGraph()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 101");
+    graph.addNode();
+    graph.remEdge(0, 1);
+    QCOMPARE(graph.graphData(), QStringLiteral("3 101"));
+    QCOMPARE(graph.currentGraphData(), QStringLiteral("4 001000"));
+}
+
+void TestGraphFiles::loadolm_keepsPlaces()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 000");
+    const QString vertices = verticesOf(graph);
+    graph.node(1)->setSelected(true);
+    SignalRecorder recorder(graph);
+    graph.loadolm(QStringLiteral("3 101"), false);
+    QCOMPARE(verticesOf(graph), vertices);
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
+    QCOMPARE(graph.graphData(), QStringLiteral("3 101"));
+    QVERIFY(graph.node(1)->isSelected());
+    QCOMPARE(recorder.take(), QStringList());
+}
+
+void TestGraphFiles::loadolm_fresh()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 111");
+    graph.node(1)->setSelected(true);
+    SignalRecorder recorder(graph);
+    graph.loadolm(QStringLiteral("4 110000"), true);
+    for (int slot = 0; slot < 4; slot++) {
+        QCOMPARE(graph.node(slot)->position(), graph.mapToScene(QPoint()));
+    }
+    QCOMPARE(graph.graphData(), QStringLiteral("4 110000"));
+    QVERIFY(!graph.node(1)->isSelected());
+    QCOMPARE(recorder.take(),
+             (QStringList{QStringLiteral("interactive_graph_changed"), QStringLiteral("best_graph_changed")}));
+}
+
+void TestGraphFiles::loadolm_ofOddTexts_data()
+{
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("empty") << QString() << QStringLiteral("0 ");
+    QTest::newRow("no bits") << QStringLiteral("3") << QStringLiteral("3 000");
+    QTest::newRow("too few bits") << QStringLiteral("3 1") << QStringLiteral("3 100");
+    QTest::newRow("too many bits") << QStringLiteral("2 11111") << QStringLiteral("2 1");
+    QTest::newRow("other characters") << QStringLiteral("3 x1y") << QStringLiteral("3 010");
+    QTest::newRow("negative") << QStringLiteral("-5 11") << QStringLiteral("0 ");
+    QTest::newRow("33") << QStringLiteral("33 1") << QStringLiteral("32 1") + QString(495, QLatin1Char('0'));
+    QTest::newRow("huge") << QStringLiteral("2147483647 ") << QStringLiteral("32 ") + QString(496, QLatin1Char('0'));
+}
+
+void TestGraphFiles::loadolm_ofOddTexts()
+{
+    QFETCH(QString, data);
+    QFETCH(QString, result);
+    Graph graph(QStringLiteral("g"), true);
+    for (const bool fresh : {true, false}) {
+        graph.loadolm(data, fresh);
+        QCOMPARE(graph.graphData(), result);
+        QCOMPARE(graph.currentGraphData(), result);
+    }
+}
+
+void TestGraphFiles::loadCurrentGraph_changesTheCurrentGraphOnly()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 111");
+    graph.node(0)->setSelected(true);
+    SignalRecorder recorder(graph);
+    graph.loadCurrentGraph(QStringLiteral("4 101001"));
+    QCOMPARE(graph.currentGraphData(), QStringLiteral("4 101001"));
+    QCOMPARE(graph.graphData(), QStringLiteral("3 111"));
+    QVERIFY(graph.node(0)->isSelected());
+    QCOMPARE(recorder.take(), QStringList());
+}
+
+void TestGraphFiles::unselectAll()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.node(3)->setSelected(true);
+    graph.node(31)->setSelected(true);
+    const int id = graph.getID();
+    SignalRecorder recorder(graph);
+    graph.slot_unselect_all();
+    QVERIFY(!graph.node(3)->isSelected());
+    QVERIFY(!graph.node(31)->isSelected());
+    QCOMPARE(graph.getID(), id + 1);
+    QCOMPARE(recorder.take(), QStringList{QStringLiteral("interactive_graph_changed")});
+}
+
+void TestGraphFiles::slotOpen()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
+    const QString file = write(QStringLiteral("sub/g.golm3"), "2\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
+    graph.setWD(directory->path());
+    Dialogs dialogs({file, file});
+    graph.slot_open();
+    QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
+    QVERIFY(graph.node(1)->isVisible());
+    QVERIFY(!graph.node(2)->isVisible());
+    graph.slot_open();
+    QCOMPARE(dialogs.seen, (QStringList{QStringLiteral("Choose graph to load|%1|*.golm3").arg(directory->path()),
+                                        QStringLiteral("Choose graph to load|%1/sub|*.golm3").arg(directory->path())}));
+}
+
+void TestGraphFiles::slotOpen_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
+    const QString file = write(QStringLiteral("sub/g.golm3"), "2\n");
+    graph.setWD(directory->path());
+    const QString dialog = QStringLiteral("Choose graph to load|%1|*.golm3").arg(directory->path());
+    const QString warning = QStringLiteral("Warning|Failed to load graph.|OK");
+    Dialogs dialogs({file, QString()});
+    StderrCapture errors;
+    graph.slot_open();
+    QCOMPARE(errors.take(), formatError);
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning}));
+    // The empty best graph is shown.
+    QVERIFY(!graph.node(0)->isVisible());
+    graph.slot_open();
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, openingBox, warning}));
+}
+
+void TestGraphFiles::slotOpen_cancelled()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.setWD(directory->path());
+    Dialogs dialogs({QString()});
+    graph.slot_open();
+    QCOMPARE(dialogs.seen.mid(1), (QStringList{openingBox, QStringLiteral("Warning|Failed to load graph.|OK")}));
+    QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
+    QVERIFY(graph.node(1)->isVisible());
+}
+
+void TestGraphFiles::slotSave_suffix()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "1 ");
+    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
+    graph.setWD(directory->path());
+    Dialogs dialogs({path(QStringLiteral("a.golm3")), path(QStringLiteral("b")), path(QStringLiteral("c.txt")),
+                     path(QStringLiteral("d.GOLM3")), path(QStringLiteral("sub/e.x.golm3"))});
+    for (int i = 0; i < 5; i++) {
+        graph.slot_save();
+    }
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files),
+             (QStringList{QStringLiteral("a.golm3"), QStringLiteral("b.golm3"), QStringLiteral("c.txt.golm3"),
+                          QStringLiteral("d.GOLM3.golm3")}));
+    QCOMPARE(contents(path(QStringLiteral("sub/e.x.golm3"))), QByteArray("1\nNode 1\t0\t0\n0\t"));
+    QCOMPARE(dialogs.seen.first(), QStringLiteral("Save graph as|%1|*.golm3").arg(directory->path()));
+    graph.autosave();
+    QVERIFY(QFile::exists(path(QStringLiteral("sub/.olmgr"))));
+}
+
+void TestGraphFiles::slotSave_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(directory->path());
+    const QString dialog = QStringLiteral("Save graph as|%1|*.golm3").arg(directory->path());
+    const QString warning = QStringLiteral("Warning|Failed to save graph.|OK");
+    Dialogs dialogs({path(QStringLiteral("missing/g.golm3")), QString()});
+    graph.slot_save();
+    graph.slot_save();
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, warning}));
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+void TestGraphFiles::slotImport()
+{
+    Graph graph(QStringLiteral("g"), true);
+    const QString file = write(QStringLiteral("g.edgelist"), "x\ty\n");
+    graph.setWD(QDir::rootPath());
+    Dialogs dialogs({file});
+    StderrCapture errors;
+    graph.slot_import_graph();
+    QCOMPARE(errors.take(), QByteArray("x\ny\n0 1\nImport complete\n"));
+    QCOMPARE(dialogs.seen, QStringList{QStringLiteral("Choose graph to import|/|*.edgelist")});
+    QVERIFY(graph.node(1)->isVisible());
+    QVERIFY(!graph.node(2)->isVisible());
+    graph.autosave();
+    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+}
+
+void TestGraphFiles::slotImport_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(directory->path());
+    QByteArray tooLarge;
+    for (int label = 0; label < 40; label++) {
+        tooLarge += "hub\t" + QByteArray::number(label) + '\n';
+    }
+    Dialogs dialogs({write(QStringLiteral("large.edgelist"), tooLarge), QString()});
+    const QString dialog = QStringLiteral("Choose graph to import|%1|*.edgelist").arg(directory->path());
+    const QString warning = QStringLiteral("Warning|Failed to import graph.|OK");
+    graph.slot_import_graph();
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning}));
+    QVERIFY(!graph.node(0)->isVisible());
+    graph.slot_import_graph();
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, openingBox, warning}));
+}
+
+void TestGraphFiles::slotExport()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "3 101");
+    graph.setWD(QDir::rootPath());
+    Dialogs dialogs({path(QStringLiteral("plain"))});
+    graph.slot_export_graph();
+    QCOMPARE(dialogs.seen, QStringList{QStringLiteral("Export graph as|/|*.edgelist")});
+    QCOMPARE(contents(path(QStringLiteral("plain"))), QByteArray("0\t1\n1\t2\n"));
+    graph.autosave();
+    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+}
+
+void TestGraphFiles::slotExport_failures()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(directory->path());
+    const QString dialog = QStringLiteral("Export graph as|%1|*.edgelist").arg(directory->path());
+    const QString warning = QStringLiteral("Warning|Failed to export graph.|OK");
+    Dialogs dialogs({path(QStringLiteral("missing/g.edgelist")), QString()});
+    graph.slot_export_graph();
+    graph.slot_export_graph();
+    QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, warning}));
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+QTEST_MAIN(TestGraphFiles)
+#include "tst_graph_files.moc"
