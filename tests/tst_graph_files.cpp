@@ -13,8 +13,10 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <memory>
 #include <sstream>
-#include <unistd.h>
+#include <sys/resource.h>
 
 namespace
 {
@@ -111,6 +113,30 @@ private:
     QTimer timer;
 };
 
+/// Lets no file grow beyond 16 bytes while the object lives, as if the disk were full.
+class FullDisk
+{
+public:
+    FullDisk() : signalHandler(std::signal(SIGXFSZ, SIG_IGN))
+    {
+        getrlimit(RLIMIT_FSIZE, &before);
+        rlimit limit = before;
+        limit.rlim_cur = 16;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk()
+    {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, signalHandler);
+    }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    rlimit before{};
+    void (*signalHandler)(int);
+};
+
 const QString openingBox = QStringLiteral("Opening|Cannot open graph|OK");
 const QByteArray formatError = "ERROR IN FILE FORMAT\n";
 } // namespace
@@ -140,6 +166,7 @@ private slots:
     void open_usesTheUpperTriangle();
     void open_acceptsLineEndsOfOtherSystems();
     void open_fieldsThatAreNoNumbersAreZero();
+    void open_ofDistantVerticesCanBeShown();
     void open_deselectsTheVertices();
     void open_ofUnreadableFile_data();
     void open_ofUnreadableFile();
@@ -296,14 +323,16 @@ void TestGraphFiles::save_failureKeepsTheOldFile()
 {
     Graph graph(QStringLiteral("g"), false);
     const QString old = write(QStringLiteral("old"), "the old file");
-    QFile::setPermissions(old, QFile::ReadOwner);
-    QFile::setPermissions(directory->path(), QFile::ReadOwner | QFile::ExeOwner);
-    // Nothing is read-only for the superuser, who can save: then the file is the complete new one.
-    const bool saved = graph.save(old);
-    QFile::setPermissions(directory->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QCOMPARE(saved, geteuid() == 0);
-    QCOMPARE(contents(old).startsWith("10\nNode 1\t"), saved);
-    QCOMPARE(contents(old) == "the old file", !saved);
+    bool saved = true;
+    bool exported = true;
+    {
+        const FullDisk full;
+        saved = graph.save(old);
+        exported = graph.export_graph(old);
+    }
+    QVERIFY(!saved);
+    QVERIFY(!exported);
+    QCOMPARE(contents(old), QByteArray("the old file"));
     QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
 }
 
@@ -390,6 +419,19 @@ void TestGraphFiles::open_fieldsThatAreNoNumbersAreZero()
     QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\tx\t\nb\tnan\tinf\n0\tx\t\t0\t")));
     QCOMPARE(verticesOf(graph), QStringLiteral("a(0,0) b(0,0)"));
     QCOMPARE(edgesOf(graph), QString());
+}
+
+void TestGraphFiles::open_ofDistantVerticesCanBeShown()
+{
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\t1e300\t-1e300\nb\t0\t0\n0\t1\t1\t0\t")));
+    QCOMPARE(graph.node(0)->position(), QPointF(1e300, -1e300));
+    graph.update_display();
+    graph.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(!graph.grab().isNull());
+    graph.slot_rescale(false);
+    QVERIFY(!graph.grab().isNull());
 }
 
 void TestGraphFiles::open_deselectsTheVertices()
