@@ -69,6 +69,7 @@ Graph::Graph(QString graphName, bool withScene) : name(std::move(graphName)), in
 
 Graph::~Graph()
 {
+    qDeleteAll(history);
     if (scene != nullptr) {
         return; // The scene deletes its items.
     }
@@ -99,6 +100,7 @@ void Graph::createScene()
     setResizeAnchor(AnchorViewCenter);
     centerOn(0, 0);
     setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this, &Graph::showMenu);
     setCacheMode(CacheBackground);
     setRenderHint(QPainter::Antialiasing);
     setBackgroundBrush(Qt::white);
@@ -342,11 +344,7 @@ void Graph::randomGraph(int n)
     }
     for (int i = 0; i < nbNodes; i++) {
         for (int j = i + 1; j < nbNodes; j++) {
-            if (is_odd(qrand())) {
-                addEdge(i, j);
-            } else {
-                remEdge(i, j);
-            }
+            setEdge(i, j, is_odd(qrand()));
         }
     }
 }

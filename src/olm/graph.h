@@ -3,10 +3,12 @@
 
 #include <QColor>
 #include <QGraphicsView>
+#include <QList>
 #include <QMutex>
 #include <QPoint>
 #include <QPointF>
 #include <QString>
+#include <QTime>
 #include <QVector>
 
 #include <functional>
@@ -15,8 +17,10 @@
 
 class Edge;
 class Node;
+class QAction;
 class QGraphicsRectItem;
 class QGraphicsScene;
+class QMenu;
 class QPainter;
 
 /// The viewer and editor of one simple undirected graph of at most 32 vertices, and at the same time its model.
@@ -149,6 +153,15 @@ public:
     /// Moves @p k random edges of the current graph, when it has 2 vertices at least.
     void perturb(int k);
 
+    // Editing.
+
+    /// The slot of the vertex that was pressed last.
+    int getLastClickedNode() const { return lastClickedNode; }
+    /// Makes the best graph the current one again: changes that were not published are lost.
+    void best_restore();
+    /// Records the current graph as the present state of the undo history, in place of all states that were undone.
+    void backup();
+
     // Files and texts. All texts are Latin-1. A file is written completely or not at all.
 
     /// Writes the displayed graph, with names and places, to a graph file; false when that is not possible.
@@ -208,8 +221,6 @@ public slots:
     void slot_reorganize();
     void slot_relabel();
 
-    void slot_unselect_all();
-
     // The file commands: each asks for a file, carries out the operation and tells when it failed. After a success the
     // file's directory is the working directory.
     void slot_open();
@@ -218,6 +229,59 @@ public slots:
     void slot_export_graph();
     /// Asks for a file and prints the graph to it, in PDF, on a page of 80 mm x 80 mm.
     void slot_print();
+
+    // Editing.
+
+    void slot_select_all();
+    void slot_unselect_all();
+    void slot_invert_selection();
+    /// In the edge-drawing mode clicks toggle edges: the first one picks a vertex, the next ones its neighbours.
+    void setEdgeEditMode(bool on);
+    /// What a double-click on empty space adds.
+    void slot_set_add_k() { addMode = NewVertex::Clique; }
+    void slot_set_add_bip() { addMode = NewVertex::Bipartite; }
+    void slot_set_add_tail() { addMode = NewVertex::Tail; }
+    /// Restores the state before the present one, as far as it was recorded.
+    void slot_undo();
+    /// Restores the state that was undone last.
+    void slot_redo();
+    /// Counts a change and tells so.
+    void slot_update();
+
+    // Structural commands. Each one publishes and shows its result and records it for undo.
+
+    /// Adds a vertex at the last mouse position, joins it to the selection and adds it to the selection: repeated, this
+    /// builds a clique. Nothing happens when all slots are in use.
+    void addK();
+    /// The same without a change of the selection: repeated, this builds a complete bipartite graph.
+    void addBip();
+    /// The same with the new vertex as the only selected one: repeated, this builds a path.
+    void addTail();
+    /// Joins all pairs of selected vertices.
+    void slot_adde();
+    /// Separates all pairs of selected vertices.
+    void slot_reme();
+    /// Separates the selected vertices from the others.
+    void slot_remcut();
+    /// Adds a vertex at the last mouse position.
+    void slot_addv();
+    /// Removes the selected vertices; the last vertices move into their slots, with their items.
+    void slot_remv();
+    /// Joins the selected vertices that are separate and separates those that are joined.
+    void slot_complement();
+    /// Adds a copy of the graph that the selected vertices induce, and selects it instead of them. Nothing happens when
+    /// there are too few slots.
+    void slot_duplicate();
+    /// The same, with each copy joined to its source.
+    void slot_duplicate_link();
+    /// The same, with each copy joined to the neighbours of its source.
+    void slot_duplicate_twins();
+    /// The same, with each copy joined to its source and to the neighbours of its source.
+    void slot_duplicate_link_twins();
+    /// Joins all pairs of vertices at the largest distance. A disconnected or a complete graph gets a message instead.
+    void slot_link_diameter();
+    /// Joins one pair of vertices at the largest distance, one of small degrees, under the same conditions.
+    void slot_link_one_diameter();
 
 signals:
     void signal_start_vns();
@@ -234,12 +298,23 @@ signals:
 protected:
     bool event(QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     enum class TextKind {
         GraphFile,
         Autosave, ///< the text of a graph file with the change counter on a line after the vertex count
     };
+    struct MenuEntry;
+    struct MenuSwitch;
+    using Command = void (Graph::*)();
+    enum class NewVertex : int { Clique, Bipartite, Tail };
 
     static bool isSlot(int i) { return i >= 0 && i < MAX_NODES; }
     /// The number of slots that a vertex count stands for, whatever a reader made of the count.
@@ -262,6 +337,33 @@ private:
     QString autosavePath() const;
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
     void warn(const QString &title, const QString &text);
+
+    void noteModifiers(Qt::KeyboardModifiers modifiers);
+    QVector<int> verticesAmong(const QList<QGraphicsItem *> &items) const;
+    QVector<int> verticesAt(QPointF point) const;
+    Node *nodeUnderMouse() const;
+    void drawEdgeAt(QPointF point);
+    void pressAt(QPointF point);
+    void joinSelectionTo(int vertex);
+    void dragTo(QPointF point);
+    void moveView(int key);
+    void restoreFromHistory();
+    static QString keyText(Command command);
+
+    void clearEntries(int slot);
+    void commit();
+    void addJoinedVertex(NewVertex kind);
+    QVector<int> selectedVertices(int count) const;
+    void fillHole(int slot, int last);
+    void duplicate(bool asTwins, bool linked);
+    void linkDiametralPairs(bool onlyOne);
+
+    void showMenu(QPoint position);
+    QMenu *createMenu();
+    void addEntries(QMenu *menu, const QVector<MenuEntry> &entries);
+    QAction *addSwitch(QMenu *menu, const MenuSwitch &entry);
+    void addModes(QMenu *menu, const QVector<MenuSwitch> &modes);
+    void standOnCircle();
 
     QGraphicsScene *scene = nullptr;
     QVector<Node *> nodes;
@@ -287,6 +389,17 @@ private:
     QGraphicsRectItem *selectionRect = nullptr;
     double rescaleSize = 300.0;
     bool uniformScale = false;
+    NewVertex addMode = NewVertex::Clique;
+    bool altHeld = false;
+    bool ctrlHeld = false;
+    bool rubberBanding = false;
+    QPointF pressScenePos;
+    bool nodeMoved = false;
+    int lastClickedNode = 0;
+    QList<Graph *> history;
+    int historyIndex = -1;
+    bool edgeEditMode = false;
+    QTime pressTime;
 };
 
 #endif

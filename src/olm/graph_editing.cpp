@@ -1,20 +1,88 @@
 #include "graph.h"
 #include "node.h"
 
+#include <QFocusEvent>
+#include <QGraphicsRectItem>
+#include <QGraphicsScene>
 #include <QKeyEvent>
+#include <QKeySequence>
+#include <QMouseEvent>
+#include <QMutexLocker>
 
 #include <algorithm>
 
 namespace
 {
+constexpr double rotationStep = 0.04908738515625; // 3.14159265 / 64
+constexpr double zoomFactor = 1.1;
+/// A press on empty space clears the selection when it is held longer than this, in milliseconds, ...
+constexpr int longPress = 400;
+/// ... and moves less than this, the square of a distance in scene units.
+constexpr double stillDistanceSquared = 25.0;
+
+struct KeyCommand {
+    int key;
+    void (Graph::*command)();
+};
+
 /// The keys that mean something to the viewer together with Control.
-const int controlKeys[] = {Qt::Key_P, Qt::Key_X, Qt::Key_K, Qt::Key_Minus, Qt::Key_O, Qt::Key_E, Qt::Key_V, Qt::Key_C,
-                           Qt::Key_A, Qt::Key_I, Qt::Key_R, Qt::Key_Z,     Qt::Key_U, Qt::Key_D, Qt::Key_L};
+const KeyCommand controlCommands[] = {
+    {Qt::Key_P, &Graph::slot_print},
+    {Qt::Key_X, &Graph::slot_remv},
+    {Qt::Key_K, &Graph::slot_remcut},
+    {Qt::Key_O, &Graph::slot_unselect_all},
+    {Qt::Key_Minus, &Graph::slot_unselect_all},
+    {Qt::Key_E, &Graph::slot_adde},
+    {Qt::Key_V, &Graph::slot_addv},
+    {Qt::Key_C, &Graph::slot_complement},
+    {Qt::Key_A, &Graph::slot_select_all},
+    {Qt::Key_I, &Graph::slot_invert_selection},
+    {Qt::Key_R, &Graph::slot_update},
+    {Qt::Key_Z, &Graph::slot_undo},
+    {Qt::Key_U, &Graph::slot_redo},
+    {Qt::Key_D, &Graph::slot_duplicate},
+    {Qt::Key_L, &Graph::slot_duplicate_link},
+};
+
+/// The keys without Control; the keys that move the view are moveView()'s.
+const KeyCommand plainCommands[] = {
+    {Qt::Key_R, &Graph::signal_start_vns},
+    {Qt::Key_H, &Graph::signal_stop_vns},
+    {Qt::Key_Space, &Graph::signal_load_next},
+    {Qt::Key_Backspace, &Graph::slot_reme},
+    {Qt::Key_T, &Graph::addTail},
+    {Qt::Key_B, &Graph::addBip},
+    {Qt::Key_K, &Graph::addK},
+    {Qt::Key_M, &Graph::signal_place_graph},
+};
+
+/// The entry of @p commands that @p matches, null when there is none.
+template<int size, typename Matches> const KeyCommand *findCommand(const KeyCommand (&commands)[size], Matches matches)
+{
+    const auto *found = std::find_if(std::begin(commands), std::end(commands), matches);
+    return found == std::end(commands) ? nullptr : found;
+}
+
+template<int size> const KeyCommand *commandOfKey(const KeyCommand (&commands)[size], int key)
+{
+    return findCommand(commands, [key](const KeyCommand &entry) { return entry.key == key; });
+}
 
 bool isControlCommand(const QKeyEvent *event)
 {
-    return event->modifiers().testFlag(Qt::ControlModifier) &&
-           std::find(std::begin(controlKeys), std::end(controlKeys), event->key()) != std::end(controlKeys);
+    return event->modifiers().testFlag(Qt::ControlModifier) && commandOfKey(controlCommands, event->key()) != nullptr;
+}
+
+/// The right button belongs to the menu; it edits nothing.
+bool isForMenu(const QMouseEvent *event)
+{
+    return event->button() == Qt::RightButton;
+}
+
+/// The rectangle with these two points as opposite corners.
+QRectF spanned(QPointF a, QPointF b)
+{
+    return QRectF(a, b).normalized();
 }
 } // namespace
 
@@ -28,6 +96,263 @@ bool Graph::event(QEvent *event)
     return QGraphicsView::event(event);
 }
 
+// The mouse. The items get no mouse events from the view: it does itself what a press, a drag or a click on them means.
+
+void Graph::mousePressEvent(QMouseEvent *event)
+{
+    if (isForMenu(event)) {
+        return;
+    }
+    noteModifiers(event->modifiers());
+    rubberBanding = true;
+    pressTime = QTime::currentTime();
+    pressScenePos = mapToScene(event->pos());
+    if (edgeEditMode) {
+        drawEdgeAt(pressScenePos);
+    } else {
+        pressAt(pressScenePos);
+    }
+}
+
+void Graph::drawEdgeAt(QPointF point)
+{
+    for (const int d : verticesAt(point)) {
+        const int picked = nodes.indexOf(Node::nodeUnderMouse());
+        // A picked vertex that has left the graph is no partner any more.
+        if (isVertex(picked) && picked != d) {
+            setEdge(d, picked, !edge(d, picked));
+            commit();
+            break;
+        }
+        Node::setNodeUnderMouse(nodes[d]);
+    }
+    rubberBanding = false;
+}
+
+void Graph::pressAt(QPointF point)
+{
+    for (Node *vertex : qAsConst(nodes)) {
+        if (vertex->isSelected()) {
+            vertex->setMousePressPos(vertex->pos());
+        }
+    }
+    for (const int i : verticesAt(point)) {
+        if (!altHeld) {
+            setCursor(Qt::ClosedHandCursor);
+            Node::setNodeUnderMouse(nodes[i]);
+            lastClickedNode = i;
+            rubberBanding = false;
+            nodes[i]->update();
+            return;
+        }
+        joinSelectionTo(i);
+    }
+    selectionRect->setRect(QRectF(point, QSizeF(0, 0)));
+    selectionRect->show();
+}
+
+void Graph::joinSelectionTo(int vertex)
+{
+    for (int j = 0; j < MAX_NODES; j++) {
+        if (j != vertex && nodes[j]->isSelected()) {
+            addEdge(vertex, j);
+        }
+        nodes[j]->setSelected(j == vertex);
+    }
+    changeBest();
+    update_display();
+}
+
+void Graph::mouseMoveEvent(QMouseEvent *event)
+{
+    if (edgeEditMode) {
+        return;
+    }
+    lastMousePos = event->pos();
+    const QPointF point = mapToScene(event->pos());
+    if (rubberBanding) {
+        selectionRect->setRect(spanned(pressScenePos, point));
+    }
+    if (nodeUnderMouse() != nullptr) {
+        setCursor(Qt::ClosedHandCursor);
+        dragTo(point);
+    } else {
+        setCursor(verticesAt(point).isEmpty() ? Qt::ArrowCursor : Qt::OpenHandCursor);
+    }
+    update_display();
+}
+
+void Graph::dragTo(QPointF point)
+{
+    Node *dragged = nodeUnderMouse();
+    nodeMoved = true;
+    if (!dragged->isSelected()) {
+        dragged->setPosition(point.x(), point.y(), 0.0);
+        return;
+    }
+    const QPointF delta = point - dragged->getMousePressPos();
+    for (Node *vertex : qAsConst(nodes)) {
+        if (vertex->isSelected()) {
+            vertex->setPosition(vertex->getMousePressPos() + delta);
+        }
+    }
+}
+
+void Graph::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (edgeEditMode || isForMenu(event)) {
+        return;
+    }
+    Node *pressed = nodeUnderMouse();
+    if (!rubberBanding && pressed != nullptr && !nodeMoved) {
+        pressed->toggleSelected();
+    }
+    const QPointF moved = mapToScene(event->pos()) - pressScenePos;
+    if (pressed == nullptr && pressTime.msecsTo(QTime::currentTime()) > longPress &&
+        QPointF::dotProduct(moved, moved) < stillDistanceSquared) {
+        slot_unselect_all();
+    }
+    nodeMoved = false;
+    if (rubberBanding) {
+        for (const int i : verticesAmong(scene->items(selectionRect->rect()))) {
+            nodes[i]->setSelected(true);
+        }
+    }
+    rubberBanding = false;
+    selectionRect->hide();
+    Node::setNodeUnderMouse(nullptr);
+    setCursor(Qt::OpenHandCursor);
+    update_display();
+}
+
+void Graph::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (edgeEditMode || isForMenu(event)) {
+        return;
+    }
+    const QVector<int> vertices = verticesAt(pressScenePos);
+    if (vertices.isEmpty()) {
+        addJoinedVertex(addMode);
+    } else {
+        nodes[vertices.first()]->toggleNodeDisplay();
+    }
+}
+
+/// The slots of the vertex items among @p items, in their order.
+QVector<int> Graph::verticesAmong(const QList<QGraphicsItem *> &items) const
+{
+    QVector<int> vertices;
+    for (const QGraphicsItem *item : items) {
+        const auto found = std::find(nodes.cbegin(), nodes.cend(), item);
+        if (found != nodes.cend()) {
+            vertices.append(static_cast<int>(found - nodes.cbegin()));
+        }
+    }
+    return vertices;
+}
+
+/// The vertices shown at @p point, the topmost first.
+QVector<int> Graph::verticesAt(QPointF point) const
+{
+    return verticesAmong(scene->items(point, Qt::IntersectsItemShape, Qt::DescendingOrder));
+}
+
+/// The pressed or picked vertex item, null when it belongs to another graph.
+Node *Graph::nodeUnderMouse() const
+{
+    Node *node = Node::nodeUnderMouse();
+    return nodes.contains(node) ? node : nullptr;
+}
+
+// The keyboard.
+
+/// Control and Alt may have been pressed before the viewer got the keyboard.
+void Graph::noteModifiers(Qt::KeyboardModifiers modifiers)
+{
+    altHeld = altHeld || modifiers.testFlag(Qt::AltModifier);
+    ctrlHeld = ctrlHeld || modifiers.testFlag(Qt::ControlModifier);
+}
+
+void Graph::keyPressEvent(QKeyEvent *event)
+{
+    best_restore();
+    noteModifiers(event->modifiers());
+    altHeld = altHeld || event->key() == Qt::Key_Alt;
+    ctrlHeld = ctrlHeld || event->key() == Qt::Key_Control;
+    const KeyCommand *entry =
+        ctrlHeld ? commandOfKey(controlCommands, event->key()) : commandOfKey(plainCommands, event->key());
+    if (entry != nullptr) {
+        (this->*entry->command)();
+    } else if (!ctrlHeld) {
+        moveView(event->key());
+    }
+    slot_update();
+}
+
+void Graph::moveView(int key)
+{
+    switch (key) {
+    case Qt::Key_Right:
+    case Qt::Key_Left: {
+        const double angle = key == Qt::Key_Right ? rotationStep : -rotationStep;
+        rotate(0, altHeld ? 0 : angle, altHeld ? angle : 0);
+        break;
+    }
+    case Qt::Key_Up:
+        rotate(rotationStep, 0, 0);
+        break;
+    case Qt::Key_Down:
+        rotate(-rotationStep, 0, 0);
+        break;
+    case Qt::Key_Minus:
+        scaleView(1 / zoomFactor);
+        break;
+    case Qt::Key_Plus:
+        scaleView(zoomFactor);
+        break;
+    default:
+        break;
+    }
+}
+
+void Graph::keyReleaseEvent(QKeyEvent *event)
+{
+    altHeld = altHeld && event->key() != Qt::Key_Alt;
+    ctrlHeld = ctrlHeld && event->key() != Qt::Key_Control;
+}
+
+// The release of a key that is pressed now will go elsewhere.
+void Graph::focusOutEvent(QFocusEvent *event)
+{
+    altHeld = false;
+    ctrlHeld = false;
+    QGraphicsView::focusOutEvent(event);
+}
+
+/// The key of @p command as text, empty when it has none.
+QString Graph::keyText(Command command)
+{
+    const auto matches = [command](const KeyCommand &entry) { return entry.command == command; };
+    if (const KeyCommand *entry = findCommand(controlCommands, matches)) {
+        return QKeySequence(static_cast<int>(Qt::CTRL) + entry->key).toString(QKeySequence::NativeText);
+    }
+    if (const KeyCommand *entry = findCommand(plainCommands, matches)) {
+        return QKeySequence(entry->key).toString(QKeySequence::NativeText);
+    }
+    return {};
+}
+
+// The selection. It covers the items of all slots, those beyond the graph too.
+
+void Graph::slot_select_all()
+{
+    for (Node *vertex : qAsConst(nodes)) {
+        vertex->setSelected(true);
+        vertex->update();
+    }
+    slot_update();
+}
+
 void Graph::slot_unselect_all()
 {
     for (Node *vertex : qAsConst(nodes)) {
@@ -36,6 +361,72 @@ void Graph::slot_unselect_all()
             vertex->update();
         }
     }
+    slot_update();
+}
+
+void Graph::slot_invert_selection()
+{
+    for (Node *vertex : qAsConst(nodes)) {
+        vertex->toggleSelected();
+        vertex->update();
+    }
+    slot_update();
+}
+
+void Graph::setEdgeEditMode(bool on)
+{
+    Node::setNodeUnderMouse(nullptr);
+    edgeEditMode = on;
+}
+
+void Graph::slot_update()
+{
     countChange();
     emit signal_interactive_graph_changed();
+}
+
+// The history. Its entry at historyIndex is the present state.
+
+void Graph::best_restore()
+{
+    const QMutexLocker bestLocker(&bestLock);
+    const QMutexLocker currentLocker(&currentLock);
+    id = bestId;
+    adjacency = bestAdjacency;
+    setNbNodes(bestNbNodes);
+}
+
+void Graph::backup()
+{
+    // An undo on the empty history has left the index below -1.
+    while (history.size() > qMax(historyIndex + 1, 0)) {
+        delete history.takeLast();
+    }
+    history.append(clone());
+    historyIndex = history.size() - 1;
+}
+
+void Graph::slot_undo()
+{
+    if (historyIndex != 0) {
+        historyIndex--;
+    }
+    restoreFromHistory();
+}
+
+void Graph::slot_redo()
+{
+    if (historyIndex < history.size() - 1) {
+        historyIndex++;
+    }
+    restoreFromHistory();
+}
+
+void Graph::restoreFromHistory()
+{
+    if (historyIndex >= 0 && historyIndex < history.size()) {
+        copy(history[historyIndex]);
+        changeBest();
+        update_display();
+    }
 }

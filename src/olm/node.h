@@ -30,6 +30,8 @@ public:
 
     void addENeighbor(Edge *edge) { eNeighbors.append(edge); }
     QList<Edge *> getENeighbors() const { return eNeighbors; }
+    /// Takes over the attached edges of @p other, which gets those of this vertex.
+    void exchangeENeighbors(Node &other) { eNeighbors.swap(other.eNeighbors); }
 
     QString getName() const { return name; }
     QString nodeName() const { return name; }

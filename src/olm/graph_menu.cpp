@@ -1,0 +1,138 @@
+#include "graph.h"
+#include "node.h"
+
+#include <QActionGroup>
+#include <QMenu>
+
+namespace
+{
+/// The diameter of the circle that the menu places the vertices on, in scene units.
+constexpr double circleDiameter = 200.0;
+} // namespace
+
+/// An entry that carries out a command; without a text, a line between entries.
+struct Graph::MenuEntry {
+    QString text;
+    Command command = nullptr;
+    bool enabled = true;
+    /// What it takes to show the result of a command that does not show it by itself.
+    Command showResult = nullptr;
+};
+
+/// An entry that switches something on or off, or chooses one of several modes.
+struct Graph::MenuSwitch {
+    QString text;
+    bool on;
+    std::function<void(bool)> set;
+};
+
+void Graph::showMenu(QPoint position)
+{
+    const bool dragging = rubberBanding || (!edgeEditMode && nodeUnderMouse() != nullptr);
+    if (dragging) {
+        return; // The menu would swallow the release of the button.
+    }
+    QMenu *menu = createMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(viewport()->mapToGlobal(position));
+}
+
+QMenu *Graph::createMenu()
+{
+    const int n = usedSlots(nbNodes);
+    const int selected = selectedVertices(n).size();
+    const bool any = n > 0;
+    const bool pair = n > 1;
+    const bool room = n < MAX_NODES;
+    const bool selection = selected > 0;
+    const bool selectedPair = selected > 1;
+    const bool roomForCopy = selection && n + selected <= MAX_NODES;
+
+    auto *menu = new QMenu(this);
+    addEntries(menu, {{tr("Undo"), &Graph::slot_undo, historyIndex > 0},
+                      {tr("Redo"), &Graph::slot_redo, historyIndex < history.size() - 1},
+                      {}});
+    addModes(menu->addMenu(tr("Double-click adds")),
+             {{tr("Clique vertex"), addMode == NewVertex::Clique, [this](bool) { slot_set_add_k(); }},
+              {tr("Bipartite vertex"), addMode == NewVertex::Bipartite, [this](bool) { slot_set_add_bip(); }},
+              {tr("Tail vertex"), addMode == NewVertex::Tail, [this](bool) { slot_set_add_tail(); }}});
+    addSwitch(menu, {tr("Draw edges"), edgeEditMode, [this](bool on) { setEdgeEditMode(on); }});
+    menu->addSeparator();
+    addEntries(menu->addMenu(tr("Select")), {{tr("All"), &Graph::slot_select_all, any},
+                                             {tr("None"), &Graph::slot_unselect_all, selection},
+                                             {tr("Invert"), &Graph::slot_invert_selection, any}});
+    addEntries(menu->addMenu(tr("Edit")), {{tr("Add vertex"), &Graph::slot_addv, room},
+                                           {tr("Add clique vertex"), &Graph::addK, room},
+                                           {tr("Add bipartite vertex"), &Graph::addBip, room},
+                                           {tr("Add tail vertex"), &Graph::addTail, room},
+                                           {tr("Remove selected vertices"), &Graph::slot_remv, selection},
+                                           {},
+                                           {tr("Join selected vertices"), &Graph::slot_adde, selectedPair},
+                                           {tr("Separate selected vertices"), &Graph::slot_reme, selectedPair},
+                                           {tr("Complement selection"), &Graph::slot_complement, selectedPair},
+                                           {tr("Cut selection off"), &Graph::slot_remcut, selection},
+                                           {},
+                                           {tr("Link all diametral pairs"), &Graph::slot_link_diameter, pair},
+                                           {tr("Link one diametral pair"), &Graph::slot_link_one_diameter, pair}});
+    addEntries(menu->addMenu(tr("Duplicate selection")),
+               {{tr("Copy"), &Graph::slot_duplicate, roomForCopy},
+                {tr("Copy linked to its source"), &Graph::slot_duplicate_link, roomForCopy},
+                {tr("False twins"), &Graph::slot_duplicate_twins, roomForCopy},
+                {tr("True twins"), &Graph::slot_duplicate_link_twins, roomForCopy}});
+    QMenu *layout = menu->addMenu(tr("Layout"));
+    addEntries(layout, {{tr("Circle"), &Graph::standOnCircle, any, &Graph::update_display},
+                        {tr("Random placement"), &Graph::slot_randomPosition, any, &Graph::update_display},
+                        {tr("Reorganise"), &Graph::slot_reorganize, pair, &Graph::commit},
+                        {tr("Relabel"), &Graph::slot_relabel, pair, &Graph::commit}});
+    addSwitch(layout, {tr("Spin"), rotationTimerId != 0, [this](bool) { toggleAnim(); }});
+    addEntries(menu, {{},
+                      {tr("Open..."), &Graph::slot_open},
+                      {tr("Save..."), &Graph::slot_save},
+                      {tr("Import..."), &Graph::slot_import_graph},
+                      {tr("Export..."), &Graph::slot_export_graph},
+                      {tr("Print..."), &Graph::slot_print}});
+    return menu;
+}
+
+void Graph::addEntries(QMenu *menu, const QVector<MenuEntry> &entries)
+{
+    for (const MenuEntry &entry : entries) {
+        if (entry.text.isEmpty()) {
+            menu->addSeparator();
+            continue;
+        }
+        // The key is text only: keyPressEvent() handles it.
+        const QString key = keyText(entry.command);
+        QAction *action = menu->addAction(key.isEmpty() ? entry.text : entry.text + QLatin1Char('\t') + key);
+        action->setEnabled(entry.enabled);
+        connect(action, &QAction::triggered, this, [this, entry]() {
+            (this->*entry.command)();
+            if (entry.showResult != nullptr) {
+                (this->*entry.showResult)();
+            }
+        });
+    }
+}
+
+QAction *Graph::addSwitch(QMenu *menu, const MenuSwitch &entry)
+{
+    QAction *action = menu->addAction(entry.text);
+    action->setCheckable(true);
+    action->setChecked(entry.on);
+    connect(action, &QAction::triggered, this, entry.set);
+    return action;
+}
+
+void Graph::addModes(QMenu *menu, const QVector<MenuSwitch> &modes)
+{
+    auto *group = new QActionGroup(menu);
+    for (const MenuSwitch &mode : modes) {
+        group->addAction(addSwitch(menu, mode));
+    }
+}
+
+void Graph::standOnCircle()
+{
+    place_circle(circleDiameter);
+    changeBest();
+}
