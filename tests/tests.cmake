@@ -26,6 +26,7 @@ tavoline_test(tst_graph6_nauty tavoline_viewer)
 tavoline_window_test(tst_graph_files tavoline_viewer)
 tavoline_window_test(tst_graph_printing tavoline_viewer)
 tavoline_test(tst_graph_commands tavoline_viewer)
+tavoline_window_test(tst_graph_interaction tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)
