@@ -27,6 +27,7 @@ tavoline_window_test(tst_graph_files tavoline_viewer)
 tavoline_window_test(tst_graph_printing tavoline_viewer)
 tavoline_test(tst_graph_commands tavoline_viewer)
 tavoline_window_test(tst_graph_interaction tavoline_viewer)
+tavoline_window_test(tst_graph_menu tavoline_viewer)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)
