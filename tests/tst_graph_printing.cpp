@@ -130,7 +130,7 @@ void TestGraphPrinting::init()
 
 QString TestGraphPrinting::printed(Graph &graph) const
 {
-    const QString file = path(QStringLiteral("graph.pdf"));
+    QString file = path(QStringLiteral("graph.pdf"));
     graph.setWD(directory.path());
     const driver::DialogAnswer answer = driver::DialogAnswer::withFile(file);
     graph.slot_print();
@@ -232,7 +232,9 @@ void TestGraphPrinting::thirtyTwoVertices()
     fill(graph, QStringLiteral("32 ") + QString(496, QLatin1Char('0')));
     // On a grid of 8 x 4, in which only the neighbours 0-1 and 30-31 are joined.
     for (int i = 0; i < 32; i++) {
-        graph.setPos(i, QPointF(i % 8, 3.0 * (i / 8)));
+        const int column = i % 8;
+        const int row = i / 8;
+        graph.setPos(i, QPointF(column, row));
     }
     graph.addEdge(0, 1);
     graph.addEdge(30, 31);
@@ -240,10 +242,12 @@ void TestGraphPrinting::thirtyTwoVertices()
     graph.update_display();
     const QImage page = rendered(printed(graph));
     for (int i = 0; i < 32; i++) {
-        QCOMPARE(inkAt(page, onPage(i % 8 / 7.0, i / 8 / 3.0)), Ink::Disc);
-        if (i % 8 < 7) {
+        const int column = i % 8;
+        const int row = i / 8;
+        QCOMPARE(inkAt(page, onPage(column / 7.0, row / 3.0)), Ink::Disc);
+        if (column < 7) {
             const bool joined = i == 0 || i == 30;
-            QCOMPARE(inkAt(page, onPage((i % 8 + 0.5) / 7.0, i / 8 / 3.0)), joined ? Ink::Line : Ink::Paper);
+            QCOMPARE(inkAt(page, onPage((column + 0.5) / 7.0, row / 3.0)), joined ? Ink::Line : Ink::Paper);
         }
     }
 }
