@@ -1,5 +1,6 @@
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "support/fulldisk.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
@@ -13,10 +14,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
 #include <memory>
 #include <sstream>
-#include <sys/resource.h>
 
 namespace
 {
@@ -111,30 +110,6 @@ private:
     QStringList files;
     QPointer<QWidget> last;
     QTimer timer;
-};
-
-/// Lets no file grow beyond 16 bytes while the object lives, as if the disk were full.
-class FullDisk
-{
-public:
-    FullDisk() : signalHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before);
-        rlimit limit = before;
-        limit.rlim_cur = 16;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, signalHandler);
-    }
-    FullDisk(const FullDisk &) = delete;
-    FullDisk &operator=(const FullDisk &) = delete;
-
-private:
-    rlimit before{};
-    void (*signalHandler)(int);
 };
 
 const QString openingBox = QStringLiteral("Opening|Cannot open graph|OK");

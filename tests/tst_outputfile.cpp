@@ -1,0 +1,122 @@
+#include "outputfile.h"
+#include "support/fulldisk.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace
+{
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
+}
+
+std::function<void(OutputFile &)> text(const QByteArray &bytes)
+{
+    return [bytes](OutputFile &file) { file.write(bytes); };
+}
+} // namespace
+
+class TestOutputFile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { directory = std::make_unique<QTemporaryDir>(); }
+
+    void writesANewFile();
+    void replacesAFile();
+    void fullDiskKeepsTheOldFile_data();
+    void fullDiskKeepsTheOldFile();
+    void fullDiskLeavesNoNewFile();
+    void targetsThatCannotBeOpened();
+    void devices();
+
+private:
+    QString path(const char *name) const { return directory->filePath(QString::fromLatin1(name)); }
+    QStringList files() const { return QDir(directory->path()).entryList(QDir::Files | QDir::Hidden); }
+
+    std::unique_ptr<QTemporaryDir> directory;
+};
+
+void TestOutputFile::writesANewFile()
+{
+    QCOMPARE(writeFile(path("file"), text("some text")), WriteResult::Written);
+    QCOMPARE(contents(path("file")), QByteArray("some text"));
+    QCOMPARE(writeFile(path("empty"), text(QByteArray())), WriteResult::Written);
+    QCOMPARE(contents(path("empty")), QByteArray());
+    QCOMPARE(files(), (QStringList{QStringLiteral("empty"), QStringLiteral("file")}));
+}
+
+void TestOutputFile::replacesAFile()
+{
+    QCOMPARE(writeFile(path("file"), text("a long first text")), WriteResult::Written);
+    QCOMPARE(writeFile(path("file"), text("short")), WriteResult::Written);
+    QCOMPARE(contents(path("file")), QByteArray("short"));
+    QCOMPARE(files(), QStringList{QStringLiteral("file")});
+}
+
+void TestOutputFile::fullDiskKeepsTheOldFile_data()
+{
+    QTest::addColumn<int>("blocks");
+    QTest::addColumn<int>("size");
+    QTest::newRow("within the buffer") << 1 << 17;
+    QTest::newRow("in one large block") << 1 << 1000000;
+    QTest::newRow("in many blocks") << 100000 << 5;
+}
+
+void TestOutputFile::fullDiskKeepsTheOldFile()
+{
+    QFETCH(int, blocks);
+    QFETCH(int, size);
+    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
+    WriteResult result = WriteResult::Written;
+    {
+        const FullDisk disk;
+        result = writeFile(path("file"), [&](OutputFile &file) {
+            for (int i = 0; i < blocks; i++) {
+                file.write(QByteArray(size, 'x'));
+            }
+        });
+    }
+    QCOMPARE(result, WriteResult::Failed);
+    QCOMPARE(contents(path("file")), QByteArray("old"));
+    QCOMPARE(files(), QStringList{QStringLiteral("file")});
+}
+
+void TestOutputFile::fullDiskLeavesNoNewFile()
+{
+    WriteResult tooLong = WriteResult::Written;
+    WriteResult fitting = WriteResult::Failed;
+    {
+        const FullDisk disk;
+        tooLong = writeFile(path("long"), text("more than sixteen bytes"));
+        fitting = writeFile(path("fitting"), text("sixteen bytes..."));
+    }
+    QCOMPARE(tooLong, WriteResult::Failed);
+    QCOMPARE(fitting, WriteResult::Written);
+    QCOMPARE(files(), QStringList{QStringLiteral("fitting")});
+}
+
+void TestOutputFile::targetsThatCannotBeOpened()
+{
+    QCOMPARE(writeFile(QString(), text("x")), WriteResult::NotOpened);
+    QCOMPARE(writeFile(directory->path(), text("x")), WriteResult::NotOpened);
+    QCOMPARE(writeFile(path("missing/file"), text("x")), WriteResult::NotOpened);
+    QCOMPARE(files(), QStringList());
+}
+
+void TestOutputFile::devices()
+{
+    QCOMPARE(writeFile(QStringLiteral("/dev/null"), text("x")), WriteResult::Written);
+    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text("x")), WriteResult::Failed);
+    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(1000000, 'x'))), WriteResult::Failed);
+}
+
+QTEST_GUILESS_MAIN(TestOutputFile)
+#include "tst_outputfile.moc"
