@@ -1,4 +1,3 @@
-#include "invariantline.h"
 #include "support/fulldisk.h"
 #include "support/loadedengine.h"
 #include "support/signalrecorder.h"
@@ -8,8 +7,6 @@
 #include <QtTest>
 
 #include <limits>
-#include <random>
-#include <string>
 
 /// The invariant files and the graph file.
 class TestInvariantFiles : public QObject
@@ -17,7 +14,6 @@ class TestInvariantFiles : public QObject
     Q_OBJECT
 
 private slots:
-    void linesLikeText();
     void savedBytes();
     void oneThird();
     void savedGraphs();
@@ -44,33 +40,6 @@ using Load = bool (TAVSearchEngine::*)(const QString &);
 } // namespace
 
 Q_DECLARE_METATYPE(Load)
-
-/// The reading of a line is that of decoding and splitting it as text.
-void TestInvariantFiles::linesLikeText()
-{
-    constexpr unsigned seed = 20260101;
-    std::mt19937 random(seed);
-    const std::string alphabet("\t\t\t\r A_1290.eE+-naNiIf,x\xc3\xa9\xff\xef\xbb\xbf\0", 34);
-    for (int round = 0; round < 100000; ++round) {
-        std::string bytes;
-        for (int length = int(random() % 14); length > 0; --length) {
-            bytes += alphabet[random() % alphabet.size()];
-        }
-        QString text = QString::fromUtf8(bytes.data(), int(bytes.size()));
-        const QStringList fields = text.remove(QLatin1Char('\r')).split(QLatin1Char('\t'));
-        InvariantLine line;
-        const bool complete = parseInvariantLine(bytes, line);
-        const QByteArray what = QByteArray::fromStdString(bytes).toHex();
-        QVERIFY2(complete == (fields.size() >= 2), what.constData());
-        if (complete) {
-            bool isNumber = false;
-            const double value = fields.at(1).toDouble(&isNumber);
-            QVERIFY2(line.name == fields.first(), what.constData());
-            QVERIFY2(line.missing == !isNumber, what.constData());
-            QVERIFY2(line.value == value || (qIsNaN(line.value) && qIsNaN(value)), what.constData());
-        }
-    }
-}
 
 void TestInvariantFiles::savedBytes()
 {

@@ -401,6 +401,10 @@ void TestNode::boundingRectAndShape()
     node.setRadius(12.5);
     QCOMPARE(node.getRadius(), 12.5);
     QCOMPARE(node.boundingRect(), QRectF(-14.5, -14.5, 30, 30));
+    node.setLabel(QStringLiteral("2.5")); // its box is drawn too, and is wider than the disc
+    QCOMPARE(node.boundingRect(), QRectF(-42, -14.5, 84, 35.5));
+    node.setLabel(QString());
+    QCOMPARE(node.boundingRect(), QRectF(-14.5, -14.5, 30, 30));
     QCOMPARE(node.shape().boundingRect(), QRectF(-12.5, -12.5, 25, 25));
 }
 

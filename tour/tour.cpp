@@ -5,6 +5,8 @@
 
 #include "TAVmainwindow.h"
 #include "applicationtitle.h"
+#include "olm/graph.h"
+#include "olm/node.h"
 #include "support/windowdriver.h"
 
 #include <QApplication>
@@ -13,6 +15,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
@@ -36,6 +39,8 @@ public:
         compareInvariants();
         combineLists();
         browseTheResult();
+        editTheGraph();
+        saveAndPrintTheGraph();
     }
 
 private:
@@ -113,6 +118,57 @@ private:
         expect(window.findChild<QLabel *>(QStringLiteral("position"))->text().contains(QStringLiteral("/22 ")),
                "the union is browsed");
         save("browse-union");
+    }
+
+    void editTheGraph()
+    {
+        Graph *view = window.findChild<Graph *>();
+        view->setFocus();
+        for (const int vertex : {0, 1}) {
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                              view->mapFromScene(view->node(vertex)->position()));
+        }
+        QTest::mouseMove(view->viewport(), view->mapFromScene(QPointF(190, 90)));
+        QTest::qWait(50); // until the move has arrived: the new vertex appears under the mouse
+        QTest::keyClick(view, Qt::Key_K);
+        expect(view->getNbNodes() == 9 && view->degree(8) == 2, "K joins a new vertex to the two that are selected");
+        save("clique-vertex");
+        QTest::keyClick(view, Qt::Key_D, Qt::ControlModifier);
+        expect(view->getNbNodes() == 12, "the selection is duplicated");
+        save("duplicate");
+        const QString before = view->g6currentGraphData();
+        const bool joined = view->edge(9, 11);
+        QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+        expect(view->edge(9, 11) != joined, "the selection is complemented");
+        save("complement");
+        QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
+        expect(view->g6currentGraphData() == before, "undo takes the complement back");
+        save("undo");
+    }
+
+    void saveAndPrintTheGraph()
+    {
+        Graph *view = window.findChild<Graph *>();
+        emit view->customContextMenuRequested(view->viewport()->rect().center());
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        expect(menu != nullptr, "the context menu opens");
+        savePicture(*menu, "context-menu");
+        const QString graphFile = results.filePath(QStringLiteral("edited.golm3"));
+        const driver::DialogAnswer saving = driver::DialogAnswer::withFile(graphFile);
+        const QList<QAction *> entries = menu->actions();
+        for (QAction *entry : entries) {
+            if (entry->text() == QLatin1String("Save...")) {
+                QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(entry).center());
+                break;
+            }
+        }
+        expect(saving.done() && QFile::exists(graphFile), "the graph is saved");
+
+        const QString page = results.filePath(QStringLiteral("edited.pdf"));
+        const driver::DialogAnswer printing = driver::DialogAnswer::withFile(page);
+        QTest::keyClick(view, Qt::Key_P, Qt::ControlModifier);
+        expect(printing.done() && QFile::exists(page), "the graph is printed");
+        save("printed");
     }
 
     void nameList(const QString &name)

@@ -338,15 +338,14 @@ private:
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
     void warn(const QString &title, const QString &text);
 
-    void noteModifiers(Qt::KeyboardModifiers modifiers);
     QVector<int> verticesAmong(const QList<QGraphicsItem *> &items) const;
     QVector<int> verticesAt(QPointF point) const;
     Node *nodeUnderMouse() const;
     void drawEdgeAt(QPointF point);
-    void pressAt(QPointF point);
+    void pressAt(QPointF point, bool alt);
     void joinSelectionTo(int vertex);
     void dragTo(QPointF point);
-    void moveView(int key);
+    void moveView(int key, bool alt);
     void restoreFromHistory();
     static QString keyText(Command command);
 
@@ -387,6 +386,7 @@ private:
     QPoint lastMousePos;
     QString workDir;
     QGraphicsRectItem *selectionRect = nullptr;
+    QMenu *shownMenu = nullptr; // the last one; a child of the view
     double rescaleSize = 300.0;
     bool uniformScale = false;
     NewVertex addMode = NewVertex::Clique;

@@ -103,14 +103,13 @@ void Graph::mousePressEvent(QMouseEvent *event)
     if (isForMenu(event)) {
         return;
     }
-    noteModifiers(event->modifiers());
     rubberBanding = true;
     pressTime = QTime::currentTime();
     pressScenePos = mapToScene(event->pos());
     if (edgeEditMode) {
         drawEdgeAt(pressScenePos);
     } else {
-        pressAt(pressScenePos);
+        pressAt(pressScenePos, altHeld || event->modifiers().testFlag(Qt::AltModifier));
     }
 }
 
@@ -129,7 +128,7 @@ void Graph::drawEdgeAt(QPointF point)
     rubberBanding = false;
 }
 
-void Graph::pressAt(QPointF point)
+void Graph::pressAt(QPointF point, bool alt)
 {
     for (Node *vertex : qAsConst(nodes)) {
         if (vertex->isSelected()) {
@@ -137,7 +136,7 @@ void Graph::pressAt(QPointF point)
         }
     }
     for (const int i : verticesAt(point)) {
-        if (!altHeld) {
+        if (!alt) {
             setCursor(Qt::ClosedHandCursor);
             Node::setNodeUnderMouse(nodes[i]);
             lastClickedNode = i;
@@ -266,36 +265,31 @@ Node *Graph::nodeUnderMouse() const
 
 // The keyboard.
 
-/// Control and Alt may have been pressed before the viewer got the keyboard.
-void Graph::noteModifiers(Qt::KeyboardModifiers modifiers)
-{
-    altHeld = altHeld || modifiers.testFlag(Qt::AltModifier);
-    ctrlHeld = ctrlHeld || modifiers.testFlag(Qt::ControlModifier);
-}
-
 void Graph::keyPressEvent(QKeyEvent *event)
 {
     best_restore();
-    noteModifiers(event->modifiers());
     altHeld = altHeld || event->key() == Qt::Key_Alt;
     ctrlHeld = ctrlHeld || event->key() == Qt::Key_Control;
+    // They may also have been pressed before the viewer got the keyboard: that counts for this key only.
+    const bool alt = altHeld || event->modifiers().testFlag(Qt::AltModifier);
+    const bool control = ctrlHeld || event->modifiers().testFlag(Qt::ControlModifier);
     const KeyCommand *entry =
-        ctrlHeld ? commandOfKey(controlCommands, event->key()) : commandOfKey(plainCommands, event->key());
+        control ? commandOfKey(controlCommands, event->key()) : commandOfKey(plainCommands, event->key());
     if (entry != nullptr) {
         (this->*entry->command)();
-    } else if (!ctrlHeld) {
-        moveView(event->key());
+    } else if (!control) {
+        moveView(event->key(), alt);
     }
     slot_update();
 }
 
-void Graph::moveView(int key)
+void Graph::moveView(int key, bool alt)
 {
     switch (key) {
     case Qt::Key_Right:
     case Qt::Key_Left: {
         const double angle = key == Qt::Key_Right ? rotationStep : -rotationStep;
-        rotate(0, altHeld ? 0 : angle, altHeld ? angle : 0);
+        rotate(0, alt ? 0 : angle, alt ? angle : 0);
         break;
     }
     case Qt::Key_Up:
@@ -376,6 +370,12 @@ void Graph::slot_invert_selection()
 void Graph::setEdgeEditMode(bool on)
 {
     Node::setNodeUnderMouse(nullptr);
+    // A button may be down: its release will find another mode.
+    rubberBanding = false;
+    nodeMoved = false;
+    if (selectionRect != nullptr) {
+        selectionRect->hide();
+    }
     edgeEditMode = on;
 }
 

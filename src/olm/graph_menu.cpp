@@ -32,9 +32,10 @@ void Graph::showMenu(QPoint position)
     if (dragging) {
         return; // The menu would swallow the release of the button.
     }
-    QMenu *menu = createMenu();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(viewport()->mapToGlobal(position));
+    // Not deleted when it closes: an entry may open a dialog, whose event loop runs inside the menu's own handlers.
+    delete shownMenu;
+    shownMenu = createMenu();
+    shownMenu->popup(viewport()->mapToGlobal(position));
 }
 
 QMenu *Graph::createMenu()

@@ -21,6 +21,8 @@ constexpr double initialRadius = 40.0;
 /// A release at least this far, in pixels along an axis, from the press puts the vertex there.
 constexpr int dragDistance = 6;
 constexpr int emphasisWidth = 4;
+constexpr double farAway = 1e6;
+const QRectF labelBox(QPointF(-41, -10), QPointF(41, 20));
 } // namespace
 
 QVector<QColor> Node::NodeColor;
@@ -133,6 +135,7 @@ void Node::setColor(int index)
 
 void Node::setLabel(const QString &text)
 {
+    prepareGeometryChange();
     label = text;
     update();
 }
@@ -150,6 +153,11 @@ void Node::setSizeRatio(double value)
     prepareGeometryChange();
     sizeRatio = value;
     drawRadius = radius * (1.0 + sizeRatio);
+}
+
+void Node::setMousePressPos(QPointF point)
+{
+    mousePressPos = QPoint(qRound(qBound(-farAway, point.x(), farAway)), qRound(qBound(-farAway, point.y(), farAway)));
 }
 
 void Node::toggleNodeDisplay()
@@ -191,7 +199,8 @@ void Node::display() const
 
 QRectF Node::boundingRect() const
 {
-    return {-drawRadius - 2.0, -drawRadius - 2.0, 2.0 * drawRadius + 5.0, 2.0 * drawRadius + 5.0};
+    const QRectF disc(-drawRadius - 2.0, -drawRadius - 2.0, 2.0 * drawRadius + 5.0, 2.0 * drawRadius + 5.0);
+    return label.isEmpty() ? disc : disc.united(labelBox.adjusted(-1, -1, 1, 1));
 }
 
 QPainterPath Node::shape() const
@@ -265,11 +274,10 @@ void Node::paintLabel(QPainter *painter) const
     if (label.isEmpty()) {
         return;
     }
-    const QRectF box(QPointF(-41, -10), QPointF(41, 20));
     painter->setBrush(Qt::white);
     painter->setPen(Qt::blue);
-    painter->drawRect(box);
-    painter->drawText(box.topLeft() + QPointF(7, 25), label);
+    painter->drawRect(labelBox);
+    painter->drawText(labelBox.topLeft() + QPointF(7, 25), label);
 }
 
 QBrush Node::fill() const

@@ -84,7 +84,8 @@ public:
     void setPrintMode(bool on) { printMode = on; }
 
     QPoint getMousePressPos() const { return mousePressPos; }
-    void setMousePressPos(QPointF point) { mousePressPos = point.toPoint(); }
+    /// Takes the nearest whole numbers; a place beyond any screen counts as one at its border.
+    void setMousePressPos(QPointF point);
 
     /// Shows or hides the information dialog, if there is one.
     void toggleNodeDisplay();
