@@ -346,6 +346,7 @@ private:
     void joinSelectionTo(int vertex);
     void dragTo(QPointF point);
     void moveView(int key, bool alt);
+    void releaseModifiers();
     void restoreFromHistory();
     static QString keyText(Command command);
 

@@ -315,12 +315,17 @@ void Graph::keyReleaseEvent(QKeyEvent *event)
     ctrlHeld = ctrlHeld && event->key() != Qt::Key_Control;
 }
 
-// The release of a key that is pressed now will go elsewhere.
 void Graph::focusOutEvent(QFocusEvent *event)
+{
+    releaseModifiers();
+    QGraphicsView::focusOutEvent(event);
+}
+
+/// Forgets the keys that are held: their releases go elsewhere, to a dialog for example.
+void Graph::releaseModifiers()
 {
     altHeld = false;
     ctrlHeld = false;
-    QGraphicsView::focusOutEvent(event);
 }
 
 /// The key of @p command as text, empty when it has none.

@@ -466,6 +466,7 @@ void Graph::slot_open()
 {
     const QString path =
         QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to load"), workDir, QStringLiteral("*.golm3"));
+    releaseModifiers();
     const bool done = open(path);
     update_display();
     concludeFileCommand(done, path, QStringLiteral("Failed to load graph."));
@@ -476,6 +477,7 @@ void Graph::slot_save()
     const QString extension = QStringLiteral("golm3");
     QString path =
         QFileDialog::getSaveFileName(this, QStringLiteral("Save graph as"), workDir, QStringLiteral("*.golm3"));
+    releaseModifiers();
     if (!path.isEmpty() && QFileInfo(path).suffix() != extension) {
         path += QLatin1Char('.') + extension;
     }
@@ -486,6 +488,7 @@ void Graph::slot_import_graph()
 {
     const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to import"), workDir,
                                                       QStringLiteral("*.edgelist"));
+    releaseModifiers();
     const bool done = import_el(path);
     update_display();
     concludeFileCommand(done, path, QStringLiteral("Failed to import graph."));
@@ -495,6 +498,7 @@ void Graph::slot_export_graph()
 {
     const QString path =
         QFileDialog::getSaveFileName(this, QStringLiteral("Export graph as"), workDir, QStringLiteral("*.edgelist"));
+    releaseModifiers();
     concludeFileCommand(export_graph(path), path, QStringLiteral("Failed to export graph."));
 }
 

@@ -34,6 +34,7 @@ void Graph::slot_print()
 {
     const QString path =
         QFileDialog::getSaveFileName(this, QStringLiteral("Save  graphs as "), workDir, QStringLiteral("*.pdf"));
+    releaseModifiers();
     if (path.isEmpty()) {
         return;
     }
