@@ -15,7 +15,7 @@
 
 namespace
 {
-/// The scene reaches this far from the origin, beyond the largest size of the drawing.
+/// The scene reaches this far from the origin; what stands beyond it is seen by zooming out.
 constexpr double sceneExtent = 600.0;
 
 /// A random coordinate from 0.0 to 199.9 in steps of 0.1.

@@ -95,7 +95,8 @@ public:
     void changeBest();
     /// Shows on the background whether a constraint is violated (gray) or not (white).
     void setViolated(bool value);
-    /// Takes the lock of the best graph, for callers that read it across several calls.
+    /// Takes the lock of the best graph. Whoever holds it calls nothing that takes it: bestEdge(), graphData(),
+    /// best_backup(), update_display().
     void lock() { bestLock.lock(); }
     void unlock() { bestLock.unlock(); }
     /// Writes the change counter and both matrices to the standard error stream.
