@@ -1,0 +1,30 @@
+#include "canonicalform.h"
+
+#include <algorithm>
+#include <cmath>
+#include <nauty.h>
+
+static_assert(sizeof(setword) == sizeof(std::uint64_t), "a row of a small graph is one set of nauty's");
+
+CanonicalForm canonicalForm(const SmallGraph &given)
+{
+    CanonicalForm form;
+    form.graph.order = given.order;
+    if (given.order == 0) {
+        return form;
+    }
+    static DEFAULTOPTIONS_GRAPH(defaults);
+    optionblk options = defaults;
+    options.getcanon = TRUE;
+    statsblk statistics;
+    std::array<setword, SmallGraph::MaxOrder> rows{};
+    std::array<setword, SmallGraph::MaxOrder> canonicalRows{};
+    std::copy_n(given.rows.begin(), given.order, rows.begin());
+    std::array<int, SmallGraph::MaxOrder> labels{};
+    std::array<int, SmallGraph::MaxOrder> partition{};
+    densenauty(rows.data(), labels.data(), partition.data(), form.orbits.data(), &options, &statistics, 1, given.order,
+               canonicalRows.data());
+    std::copy_n(canonicalRows.begin(), given.order, form.graph.rows.begin());
+    form.automorphisms = statistics.grpsize1 * std::pow(10.0, statistics.grpsize2);
+    return form;
+}

@@ -1,0 +1,80 @@
+#include "commandline.h"
+
+#include <QThread>
+
+#include <cstdio>
+#include <utility>
+
+namespace
+{
+constexpr int maximalJobCount = 1024;
+}
+
+CommandError::CommandError(QString text, ExitStatus status)
+    : message(std::move(text))
+    , bytes(message.toLocal8Bit())
+    , exitStatus(status)
+{
+}
+
+CommandError::CommandError(const QString &file, qint64 line, const QString &text)
+    : CommandError(QStringLiteral("%1:%2: %3").arg(inputName(file), QString::number(line), text))
+{
+}
+
+QString inputName(const QString &path)
+{
+    return path == standardStream ? QStringLiteral("standard input") : path;
+}
+
+bool parseArguments(QCommandLineParser &parser, const QStringList &arguments)
+{
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Displays this help."));
+    parser.addOption(help);
+    if (!parser.parse(arguments)) {
+        throw CommandError(parser.errorText(), WrongUsage);
+    }
+    if (parser.isSet(help)) {
+        QString text = parser.helpText();
+        text.replace(0, text.indexOf(QLatin1String(" [options]")), QStringLiteral("Usage: tav ") + arguments.first());
+        std::fputs(qPrintable(text), stdout);
+        return false;
+    }
+    return true;
+}
+
+QCommandLineOption jobsOption()
+{
+    return {{QStringLiteral("j"), QStringLiteral("jobs")},
+            QStringLiteral("Use <N> processors; by default all there are. The result is the same."),
+            QStringLiteral("N")};
+}
+
+int jobCount(const QCommandLineParser &parser)
+{
+    const QString option = QStringLiteral("jobs");
+    if (!parser.isSet(option)) {
+        return QThread::idealThreadCount();
+    }
+    bool isNumber = false;
+    const int count = parser.value(option).toInt(&isNumber);
+    if (!isNumber || count < 1 || count > maximalJobCount) {
+        throw CommandError(QStringLiteral("Not a number of processors from 1 to 1024: '%1'.").arg(parser.value(option)),
+                           WrongUsage);
+    }
+    return count;
+}
+
+QCommandLineOption outputOption()
+{
+    return {{QStringLiteral("o"), QStringLiteral("output")},
+            QStringLiteral("Write to <FILE>, which is replaced when the new one is complete; by default, and for '-', "
+                           "to standard output."),
+            QStringLiteral("FILE"),
+            standardStream};
+}
+
+QString outputPath(const QCommandLineParser &parser)
+{
+    return parser.value(QStringLiteral("output"));
+}

@@ -1,0 +1,13 @@
+#ifndef TAVOLINE_INPUT_H
+#define TAVOLINE_INPUT_H
+
+#include <QString>
+
+#include <functional>
+#include <string_view>
+
+/// Reads the file @p path, or standard input for "-", line by line: @p take gets each line, without its line end, and
+/// its number, counted from 1, until it returns false. Throws CommandError when the file cannot be opened or read.
+void readLines(const QString &path, const std::function<bool(std::string_view line, qint64 number)> &take);
+
+#endif

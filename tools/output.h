@@ -1,0 +1,18 @@
+#ifndef TAVOLINE_OUTPUT_H
+#define TAVOLINE_OUTPUT_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+/// Takes the next bytes of an output.
+using Write = std::function<void(const QByteArray &bytes)>;
+
+/// Writes the file @p path, or standard output for "-", with what @p produce gives to its argument. The file is
+/// replaced when the new one is complete; when it cannot be written (CommandError), when a signal asks for the end
+/// (Interrupted) or when @p produce throws, what stood there stays and nothing is left behind. Once something cannot be
+/// written, or a signal has come, the next call of Write ends @p produce.
+void writeOutput(const QString &path, const std::function<void(const Write &write)> &produce);
+
+#endif
