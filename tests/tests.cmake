@@ -31,6 +31,10 @@ tavoline_test(tst_graph_commands tavoline_viewer)
 tavoline_window_test(tst_graph_interaction tavoline_viewer)
 tavoline_window_test(tst_graph_menu tavoline_viewer)
 
+# The companion program.
+tavoline_tool_test(tst_tav_build tavoline_core)
+tavoline_tool_test(tst_tav_info tavoline_core)
+
 # The window.
 tavoline_window_test(tst_browsing window_fixture)
 tavoline_window_test(tst_commands window_fixture)

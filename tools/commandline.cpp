@@ -43,6 +43,16 @@ bool parseArguments(QCommandLineParser &parser, const QStringList &arguments)
     return true;
 }
 
+QString onlyArgument(const QCommandLineParser &parser, const QString &what)
+{
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != 1) {
+        throw CommandError(QStringLiteral("Exactly one %1 expected, %2 given.").arg(what).arg(arguments.size()),
+                           WrongUsage);
+    }
+    return arguments.first();
+}
+
 QCommandLineOption jobsOption()
 {
     return {{QStringLiteral("j"), QStringLiteral("jobs")},

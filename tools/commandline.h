@@ -42,6 +42,10 @@ QString inputName(const QString &path);
 /// help was asked for and printed; throws CommandError (WrongUsage) when they do not fit.
 bool parseArguments(QCommandLineParser &parser, const QStringList &arguments);
 
+/// The one positional argument; throws CommandError (WrongUsage), naming @p what is expected, when there is not exactly
+/// one.
+QString onlyArgument(const QCommandLineParser &parser, const QString &what);
+
 /// The option "-j N", the number of processors to use.
 QCommandLineOption jobsOption();
 /// Its value; by default all processors. Throws CommandError (WrongUsage) when it is no number from 1 to 1024.

@@ -1,5 +1,6 @@
 #include "build.h"
 #include "commandline.h"
+#include "info.h"
 #include "interruption.h"
 
 #include <QCoreApplication>
@@ -20,6 +21,7 @@ struct Command {
 
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
+    Command{"info", "tells what a database holds and checks it", runInfo},
 };
 
 void printHelp()

@@ -1,0 +1,40 @@
+#ifndef TAVOLINE_TESTS_TOOLPROCESS_H
+#define TAVOLINE_TESTS_TOOLPROCESS_H
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+/// What a program that has ended left: its exit status, -1 after a crash or when it did not end, and its output.
+struct ToolResult {
+    int status = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// Runs @p program with @p input on its standard input, in the folder @p folder unless that is empty.
+inline ToolResult runProgram(const QString &program, const QStringList &arguments, const QByteArray &input = {},
+                             const QString &folder = {})
+{
+    constexpr int patience = 280000; // milliseconds
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    const bool ended = process.waitForFinished(patience);
+    ToolResult result;
+    result.status = ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    result.output = process.readAllStandardOutput();
+    result.errors = process.readAllStandardError();
+    return result;
+}
+
+/// The companion program.
+inline ToolResult runTav(const QStringList &arguments, const QByteArray &input = {}, const QString &folder = {})
+{
+    return runProgram(QStringLiteral(TAVOLINE_TAV), arguments, input, folder);
+}
+
+#endif

@@ -1,0 +1,572 @@
+#include "support/toolprocess.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <csignal>
+#include <numeric>
+#include <random>
+#include <unistd.h>
+
+namespace
+{
+using Graph = QVector<QVector<bool>>;
+
+/// All graphs on 1 to @p order vertices, as the generator of the nauty package writes them.
+QByteArray generate(int order, const QStringList &options = {})
+{
+    QByteArray lines;
+    for (int n = 1; n <= order; ++n) {
+        const ToolResult result = runProgram(QStringLiteral("nauty-geng"), QStringList{QStringLiteral("-q")} + options +
+                                                                               QStringList{QString::number(n)});
+        if (result.status != 0) {
+            qFatal("nauty-geng failed: %s", result.errors.constData());
+        }
+        lines += result.output;
+    }
+    return lines;
+}
+
+QList<QByteArray> linesOf(const QByteArray &text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    if (lines.last().isEmpty()) {
+        lines.removeLast();
+    }
+    return lines;
+}
+
+/// Reads graph6 the slow way: all bits into a string first.
+Graph decode(const QByteArray &name)
+{
+    QByteArray bits;
+    for (int i = 1; i < name.size(); ++i) {
+        bits += QByteArray::number((name.at(i) - 63) | 64, 2).mid(1);
+    }
+    const int order = name.at(0) - 63;
+    Graph graph(order, QVector<bool>(order, false));
+    int next = 0;
+    for (int v = 1; v < order; ++v) {
+        for (int u = 0; u < v; ++u) {
+            graph[u][v] = graph[v][u] = bits.at(next++) == '1';
+        }
+    }
+    return graph;
+}
+
+QByteArray encode(const Graph &graph)
+{
+    QByteArray bits;
+    for (int v = 1; v < graph.size(); ++v) {
+        for (int u = 0; u < v; ++u) {
+            bits += graph.at(u).at(v) ? '1' : '0';
+        }
+    }
+    while (bits.size() % 6 != 0) {
+        bits += '0';
+    }
+    QByteArray name(1, char(graph.size() + 63));
+    for (int i = 0; i < bits.size(); i += 6) {
+        name += char(bits.mid(i, 6).toInt(nullptr, 2) + 63);
+    }
+    return name;
+}
+
+Graph withoutVertex(Graph graph, int vertex)
+{
+    graph.remove(vertex);
+    for (QVector<bool> &row : graph) {
+        row.remove(vertex);
+    }
+    return graph;
+}
+
+QVector<int> degreesOf(const Graph &graph)
+{
+    QVector<int> degrees;
+    for (const QVector<bool> &row : graph) {
+        degrees.append(int(std::count(row.begin(), row.end(), true)));
+    }
+    return degrees;
+}
+
+/// Tries every way of placing the vertices of a graph on those of another, one vertex after the other.
+bool extendIsomorphism(const Graph &a, const Graph &b, QVector<int> &image)
+{
+    const int next = image.size();
+    if (next == a.size()) {
+        return true;
+    }
+    for (int candidate = 0; candidate < b.size(); ++candidate) {
+        bool fits = !image.contains(candidate);
+        for (int v = 0; fits && v < next; ++v) {
+            fits = a.at(v).at(next) == b.at(image.at(v)).at(candidate);
+        }
+        if (fits) {
+            image.append(candidate);
+            if (extendIsomorphism(a, b, image)) {
+                return true;
+            }
+            image.removeLast();
+        }
+    }
+    return false;
+}
+
+bool areIsomorphic(const Graph &a, const Graph &b)
+{
+    if (a.size() != b.size()) {
+        return false;
+    }
+    QVector<int> degreesA = degreesOf(a);
+    QVector<int> degreesB = degreesOf(b);
+    std::sort(degreesA.begin(), degreesA.end());
+    std::sort(degreesB.begin(), degreesB.end());
+    QVector<int> image;
+    return degreesA == degreesB && extendIsomorphism(a, b, image);
+}
+
+/// The distinct direct sub-graphs of a graph, each once, up to isomorphism.
+QVector<Graph> subGraphsOf(const Graph &graph, bool edges)
+{
+    QVector<Graph> found;
+    const auto include = [&](const Graph &subGraph) {
+        if (std::none_of(found.begin(), found.end(),
+                         [&](const Graph &other) { return areIsomorphic(subGraph, other); })) {
+            found.append(subGraph);
+        }
+    };
+    for (int v = 0; v < graph.size(); ++v) {
+        if (!edges) {
+            include(withoutVertex(graph, v));
+            continue;
+        }
+        for (int u = 0; u < v; ++u) {
+            if (graph.at(u).at(v)) {
+                Graph subGraph = graph;
+                subGraph[u][v] = subGraph[v][u] = false;
+                include(subGraph);
+            }
+        }
+    }
+    return found;
+}
+
+/// A database file, read as text.
+struct Database {
+    QVector<Graph> graphs;
+    QVector<QVector<int>> links;
+
+    explicit Database(const QByteArray &text)
+    {
+        const QList<QByteArray> lines = linesOf(text);
+        for (const QByteArray &line : lines) {
+            const QList<QByteArray> fields = line.split('\t');
+            graphs.append(decode(fields.first()));
+            links.append(QVector<int>());
+            for (const QByteArray &field : fields.mid(1)) {
+                links.last().append(field.toInt());
+            }
+        }
+    }
+};
+
+/// Whether a process has a file of the folder open, which need not have a name yet.
+bool hasFileOpenIn(qint64 process, const QString &folder)
+{
+    const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(process));
+    const QFileInfoList links = descriptors.entryInfoList(QDir::System | QDir::Files);
+    return std::any_of(links.begin(), links.end(), [&](const QFileInfo &link) {
+        return link.symLinkTarget().startsWith(folder + QLatin1Char('/'));
+    });
+}
+
+QStringList build(const QStringList &arguments = {})
+{
+    return QStringList{QStringLiteral("build")} + arguments;
+}
+
+const QString readInput = QStringLiteral("-");
+const QByteArray noTrouble = "2 graphs and 1 links; 0 isomorphic repetitions dropped.\n";
+} // namespace
+
+class TestTavBuild : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir folder;
+
+    QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
+
+    QString write(const char *name, const QByteArray &text) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+            qFatal("cannot write a file of the test");
+        }
+        return file.fileName();
+    }
+
+    static QByteArray contents(const QString &name)
+    {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
+    }
+
+private slots:
+    void init() { QVERIFY(folder.isValid()); }
+
+    void aSmallDatabaseByHand()
+    {
+        // The graphs on three vertices, their sub-graphs on two and one: complement pairs, by size.
+        const ToolResult result = runTav(build(), "Bw\nB?\nBW\nA_\nBG\nA?\n@\n");
+        QCOMPARE(result.output, QByteArray("@\n"
+                                           "A?\t0\n"
+                                           "A_\t0\n"
+                                           "B?\t1\n"
+                                           "BG\t1\t2\n"
+                                           "BW\t1\t2\n"
+                                           "Bw\t2\n"));
+        QCOMPARE(result.errors, QByteArray("7 graphs and 8 links; 0 isomorphic repetitions dropped.\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void theSameByEdges()
+    {
+        const ToolResult result =
+            runTav(build({QStringLiteral("--relation"), QStringLiteral("edge")}), "Bw\nB?\nBW\nA_\nBG\nA?\n@\n");
+        QCOMPARE(result.output, QByteArray("@\n"
+                                           "A?\n"
+                                           "A_\t1\n"
+                                           "B?\n"
+                                           "BG\t3\n"
+                                           "BW\t4\n"
+                                           "Bw\t5\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void onlyGraphsOfTheInputAreLinked()
+    {
+        const ToolResult result = runTav(build(), "@\nBw\nC~\n");
+        QCOMPARE(result.output, QByteArray("@\nBw\nC~\t1\n"));
+    }
+
+    void theGraphWithoutVerticesIsBelowThatWithOne()
+    {
+        QCOMPARE(runTav(build(), "@\n?\n").output, QByteArray("?\n@\t0\n"));
+    }
+
+    void theFirstOfIsomorphicStringsIsKept()
+    {
+        // Two numberings of the path on three vertices and of the triangle with a pendant vertex.
+        const ToolResult result = runTav(build(), "BW\nBo\nCx\nBW\nCj\n");
+        QCOMPARE(result.output, QByteArray("BW\nCx\t0\n"));
+        QCOMPARE(result.errors, QByteArray("2 graphs and 1 links; 3 isomorphic repetitions dropped.\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void strictRefusesIsomorphicStrings()
+    {
+        const QString first = write("first.g6", "@\nBW\n");
+        const QString second = write("second.g6", "A_\n\nBo\n");
+        const QString output = path("strict.tav");
+        const ToolResult result =
+            runTav(build({QStringLiteral("--strict"), QStringLiteral("-o"), output, first, second}));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors,
+                 QStringLiteral("tav: %1:3: isomorphic to the graph of %2:2\n").arg(second, first).toUtf8());
+        QVERIFY(!QFile::exists(output));
+        QCOMPARE(runTav(build({QStringLiteral("--strict"), first})).output, QByteArray("@\nBW\n"));
+    }
+
+    void disconnectedGraphsAreLeftOut()
+    {
+        const ToolResult result = runTav(build({QStringLiteral("--connected")}), "A?\nA_\nBG\n@\nBW\nB?\n");
+        QCOMPARE(result.output, QByteArray("@\nA_\t0\nBW\t1\n"));
+        QCOMPARE(result.errors, QByteArray("3 graphs and 2 links; 0 isomorphic repetitions dropped, "
+                                           "3 disconnected graphs left out.\n"));
+    }
+
+    void filesAndStandardInputFollowEachOther()
+    {
+        const QString first = write("a.g6", "A_\n");
+        const ToolResult result = runTav(build({first, readInput}), "@\n");
+        QCOMPARE(result.output, QByteArray("@\nA_\t0\n"));
+        QCOMPARE(result.errors, noTrouble);
+    }
+
+    void headerEmptyLinesAndDosLineEndsAreNoGraphs()
+    {
+        QCOMPARE(runTav(build(), ">>graph6<<A_\r\n\r\n\n@").output, QByteArray("@\nA_\t0\n"));
+        QCOMPARE(runTav(build(), ">>graph6<<\n@\nA_\n").output, QByteArray("@\nA_\t0\n"));
+    }
+
+    void theOutputReplacesAFile()
+    {
+        const QString output = write("old.tav", "what stood there");
+        QCOMPARE(runTav(build({QStringLiteral("-o"), output}), "@\nA_\n").errors, noTrouble);
+        QCOMPARE(contents(output), QByteArray("@\nA_\t0\n"));
+    }
+
+    void badInput_data()
+    {
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("nothing") << QByteArray() << QByteArray("1: the input holds no graph");
+        QTest::newRow("empty lines") << QByteArray("\n\r\n") << QByteArray("1: the input holds no graph");
+        QTest::newRow("a blank") << QByteArray("@\nA _\n") << QByteArray("2: not graph6: byte 32 at column 2");
+        QTest::newRow("beyond ASCII") << QByteArray("A\xc3\xa9") << QByteArray("1: not graph6: byte 195 at column 2");
+        QTest::newRow("too short") << QByteArray("@\n\nD\n")
+                                   << QByteArray("3: not graph6: 1 bytes where a graph on 5 vertices has 3");
+        QTest::newRow("too long") << QByteArray("A_?\n")
+                                  << QByteArray("1: not graph6: 3 bytes where a graph on 2 vertices has 2");
+        QTest::newRow("63 vertices") << QByteArray("@\n~??~?????\n") << QByteArray("2: more than 62 vertices");
+        QTest::newRow("sparse6") << QByteArray("@\n:Fa@x^\n") << QByteArray("2: not graph6: byte 58 at column 1");
+        QTest::newRow("header later") << QByteArray("@\n>>graph6<<\n")
+                                      << QByteArray("2: not graph6: byte 62 at column 1");
+        QTest::newRow("10 MB") << QByteArray("@\n") + QByteArray(10000000, 'A') + "\n@\n"
+                               << QByteArray("2: not graph6: 10000000 bytes where a graph on 2 vertices has 2");
+        QTest::newRow("NUL") << QByteArray("@\n@\0\n", 5) << QByteArray("2: not graph6: byte 0 at column 2");
+    }
+
+    void badInput()
+    {
+        QFETCH(QByteArray, input);
+        QFETCH(QByteArray, message);
+        const QString output = path("bad.tav");
+        ToolResult result = runTav(build({QStringLiteral("-o"), output}), input);
+        QCOMPARE(result.errors, QByteArray("tav: standard input:" + message + "\n"));
+        QCOMPARE(result.status, 1);
+        QVERIFY(!QFile::exists(output));
+        const QString file = write("bad.g6", input);
+        const QString old = write("old.tav", "old");
+        result = runTav(build({QStringLiteral("-o"), old, file}));
+        QCOMPARE(result.errors, QByteArray("tav: " + file.toUtf8() + ":" + message + "\n"));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(contents(old), QByteArray("old"));
+    }
+
+    void graphsOnUpTo62VerticesAreTaken()
+    {
+        // The path on 62 vertices, the cycle on 62, and the path on 61 below the former.
+        const auto path = [](int order) {
+            Graph graph(order, QVector<bool>(order, false));
+            for (int v = 1; v < order; ++v) {
+                graph[v - 1][v] = graph[v][v - 1] = true;
+            }
+            return graph;
+        };
+        Graph cycle = path(62);
+        cycle[0][61] = cycle[61][0] = true;
+        const QByteArray shorter = encode(path(61));
+        const QByteArray longer = encode(path(62));
+        const ToolResult result = runTav(build(), encode(cycle) + "\n" + longer + "\n" + shorter + "\n");
+        QCOMPARE(result.output, QByteArray(shorter + "\n" + longer + "\t0\n" + encode(cycle) + "\t0\n"));
+    }
+
+    void filesThatCannotBeUsed()
+    {
+        const QString missing = path("missing.g6");
+        ToolResult result = runTav(build({missing}));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tav: " + missing.toUtf8() + ": cannot be opened\n"));
+        result = runTav(build({folder.path()}));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tav: " + folder.path().toUtf8() + ": cannot be opened\n"));
+        const QString nowhere = path("no/such/folder.tav");
+        result = runTav(build({QStringLiteral("-o"), nowhere}), "@\n");
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tav: " + nowhere.toUtf8() + ": cannot be written\n"));
+        result = runTav(build({QStringLiteral("-o"), QStringLiteral("/dev/full")}), "@\n");
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tav: /dev/full: cannot be written\n"));
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("nothing") << QStringList() << QByteArray("No command given.");
+        QTest::newRow("no such command") << QStringList{QStringLiteral("rebuild")}
+                                         << QByteArray("Unknown command 'rebuild'.");
+        QTest::newRow("no such option") << build({QStringLiteral("--fast")}) << QByteArray("Unknown option 'fast'.");
+        QTest::newRow("no such relation") << build({QStringLiteral("--relation"), QStringLiteral("minor")})
+                                          << QByteArray("Unknown relation 'minor': neither 'vertex' nor 'edge'.");
+        QTest::newRow("no processors") << build({QStringLiteral("-j"), QStringLiteral("0")})
+                                       << QByteArray("Not a number of processors from 1 to 1024: '0'.");
+        QTest::newRow("no number") << build({QStringLiteral("-j"), QStringLiteral("all")})
+                                   << QByteArray("Not a number of processors from 1 to 1024: 'all'.");
+        QTest::newRow("no file name") << build({QStringLiteral("-o")}) << QByteArray("Missing value after '-o'.");
+    }
+
+    void wrongUsage()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runTav(arguments);
+        QCOMPARE(result.status, 2);
+        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav --help'.\n"));
+        QCOMPARE(result.output, QByteArray());
+    }
+
+    void helpAndVersion()
+    {
+        ToolResult result = runTav({QStringLiteral("--version")});
+        QCOMPARE(result.output, QByteArray("tav 0.2.1\n"));
+        QCOMPARE(result.status, 0);
+        result = runTav({QStringLiteral("--help")});
+        QVERIFY(result.output.startsWith("Usage: tav COMMAND [OPTION...] [FILE...]\n"));
+        QVERIFY(result.output.contains("  build  "));
+        QCOMPARE(result.status, 0);
+        result = runTav(build({QStringLiteral("--help")}));
+        QVERIFY(result.output.startsWith("Usage: tav build [options] [FILE...]\n"));
+        for (const char *option : {"--relation", "--connected", "--strict", "--output", "--jobs", "--help"}) {
+            QVERIFY2(result.output.contains(option), option);
+        }
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    void theKnownDatabasesComeOutAgain()
+    {
+        const QByteArray connected = runTav(build(), generate(7, {QStringLiteral("-c")})).output;
+        QVERIFY(connected == contents(QStringLiteral(TAVOLINE_TEST_DATA "/connected-7.tav")));
+        const QByteArray all = generate(7);
+        QVERIFY(runTav(build({QStringLiteral("--relation"), QStringLiteral("edge")}), all).output ==
+                contents(QStringLiteral(TAVOLINE_TEST_DATA "/all-7-edge-deleted.tav")));
+        QVERIFY(runTav(build({QStringLiteral("--connected")}), all).output == connected);
+    }
+
+    void numbersOfGraphs_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QVector<int>>("numbers");
+        // On-Line Encyclopedia of Integer Sequences, A000088 and A001349, from one vertex on.
+        QTest::newRow("graphs") << QStringList() << QVector<int>{1, 2, 4, 11, 34, 156, 1044, 12346, 274668};
+        QTest::newRow("connected graphs")
+            << QStringList{QStringLiteral("--connected")} << QVector<int>{1, 1, 2, 6, 21, 112, 853, 11117, 261080};
+    }
+
+    void numbersOfGraphs()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(QVector<int>, numbers);
+        QVector<int> found(numbers.size(), 0);
+        const QList<QByteArray> lines = linesOf(runTav(build(options), generate(9)).output);
+        for (const QByteArray &line : lines) {
+            ++found[line.at(0) - 64];
+        }
+        QCOMPARE(found, numbers);
+    }
+
+    void linksAgreeWithBruteForce_data()
+    {
+        QTest::addColumn<bool>("edges");
+        QTest::newRow("one vertex less") << false;
+        QTest::newRow("one edge less") << true;
+    }
+
+    void linksAgreeWithBruteForce()
+    {
+        QFETCH(bool, edges);
+        const QStringList options =
+            edges ? QStringList{QStringLiteral("--relation"), QStringLiteral("edge")} : QStringList();
+        // Every third graph is missing from the input, so that not every sub-graph is there.
+        QByteArray input;
+        const QList<QByteArray> names = linesOf(generate(7));
+        for (int i = 0; i < names.size(); ++i) {
+            input += i % 3 == 1 ? QByteArray() : names.at(i) + '\n';
+        }
+        const Database database(runTav(build(options), input).output);
+        QVERIFY(database.graphs.size() > 800);
+        for (int i = 0; i < database.graphs.size(); ++i) {
+            QVector<int> expected;
+            const QVector<Graph> subGraphs = subGraphsOf(database.graphs.at(i), edges);
+            for (int j = 0; j < i; ++j) {
+                if (std::any_of(subGraphs.begin(), subGraphs.end(), [&](const Graph &subGraph) {
+                        return areIsomorphic(subGraph, database.graphs.at(j));
+                    })) {
+                    expected.append(j);
+                }
+            }
+            QCOMPARE(database.links.at(i), expected);
+        }
+    }
+
+    void orderOfInputAndNumbersOfVerticesDoNotMatter()
+    {
+        // Shuffled, renumbered and repeated, the graphs are the same: as many lines, and as many links.
+        std::mt19937 random(20);
+        QList<QByteArray> names = linesOf(generate(6));
+        names += names;
+        std::shuffle(names.begin(), names.end(), random);
+        QByteArray input;
+        for (const QByteArray &name : qAsConst(names)) {
+            const Graph graph = decode(name);
+            QVector<int> image(graph.size());
+            std::iota(image.begin(), image.end(), 0);
+            std::shuffle(image.begin(), image.end(), random);
+            Graph renumbered = graph;
+            for (int u = 0; u < graph.size(); ++u) {
+                for (int v = 0; v < graph.size(); ++v) {
+                    renumbered[image.at(u)][image.at(v)] = graph.at(u).at(v);
+                }
+            }
+            input += encode(renumbered) + '\n';
+        }
+        const ToolResult plain = runTav(build(), generate(6));
+        const ToolResult shuffled = runTav(build(), input);
+        QVERIFY(plain.errors.startsWith("208 graphs and "));
+        QVERIFY(plain.errors.endsWith(" links; 0 isomorphic repetitions dropped.\n"));
+        QCOMPARE(shuffled.errors, QByteArray(plain.errors).replace("; 0 ", "; 208 "));
+    }
+
+    void theNumberOfProcessorsDoesNotMatter()
+    {
+        const QByteArray input = generate(8);
+        const QByteArray single = runTav(build({QStringLiteral("-j"), QStringLiteral("1")}), input).output;
+        QCOMPARE(linesOf(single).size(), 13598);
+        for (const char *jobs : {"2", "3", "16"}) {
+            QVERIFY(runTav(build({QStringLiteral("-j"), QLatin1String(jobs)}), input).output == single);
+        }
+    }
+
+    void aSignalEndsItWithoutAPartialFile_data()
+    {
+        QTest::addColumn<int>("number");
+        QTest::newRow("Ctrl+C") << SIGINT;
+        QTest::newRow("end") << SIGTERM;
+    }
+
+    void aSignalEndsItWithoutAPartialFile()
+    {
+        QFETCH(int, number);
+        QTemporaryDir place;
+        QProcess process;
+        process.setWorkingDirectory(place.path());
+        process.start(QStringLiteral(TAVOLINE_TAV), build({QStringLiteral("-o"), QStringLiteral("cut.tav")}));
+        process.write(generate(9));
+        process.closeWriteChannel();
+        QTRY_VERIFY_WITH_TIMEOUT(hasFileOpenIn(process.processId(), place.path()), 60000);
+        ::kill(pid_t(process.processId()), number);
+        QVERIFY(process.waitForFinished(60000));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), number);
+        QCOMPARE(QDir(place.path()).entryList(QDir::Files), QStringList());
+        QCOMPARE(process.readAllStandardError(), QByteArray());
+    }
+
+    void aReaderThatLeavesEndsItQuietly()
+    {
+        const QString graphs = write("all-8.g6", generate(8));
+        const QString command = QStringLiteral("set -o pipefail; '%1' build '%2' | head -1; echo \"${PIPESTATUS[0]}\"")
+                                    .arg(QStringLiteral(TAVOLINE_TAV), graphs);
+        const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command});
+        QCOMPARE(result.output, QByteArray("@\n141\n"));
+        QCOMPARE(result.errors, QByteArray());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTavBuild)
+#include "tst_tav_build.moc"

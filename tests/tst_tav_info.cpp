@@ -1,0 +1,116 @@
+#include "support/toolprocess.h"
+
+#include <QtTest>
+
+namespace
+{
+QStringList info(const QString &path)
+{
+    return {QStringLiteral("info"), path};
+}
+
+const QString standardInput = QStringLiteral("-");
+} // namespace
+
+class TestTavInfo : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aKnownDatabase()
+    {
+        const ToolResult result = runTav(info(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav")));
+        QCOMPARE(result.output, QByteArray("graphs:         12113\n"
+                                           "links:          71258\n"
+                                           "smallest graph: 1 vertices, 0 edges: @ (line 1)\n"
+                                           "largest graph:  8 vertices, 28 edges: G~~~~{ (line 12113)\n"
+                                           "sub-graphs:     0 to 8, 5.88 on average\n"
+                                           "super-graphs:   0 to 127, 5.88 on average\n"
+                                           "faults:         0\n"));
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    void anEmptyDatabase()
+    {
+        const ToolResult result = runTav(info(standardInput), "\n\r\n");
+        QCOMPARE(result.output, QByteArray("graphs:         0\nlinks:          0\nfaults:         0\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void theFirstOfEqualGraphsIsNamed()
+    {
+        const ToolResult result = runTav(info(standardInput), "\nBG\nBO\nA?\n");
+        QVERIFY(result.output.contains("smallest graph: 2 vertices, 0 edges: A? (line 4)\n"));
+        QVERIFY(result.output.contains("largest graph:  3 vertices, 1 edges: BG (line 2)\n"));
+    }
+
+    void fault_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("no graph6") << QByteArray("@\nA\n")
+                                   << QByteArray("2: 'A': not graph6: 1 bytes where a graph on 2 vertices has 2");
+        QTest::newRow("too large") << QByteArray("~??~\n") << QByteArray("1: '~??~': more than 62 vertices");
+        QTest::newRow("beyond ASCII") << QByteArray("\xc3\xa9\n")
+                                      << QByteArray("1: '\xc3\xa9': not graph6: byte 195 at column 1");
+        QTest::newRow("the same name") << QByteArray("@\n\nA_\t0\n@\n")
+                                       << QByteArray("4: '@' stands on line 1 already");
+        QTest::newRow("later graph") << QByteArray("@\nA_\t2\nBw\n")
+                                     << QByteArray(
+                                            "2: 2 is not the number of an earlier graph; the program refuses the file");
+        QTest::newRow("negative") << QByteArray("@\nA_\t-1\n")
+                                  << QByteArray(
+                                         "2: -1 is not the number of an earlier graph; the program refuses the file");
+        QTest::newRow("itself") << QByteArray("@\nA_\t1\n") << QByteArray("2: 1 is the number of the graph itself");
+        QTest::newRow("word") << QByteArray("@\nA_\tx\n") << QByteArray("2: 'x' is no number and counts as 0");
+        QTest::newRow("empty field") << QByteArray("@\nA_\t\n") << QByteArray("2: '' is no number and counts as 0");
+        QTest::newRow("beyond 32 bits") << QByteArray("@\nA_\t4294967296\n")
+                                        << QByteArray("2: '4294967296' is no number and counts as 0");
+        QTest::newRow("twice") << QByteArray("@\nA?\nA_\t0\t1\t0\t0\n")
+                               << QByteArray("3: 0 stands there more than once");
+        QTest::newRow("no name") << QByteArray("@\n\t0\nA_\t0\n") << QByteArray("2: no name; the line is ignored");
+    }
+
+    void fault()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runTav(info(standardInput), lines);
+        QCOMPARE(result.errors, QByteArray("tav: standard input:" + message + "\ntav: standard input: faults found: 1\n"));
+        QVERIFY(result.output.endsWith("faults:         1\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    void everyFaultIsTold()
+    {
+        const ToolResult result = runTav(info(standardInput), "@\nA_\t7\tx\nA_\t0\t2\n");
+        QCOMPARE(
+            result.errors,
+            QByteArray("tav: standard input:2: 7 is not the number of an earlier graph; the program refuses the file\n"
+                       "tav: standard input:2: 'x' is no number and counts as 0\n"
+                       "tav: standard input:3: 'A_' stands on line 2 already\n"
+                       "tav: standard input:3: 2 is the number of the graph itself\n"
+                       "tav: standard input: faults found: 4\n"));
+    }
+
+    void carriageReturnsAreNothing()
+    {
+        const ToolResult result = runTav(info(standardInput), "@\r\nA\r_\t\r0\r\n");
+        QCOMPARE(result.errors, QByteArray());
+        QVERIFY(result.output.startsWith("graphs:         2\nlinks:          1\n"));
+    }
+
+    void filesThatCannotBeRead()
+    {
+        ToolResult result = runTav(info(QStringLiteral("/no/such.tav")));
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened\n"));
+        QCOMPARE(result.status, 1);
+        result = runTav({QStringLiteral("info")});
+        QCOMPARE(result.errors, QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav --help'.\n"));
+        QCOMPARE(result.status, 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTavInfo)
+#include "tst_tav_info.moc"
