@@ -19,6 +19,8 @@ public:
 
     void addSub(TAVGraph *graph) { sub.append(graph); }
     void addOver(TAVGraph *graph) { over.append(graph); }
+    void setSub(const QList<TAVGraph *> &graphs) { sub = graphs; }
+    void setOver(const QList<TAVGraph *> &graphs) { over = graphs; }
 
     QString getName() const { return name; }
     QList<TAVGraph *> getSub() const { return sub; }

@@ -3,11 +3,11 @@
 #include "TAVsearchengine.h"
 #include "graphlist.h"
 #include "linereader.h"
+#include "nameset.h"
 #include "outputfile.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QSet>
 
 #include <algorithm>
 #include <iostream>
@@ -26,7 +26,7 @@ QStringList unionOf(const QStringList &a, const QStringList &b)
 /// The names of @p a that are in @p b, or are not.
 QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
 {
-    const QSet<QString> known(b.begin(), b.end());
+    const NameSet known(b);
     QStringList names;
     std::copy_if(a.begin(), a.end(), std::back_inserter(names),
                  [&known, inB](const QString &name) { return known.contains(name) == inB; });

@@ -1,24 +1,34 @@
 #include "TAVsearchengine.h"
 
-#include "TAVgraph.h"
+#include "databasechunk.h"
 #include "databaseline.h"
+#include "databaselinks.h"
 #include "invariantline.h"
 #include "linereader.h"
+#include "nameset.h"
 #include "outputfile.h"
+#include "parallel.h"
 
 #include <QFile>
-#include <QSet>
-#include <queue>
 
+#include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <limits>
+#include <utility>
 
 namespace
 {
 /// Every so many lines the loader reports its progress.
 constexpr qint64 progressStep = 10000;
-/// Every so many lines the loader asks whether it should stop.
-constexpr qint64 interruptionStep = 1000;
+/// About how many bytes of the file the loader counts the lines of, and parses, at a time.
+constexpr int chunkLength = 1 << 20;
+/// How many records the synchronous loader makes room for at a time.
+constexpr size_t recordsAtOnce = 4096;
+/// How many links ahead of the one that is followed the memory of a record is asked for.
+constexpr int linksAhead = 16;
+/// How many graphs a thread takes at a time: so many that a small database is done before a second one starts.
+constexpr size_t graphsAtOnce = 1 << 14;
 /// The synchronous loader's line buffer in bytes, one of them for its terminator.
 constexpr qint64 pieceBufferSize = 1024;
 /// Every so many lines the synchronous loader reports to standard error.
@@ -38,20 +48,24 @@ bool openDatabase(QFile &file)
     return opened;
 }
 
+void prefetch(const TAVGraph *graph)
+{
+    __builtin_prefetch(graph);
+}
+
 int toInt(qint64 count)
 {
     return int(qMin<qint64>(count, std::numeric_limits<int>::max()));
 }
+
 /// The names of the graphs whose invariants are both present and pass the test.
 template<typename Test> QStringList namesWhere(const QVector<TAVGraph *> &graphs, Test test)
 {
-    QStringList names;
-    for (const TAVGraph *graph : graphs) {
-        if (!graph->getErrInv1() && !graph->getErrInv2() && test(graph->getInv1(), graph->getInv2())) {
-            names.append(graph->getName());
-        }
-    }
-    return names;
+    std::vector<TAVGraph *> found;
+    std::copy_if(graphs.begin(), graphs.end(), std::back_inserter(found), [test](const TAVGraph *graph) {
+        return !graph->getErrInv1() && !graph->getErrInv2() && test(graph->getInv1(), graph->getInv2());
+    });
+    return namesOf(found);
 }
 } // namespace
 
@@ -137,26 +151,22 @@ void TAVSearchEngine::clear()
 
 void TAVSearchEngine::eraseDatabase()
 {
-    qDeleteAll(graphs);
     graphs = QVector<TAVGraph *>();
+    forEachRange(storage.size(), 1, processorCount(), [this](size_t i, size_t) { storage[i] = {}; });
+    storage = {};
 }
 
 bool TAVSearchEngine::saveGraphs(const QString &path)
 {
-    return save(path, [this](OutputFile &file) {
-        for (const TAVGraph *graph : qAsConst(graphs)) {
-            file.write(graph->getName().toLatin1() + '\n');
-        }
+    return save(path, QByteArray(), [](const TAVGraph &graph, QByteArray &lines) {
+        lines.append(graph.getName().toLatin1()).append('\n');
     });
 }
 
 bool TAVSearchEngine::saveInv1(const QString &path)
 {
-    return save(path, [this](OutputFile &file) {
-        file.write(QByteArrayLiteral("GRAPH\tINV1\n"));
-        for (const TAVGraph *graph : qAsConst(graphs)) {
-            file.write(formatInvariantLine(graph->getName(), graph->getInv1(), graph->getErrInv1()));
-        }
+    return save(path, QByteArrayLiteral("GRAPH\tINV1\n"), [](const TAVGraph &graph, QByteArray &lines) {
+        appendInvariantLine(lines, graph.getName(), graph.getInv1(), graph.getErrInv1());
     });
 }
 
@@ -233,11 +243,12 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
     if (!openDatabase(file)) {
         return Outcome::Failed;
     }
-    LineReader reader(file);
-    std::string_view bytes;
+    LineReader reader(file, chunkLength);
+    std::string_view lines;
     LineReader::Status status = LineReader::Status::Line;
-    for (lineCount = 0; (status = reader.next(bytes)) == LineReader::Status::Line; ++lineCount) {
-        if (lineCount % interruptionStep == 0 && isInterruptionRequested()) {
+    for (lineCount = 0; (status = reader.nextLines(lines)) == LineReader::Status::Line;) {
+        lineCount += std::count(lines.begin(), lines.end(), '\n') + (lines.back() == '\n' ? 0 : 1);
+        if (isInterruptionRequested()) {
             return Outcome::Interrupted;
         }
     }
@@ -254,38 +265,64 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
     if (!openDatabase(file)) {
         return Outcome::Failed;
     }
-    LineReader reader(file);
-    std::string_view bytes;
-    DatabaseLine line;
+    DatabaseReader reader(file, chunkLength);
+    DatabaseChunk chunk;
+    std::vector<RecordLinks> links;
     LineReader::Status status = LineReader::Status::Line;
-    for (qint64 number = 0; (status = reader.next(bytes)) == LineReader::Status::Line; ++number) {
-        if (number % progressStep == 0) {
-            emit signal_progress(toInt(number), toInt(lineCount));
+    const int firstNew = graphs.size();
+    qint64 nextReport = 0;
+    for (qint64 line = 0; (status = reader.next(chunk)) == LineReader::Status::Line; line += chunk.lineCount) {
+        const std::optional<qint64> badLine = addRecords(chunk);
+        const qint64 lastLine = line + badLine.value_or(chunk.lineCount - 1);
+        for (; nextReport <= lastLine && !isInterruptionRequested(); nextReport += progressStep) {
+            emit signal_progress(toInt(nextReport), toInt(lineCount));
         }
-        if (number % interruptionStep == 0 && isInterruptionRequested()) {
+        if (isInterruptionRequested()) {
             return Outcome::Interrupted;
         }
-        if (!parseDatabaseLine(bytes, line)) {
-            continue;
-        }
-        if (!addRecord(line)) {
+        if (badLine) {
             rejectFormat();
             return Outcome::Failed;
         }
-        linkCount += qint64(line.indices.size());
+        linkCount += qint64(chunk.links.indices.size());
+        links.push_back(std::move(chunk.links));
     }
     if (status != LineReader::Status::End) {
         rejectUnreadable(filename);
         return Outcome::Failed;
     }
-    return Outcome::Done;
+    linkRecords(graphs, firstNew, std::move(links), [this] { return isInterruptionRequested(); });
+    return isInterruptionRequested() ? Outcome::Interrupted : Outcome::Done;
+}
+
+/// Appends the records of @p chunk, without links. Returns the number in the chunk of the first line with an index that
+/// names no record up to its own, with the records before it in place, or nothing when all are good.
+std::optional<qint64> TAVSearchEngine::addRecords(DatabaseChunk &chunk)
+{
+    storage.push_back(std::move(chunk.records));
+    auto index = chunk.links.indices.begin();
+    for (size_t i = 0; i < storage.back().size(); ++i) {
+        TAVGraph &graph = storage.back()[i];
+        graph.setPosition(graphs.size());
+        graphs.append(&graph);
+        for (const auto end = index + chunk.links.counts[i]; index != end; ++index) {
+            if (*index < 0 || *index >= graphs.size()) {
+                return chunk.lineNumbers[i];
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 /// Appends the record of @p line and links it, both ways, to the records that the line names; returns false when an
 /// index names no record, with the record and its earlier links in place.
 bool TAVSearchEngine::addRecord(const DatabaseLine &line)
 {
-    auto *graph = new TAVGraph(line.name);
+    if (storage.empty() || storage.back().size() == storage.back().capacity()) {
+        storage.emplace_back();
+        storage.back().reserve(recordsAtOnce);
+    }
+    TAVGraph *graph = &storage.back().emplace_back(line.name);
     graph->setPosition(graphs.size());
     graphs.append(graph);
     for (const int index : line.indices) {
@@ -313,13 +350,23 @@ void TAVSearchEngine::rejectUnreadable(const QString &path)
     eraseDatabase();
 }
 
-bool TAVSearchEngine::save(const QString &path, const std::function<void(OutputFile &)> &write)
+bool TAVSearchEngine::save(const QString &path, const QByteArray &header, AppendLine appendLine)
 {
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to save."));
         return false;
     }
-    const WriteResult result = writeFile(path, write);
+    const auto linesOf = [&](size_t begin, size_t end) {
+        QByteArray lines;
+        for (size_t i = begin; i < end; ++i) {
+            appendLine(*graphs.at(int(i)), lines);
+        }
+        return lines;
+    };
+    const WriteResult result = writeFile(path, [&](OutputFile &file) {
+        file.write(header);
+        forEachPiece(size_t(graphs.size()), graphsAtOnce, linesOf, [&](const QByteArray &lines) { file.write(lines); });
+    });
     if (result == WriteResult::Failed) {
         emit signal_console(QStringLiteral("Unable to write file :") + path);
     }
@@ -365,34 +412,43 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, const
 QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighbours)
 {
     clear();
-    QStringList result;
-    std::queue<const TAVGraph *> reached;
-    const auto reach = [&](TAVGraph *graph) {
+    std::vector<TAVGraph *> reached;
+    const auto reach = [&reached](TAVGraph *graph) {
         if (!graph->isChecked()) {
             graph->setChecked(true);
-            result.append(graph->getName());
-            reached.push(graph);
+            reached.push_back(graph);
         }
     };
-    const QSet<QString> seeds(names.begin(), names.end());
-    for (TAVGraph *graph : qAsConst(graphs)) {
-        if (seeds.contains(graph->getName())) {
-            reach(graph);
+    const NameSet seeds(names);
+    std::vector<char> isSeed(size_t(graphs.size()), 0);
+    forEachRange(isSeed.size(), graphsAtOnce, processorCount(), [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) {
+            isSeed[i] = seeds.contains(graphs.at(int(i))->getName()) ? 1 : 0;
+        }
+    });
+    for (size_t i = 0; i < isSeed.size(); ++i) {
+        if (isSeed[i] != 0) {
+            reach(graphs.at(int(i)));
         }
     }
-    for (; !reached.empty(); reached.pop()) {
-        for (TAVGraph *neighbour : linksOf(*reached.front(), neighbours)) {
-            reach(neighbour);
+    for (size_t next = 0; next < reached.size(); ++next) {
+        const QList<TAVGraph *> &links = linksOf(*reached[next], neighbours);
+        for (int i = 0; i < links.size(); ++i) {
+            // The records lie anywhere in memory: the wait for them is most of the time there is.
+            prefetch(links.at(qMin(i + linksAhead, links.size() - 1)));
+            reach(links.at(i));
         }
     }
-    return result;
+    return namesOf(reached);
 }
 
 void TAVSearchEngine::forEachGraph(void (TAVGraph::*operation)())
 {
-    for (TAVGraph *graph : qAsConst(graphs)) {
-        (graph->*operation)();
-    }
+    forEachRange(size_t(graphs.size()), graphsAtOnce, processorCount(), [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) {
+            (graphs.at(int(i))->*operation)();
+        }
+    });
 }
 
 QStringList TAVSearchEngine::walk(Neighbours neighbours, Match match)

@@ -1,6 +1,7 @@
 #ifndef TAVOLINE_TAVSEARCHENGINE_H
 #define TAVOLINE_TAVSEARCHENGINE_H
 
+#include "TAVgraph.h"
 #include "neighbourwalk.h"
 
 #include <QString>
@@ -9,9 +10,10 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
-class OutputFile;
-class TAVGraph;
+struct DatabaseChunk;
 struct DatabaseLine;
 
 /// The database: every record, in the order of the file, and the thread that loads the file.
@@ -115,6 +117,7 @@ private:
 
     Outcome countLines(qint64 &lineCount);
     Outcome readRecords(qint64 lineCount, qint64 &linkCount);
+    std::optional<qint64> addRecords(DatabaseChunk &chunk);
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
     void rejectUnreadable(const QString &path);
@@ -122,13 +125,15 @@ private:
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);
     struct InvariantFaults;
     bool loadInvariant(const QString &path, SetInvariant set, const InvariantFaults &faults);
-    bool save(const QString &path, const std::function<void(OutputFile &)> &write);
+    using AppendLine = void (*)(const TAVGraph &graph, QByteArray &lines);
+    bool save(const QString &path, const QByteArray &header, AppendLine appendLine);
     QStringList closure(const QStringList &names, Neighbours neighbours);
     void forEachGraph(void (TAVGraph::*operation)());
     QStringList walk(Neighbours neighbours, Match match);
 
     QString filename;
     QVector<TAVGraph *> graphs;
+    std::vector<std::vector<TAVGraph>> storage; // the records themselves; none of the inner vectors ever grows anew
     QStringList spareListA;
     QStringList spareListB;
 };

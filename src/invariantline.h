@@ -17,7 +17,8 @@ struct InvariantLine {
 /// when there are fewer than two fields.
 bool parseInvariantLine(std::string_view bytes, InvariantLine &line);
 
-/// The line, with its "\n", for a graph and its invariant: six significant digits, or "NA" when it is missing.
-QByteArray formatInvariantLine(const QString &name, double value, bool missing);
+/// Appends to @p lines the line, with its "\n", of a graph and its invariant: six significant digits, or "NA" when it
+/// is missing.
+void appendInvariantLine(QByteArray &lines, const QString &name, double value, bool missing);
 
 #endif

@@ -16,20 +16,37 @@ LineReader::LineReader(QIODevice &source, int blockSize)
 
 LineReader::Status LineReader::next(std::string_view &line)
 {
-    int searched = 0;
+    const Status status = take(line, [](std::string_view unread, size_t searched) {
+        const void *newline = std::memchr(unread.data() + searched, '\n', unread.size() - searched);
+        return newline != nullptr ? size_t(static_cast<const char *>(newline) - unread.data()) + 1 : 0;
+    });
+    if (status == Status::Line && line.back() == '\n') {
+        line.remove_suffix(1);
+    }
+    return status;
+}
+
+LineReader::Status LineReader::nextLines(std::string_view &lines)
+{
+    return take(lines, [](std::string_view unread, size_t) { return unread.rfind('\n') + 1; });
+}
+
+/// Hands out what is read up to where @p findEnd says, reading on as long as that is 0; the first @p searched bytes of
+/// what it is given then held no end before.
+LineReader::Status LineReader::take(std::string_view &bytes, FindEnd findEnd)
+{
+    size_t searched = 0;
     for (;;) {
-        const char *start = buffer.constData() + begin;
-        const int length = end - begin;
-        const void *newline = std::memchr(start + searched, '\n', size_t(length - searched));
-        if (newline != nullptr) {
-            line = std::string_view(start, size_t(static_cast<const char *>(newline) - start));
-            begin += int(line.size()) + 1;
+        const std::string_view unread(buffer.constData() + begin, size_t(end - begin));
+        if (const size_t length = findEnd(unread, searched); length > 0) {
+            bytes = unread.substr(0, length);
+            begin += int(length);
             return Status::Line;
         }
-        searched = length;
+        searched = unread.size();
         const Status status = readBlock();
         if (status == Status::End && begin < end) {
-            line = std::string_view(buffer.constData() + begin, size_t(end - begin));
+            bytes = std::string_view(buffer.constData() + begin, size_t(end - begin));
             begin = end;
             return Status::Line;
         }

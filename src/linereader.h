@@ -32,7 +32,13 @@ public:
     /// without "\n" is a line; an empty device has none. On any status but Line @p line is left as it was.
     Status next(std::string_view &line);
 
+    /// Sets @p lines to the bytes of the next lines, at least one, each with its "\n", which only the last line of the
+    /// device may lack; else like next(). They make up about a block, or one line that is longer.
+    Status nextLines(std::string_view &lines);
+
 private:
+    using FindEnd = size_t (*)(std::string_view unread, size_t searched);
+    Status take(std::string_view &bytes, FindEnd findEnd);
     Status readBlock();
 
     QIODevice &device;

@@ -1,9 +1,11 @@
 #include "neighbourwalk.h"
 
 #include "TAVgraph.h"
+#include "parallel.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <map>
 #include <vector>
@@ -90,8 +92,8 @@ public:
                (below != byInv2.end() && inv2(*below) - x == -TOLERANCE);
     }
 
-    /// Sets the flag of each of the graphs at @p starts, all of which have the I1 @p x, that is to be listed.
-    void decide(double x, const std::vector<int> &starts, std::vector<bool> &listed)
+    /// Calls @p list for each of the graphs at @p starts, all of which have the I1 @p x, that is to be listed.
+    void decide(double x, const std::vector<int> &starts, const std::function<void(int)> &list)
     {
         std::vector<int> equal(firstFrom(x, -TOLERANCE), firstFrom(x, TOLERANCE));
         equal.erase(std::remove_if(equal.begin(), equal.end(), [this, x](int i) { return !isEqual(inv2(i), x); }),
@@ -106,7 +108,9 @@ public:
         }
         for (const int position : starts) {
             const Sight sight = look(position, x);
-            listed[size_t(position)] = sight.noneFails && sight.someMatch;
+            if (sight.noneFails && sight.someMatch) {
+                list(position);
+            }
         }
     }
 
@@ -161,76 +165,141 @@ public:
         , neighbours(direction)
         , match(test)
         , through(size_t(database.size()))
-        , listed(size_t(database.size()), false)
+        , verdicts(size_t(database.size()), Verdict::NotListed)
     {
     }
 
     QStringList run()
     {
-        const int count = graphs.size();
-        for (int step = 0; step < count; ++step) {
-            visit(neighbours == Neighbours::Sub ? step : count - 1 - step);
+        for (size_t done = 0; done < through.size(); done += batchLength) {
+            visitBatch(done, std::min(done + batchLength, through.size()));
         }
         decideBehindBarriers();
-        QStringList names;
-        for (int position = 0; position < count; ++position) {
-            if (listed[size_t(position)]) {
-                names.append(graphs.at(position)->getName());
+        std::vector<TAVGraph *> listed;
+        for (size_t position = 0; position < verdicts.size(); ++position) {
+            if (verdicts[position] == Verdict::Listed) {
+                listed.push_back(graphs.at(int(position)));
             }
         }
-        return names;
+        return namesOf(listed);
     }
 
 private:
-    void visit(int position)
+    enum class Verdict : char {
+        NotListed,
+        Listed,
+        Undecided, ///< it has a value in reach that does not match, perhaps behind a barrier
+        Waiting,   ///< it has a neighbour in its own batch
+    };
+
+    /// Links lead towards the beginning of the database, or all towards its end: where the walk starts.
+    size_t positionOf(size_t step) const { return neighbours == Neighbours::Sub ? step : through.size() - 1 - step; }
+    size_t stepOf(size_t position) const { return positionOf(position); }
+
+    /// Visits the records of the steps [begin, end): those whose neighbours were all visited in earlier batches, nearly
+    /// all as a rule, at the same time, and then the others one after the other.
+    void visitBatch(size_t begin, size_t end)
     {
-        const TAVGraph &graph = *graphs.at(position);
-        Range &own = through[size_t(position)];
+        forEachRange(end - begin, pieceLength, processorCount(), [&](size_t from, size_t to) {
+            for (size_t step = begin + from; step < begin + to; ++step) {
+                visit(positionOf(step), begin);
+            }
+        });
+        for (size_t step = begin; step < end; ++step) {
+            if (verdicts[positionOf(step)] == Verdict::Waiting) {
+                visit(positionOf(step), end);
+            }
+        }
+    }
+
+    /// Visits a record unless it has to wait for a neighbour whose step is not before @p visited.
+    void visit(size_t position, size_t visited)
+    {
+        const TAVGraph &graph = *graphs.at(int(position));
         const bool present = takesPart(graph);
+        Range own;
         if (present) {
-            own = {graph.getInv2(), graph.getInv2()}; // a self-link meets this value
+            own = {graph.getInv2(), graph.getInv2()};
         }
         Range met;
         for (const TAVGraph *neighbour : linksOf(graph, neighbours)) {
-            met.include(through[size_t(neighbour->getPosition())]);
-        }
-        if (!graph.getErrInv1() && !met.isEmpty()) {
-            if (allMatch(met, graph.getInv1(), match)) {
-                listed[size_t(position)] = true;
-            } else if (match == Match::Equal && mayHaveBarrier(graph.getInv1())) {
-                undecided[graph.getInv1()].push_back(position);
+            const auto other = size_t(neighbour->getPosition());
+            if (stepOf(other) >= visited) {
+                verdicts[position] = Verdict::Waiting;
+                return;
             }
+            met.include(other == position ? own : through[other]);
         }
+        verdicts[position] = judge(graph, met);
         if (present) {
             own.include(met);
         }
+        through[position] = own;
+    }
+
+    Verdict judge(const TAVGraph &graph, const Range &met) const
+    {
+        if (graph.getErrInv1() || met.isEmpty()) {
+            return Verdict::NotListed;
+        }
+        if (allMatch(met, graph.getInv1(), match)) {
+            return Verdict::Listed;
+        }
+        return match == Match::Equal && mayHaveBarrier(graph.getInv1()) ? Verdict::Undecided : Verdict::NotListed;
     }
 
     void decideBehindBarriers()
     {
+        std::map<double, std::vector<int>> undecided; // by I1
+        for (size_t position = 0; position < verdicts.size(); ++position) {
+            if (verdicts[position] == Verdict::Undecided) {
+                undecided[graphs.at(int(position))->getInv1()].push_back(int(position));
+            }
+        }
         if (undecided.empty()) {
             return;
         }
         EqualityWalk walk(graphs, neighbours);
         for (const auto &[x, starts] : undecided) {
             if (walk.hasBarrier(x)) {
-                walk.decide(x, starts, listed);
+                walk.decide(x, starts, [this](int position) { verdicts[size_t(position)] = Verdict::Listed; });
             }
         }
     }
 
+    /// As long as a batch is short, against the number of graphs of one order and size, few have to wait.
+    static constexpr size_t batchLength = 1 << 15;
+    static constexpr size_t pieceLength = 1 << 12;
+
     const QVector<TAVGraph *> &graphs;
     Neighbours neighbours;
     Match match;
-    std::vector<Range> through; // by position: what is met in and beyond a record; empty when its I2 is missing
-    std::vector<bool> listed;   // by position
-    std::map<double, std::vector<int>> undecided; // by I1: graphs with a value in reach that does not match
+    std::vector<Range> through;    // by position: what is met in and beyond a record; empty when its I2 is missing
+    std::vector<Verdict> verdicts; // by position
 };
 } // namespace
 
 const QList<TAVGraph *> &linksOf(const TAVGraph &graph, Neighbours neighbours)
 {
     return neighbours == Neighbours::Sub ? graph.subGraphs() : graph.superGraphs();
+}
+
+QStringList namesOf(const std::vector<TAVGraph *> &graphs)
+{
+    QStringList names;
+    names.reserve(int(graphs.size()));
+    for (size_t i = 0; i < graphs.size(); ++i) {
+        names.append(QString());
+    }
+    // To share a name is to write to its count of users, and that is to wait for its memory: several can at a time.
+    constexpr size_t namesAtOnce = 1 << 14;
+    const QStringList::iterator first = names.begin();
+    forEachRange(graphs.size(), namesAtOnce, processorCount(), [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) {
+            *(first + int(i)) = graphs[i]->getName();
+        }
+    });
+    return names;
 }
 
 QStringList walkNeighbours(const QVector<TAVGraph *> &graphs, Neighbours neighbours, Match match)

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <vector>
+
 class TAVGraph;
 
 /// Two values closer than this are equal.
@@ -15,6 +17,9 @@ enum class Neighbours { Sub, Over };
 
 /// The list of @p graph that a walk reads.
 const QList<TAVGraph *> &linksOf(const TAVGraph &graph, Neighbours neighbours);
+
+/// The names of @p graphs, in their order.
+QStringList namesOf(const std::vector<TAVGraph *> &graphs);
 
 /// What must hold for every neighbour reached, with x the I1 of the graph from which the walk starts, y the I2 of the
 /// neighbour and e the tolerance. Note the orientation: AtLeast and AtMost speak of y, Above and Below of x.

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -43,6 +44,13 @@ QString plainReading(const QByteArray &bytes)
     const double value = fields.at(1).toDouble(&isNumber);
     return describe({fields.at(0), value, !isNumber});
 }
+
+QByteArray lineOf(const QString &name, double value, bool missing)
+{
+    QByteArray lines;
+    appendInvariantLine(lines, name, value, missing);
+    return lines;
+}
 } // namespace
 
 /// The lines of an invariant file.
@@ -63,6 +71,7 @@ private slots:
     void formats_data();
     void formats();
     void readsBackWhatItFormats();
+    void numbersAreThoseOfTheToolkit();
 };
 
 void TestInvariantLine::parses_data()
@@ -232,9 +241,9 @@ void TestInvariantLine::formats()
 {
     QFETCH(double, value);
     QFETCH(QByteArray, formatted);
-    QCOMPARE(formatInvariantLine(text("Bw"), value, false), "Bw\t" + formatted + '\n');
-    QCOMPARE(formatInvariantLine(text("Bw"), value, true), QByteArray("Bw\tNA\n"));
-    QCOMPARE(formatInvariantLine(text("é€"), value, false), "\xe9?\t" + formatted + '\n'); // Latin-1
+    QCOMPARE(lineOf(text("Bw"), value, false), "Bw\t" + formatted + '\n');
+    QCOMPARE(lineOf(text("Bw"), value, true), QByteArray("Bw\tNA\n"));
+    QCOMPARE(lineOf(text("é€"), value, false), "\xe9?\t" + formatted + '\n'); // Latin-1
 }
 
 void TestInvariantLine::readsBackWhatItFormats()
@@ -242,10 +251,30 @@ void TestInvariantLine::readsBackWhatItFormats()
     for (const double value : {0.25, -4.0, 1e6, 1e-5, 0.333333, std::numeric_limits<double>::infinity(),
                                std::numeric_limits<double>::quiet_NaN()}) {
         InvariantLine result;
-        QByteArray line = formatInvariantLine(text("Bw"), value, false);
+        QByteArray line = lineOf(text("Bw"), value, false);
         line.chop(1);
         QVERIFY(parse(line, result));
         QCOMPARE(describe(result), describe({text("Bw"), value, false}));
+    }
+}
+
+void TestInvariantLine::numbersAreThoseOfTheToolkit()
+{
+    const auto check = [](double value) {
+        QCOMPARE(lineOf(text("A"), value, false), "A\t" + QByteArray::number(value, 'g', 6) + '\n');
+    };
+    const double limit = std::numeric_limits<double>::infinity();
+    for (const double value : {0.0, -0.0, limit, -limit, std::nan(""), -std::nan(""), 5e-324, -2.2250738585072014e-308,
+                               1.7976931348623157e308, 1e-5, 0.0001, 999999.5, 999999.4, 1e6, 123456.5, 0.1 + 0.2}) {
+        check(value);
+    }
+    std::mt19937_64 random(42);
+    for (int i = 0; i < 200000 && !QTest::currentTestFailed(); ++i) {
+        const quint64 bits = random();
+        double value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        check(value);
+        check(double(qint64(bits) % 2000001) / 1000.0); // ties
     }
 }
 

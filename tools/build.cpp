@@ -22,6 +22,9 @@ namespace
 /// How many graphs are worked on before their lines are written.
 constexpr std::size_t batchLength = 1 << 15;
 
+/// How many of them a thread takes at a time: few, so that none waits long for the last of a batch.
+constexpr std::size_t pieceLength = 64;
+
 constexpr std::string_view header = ">>graph6<<";
 
 /// Graphs between which there is no link; the direct sub-graphs of a level are all on the one below.
@@ -159,8 +162,11 @@ private:
     void writeBatch(std::size_t begin, std::size_t end, const Write &write)
     {
         std::vector<Finding> findings(end - begin);
-        forEachInParallel(findings.size(), options.jobs,
-                          [&](std::size_t i) { findings[i] = examine(input.entry(begin + i)); });
+        forEachRange(findings.size(), pieceLength, options.jobs, [&](std::size_t from, std::size_t to) {
+            for (std::size_t i = from; i < to; ++i) {
+                findings[i] = examine(input.entry(begin + i));
+            }
+        });
         QByteArray lines;
         for (std::size_t i = 0; i < findings.size(); ++i) {
             const Input::Entry &entry = input.entry(begin + i);

@@ -1,0 +1,127 @@
+#include "databaselinks.h"
+
+#include "parallel.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace
+{
+using Records = QList<TAVGraph *>;
+
+/// Makes the sub-graph lists of the records whose links are given, the first of which is at the position @p first, and
+/// frees the links: their memory serves the next lists.
+void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &links)
+{
+    // The lists are cut out of one, each in one step; one entry more, so that no cut is the whole.
+    Records all;
+    all.reserve(int(links.indices.size()) + 1);
+    for (const int index : links.indices) {
+        all.append(graphs.at(index));
+    }
+    all.append(nullptr);
+    int begin = 0;
+    for (size_t i = 0; i < links.counts.size(); ++i) {
+        const int count = int(links.counts[i]);
+        graphs.at(first + int(i))->setSub(all.mid(begin, count));
+        begin += count;
+    }
+    links = RecordLinks();
+}
+
+/// By position: how often a record is named.
+std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks> &links)
+{
+    std::vector<quint32> counts(size_t(graphCount), 0);
+    for (const RecordLinks &piece : links) {
+        for (const int index : piece.indices) {
+            ++counts[size_t(index)];
+        }
+    }
+    return counts;
+}
+
+/// The bounds of at most @p parts ranges of positions whose records are named about equally often together, up to the
+/// last record that is named at all.
+std::vector<size_t> shareOut(const std::vector<quint32> &counts, size_t parts)
+{
+    quint64 total = 0;
+    for (const quint32 count : counts) {
+        total += count;
+    }
+    std::vector<size_t> bounds = {0};
+    quint64 sum = 0;
+    for (size_t i = 0; i < counts.size() && bounds.size() < parts; ++i) {
+        sum += counts[i];
+        if (sum * parts >= total * bounds.size()) {
+            bounds.push_back(i + 1);
+        }
+    }
+    if (sum < total) {
+        const auto last = std::find_if(counts.rbegin(), counts.rend(), [](quint32 count) { return count > 0; });
+        bounds.push_back(size_t(counts.rend() - last));
+    }
+    return bounds;
+}
+
+/// Makes the super-graph lists of the records at the positions [begin, end), @p counts telling how many links each
+/// gets.
+void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector<RecordLinks> &links,
+                 const std::vector<quint32> &counts, size_t begin, size_t end)
+{
+    const auto at = [&](size_t position) { return counts.begin() + std::ptrdiff_t(position); };
+    const int longest = int(*std::max_element(at(begin), at(end)));
+    Records blank;
+    blank.reserve(longest + 1);
+    for (int i = 0; i <= longest; ++i) {
+        blank.append(nullptr);
+    }
+    std::vector<Records> lists(end - begin);
+    std::vector<Records::iterator> next(end - begin);
+    for (size_t i = 0; i < lists.size(); ++i) {
+        lists[i] = graphs.at(int(begin + i))->superGraphs();
+        const int length = lists[i].size();
+        lists[i] += blank.mid(0, int(counts[begin + i]));
+        next[i] = lists[i].begin() + length;
+    }
+    int position = first;
+    for (const RecordLinks &piece : links) {
+        auto index = piece.indices.begin();
+        for (const quint32 count : piece.counts) {
+            TAVGraph *graph = graphs.at(position++);
+            for (const auto last = index + std::ptrdiff_t(count); index != last; ++index) {
+                const size_t place = size_t(*index) - begin; // beyond the end when it lies before the beginning
+                if (place < next.size()) {
+                    *next[place]++ = graph;
+                }
+            }
+        }
+    }
+    for (size_t i = 0; i < lists.size(); ++i) {
+        graphs.at(int(begin + i))->setOver(lists[i]);
+    }
+}
+} // namespace
+
+void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> &&links,
+                 const std::function<bool()> &stop)
+{
+    const std::vector<quint32> counts = countNamings(graphs.size(), links);
+    const std::vector<size_t> bounds = shareOut(counts, size_t(processorCount()));
+    forEachRange(bounds.size() - 1, 1, processorCount(), [&](size_t part, size_t) {
+        if (!stop()) {
+            linkUpwards(graphs, first, links, counts, bounds[part], bounds[part + 1]);
+        }
+    });
+    std::vector<int> firstOfPiece = {first};
+    for (const RecordLinks &piece : links) {
+        firstOfPiece.push_back(firstOfPiece.back() + int(piece.counts.size()));
+    }
+    forEachRange(links.size(), 1, processorCount(), [&](size_t i, size_t) {
+        if (!stop()) {
+            linkDownwards(graphs, firstOfPiece[i], links[i]);
+        }
+    });
+}
