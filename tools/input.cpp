@@ -6,16 +6,33 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <unistd.h>
 
-void readLines(const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+namespace
 {
-    QFile file(path);
-    const bool opened = path == standardStream ? file.open(STDIN_FILENO, QIODevice::ReadOnly) : openForReading(file);
-    if (!opened) {
-        throw CommandError(QStringLiteral("%1: cannot be opened").arg(inputName(path)));
+/// Hands out what a pipe or a terminal has as soon as it has something; QFile waits until its block is full.
+class StandardInput : public QIODevice
+{
+public:
+    StandardInput() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    bool isSequential() const override { return true; }
+
+protected:
+    qint64 readData(char *data, qint64 maximum) override
+    {
+        ssize_t count = 0;
+        do {
+            count = ::read(STDIN_FILENO, data, size_t(maximum));
+        } while (count < 0 && errno == EINTR);
+        return count;
     }
-    LineReader reader(file);
+    qint64 writeData(const char *, qint64) override { return -1; }
+};
+
+void readLinesOf(QIODevice &device, const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+{
+    LineReader reader(device);
     std::string_view line;
     LineReader::Status status = LineReader::Status::Line;
     qint64 number = 1;
@@ -30,4 +47,19 @@ void readLines(const QString &path, const std::function<bool(std::string_view, q
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read"));
     }
+}
+} // namespace
+
+void readLines(const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+{
+    if (path == standardStream) {
+        StandardInput input;
+        readLinesOf(input, path, take);
+        return;
+    }
+    QFile file(path);
+    if (!openForReading(file)) {
+        throw CommandError(QStringLiteral("%1: cannot be opened").arg(inputName(path)));
+    }
+    readLinesOf(file, path, take);
 }
