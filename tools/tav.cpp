@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "info.h"
 #include "interruption.h"
+#include "run.h"
 
 #include <QCoreApplication>
 
@@ -22,6 +23,7 @@ struct Command {
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
     Command{"info", "tells what a database holds and checks it", runInfo},
+    Command{"run", "repeats an investigation without the window", runScript},
 };
 
 void printHelp()

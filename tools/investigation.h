@@ -1,0 +1,41 @@
+#ifndef TAVOLINE_INVESTIGATION_H
+#define TAVOLINE_INVESTIGATION_H
+
+#include "TAVmanager.h"
+#include "progress.h"
+
+#include <QString>
+
+#include <optional>
+
+/// The list manager that the window uses, without the window: the lines of its console go to standard output, each as
+/// soon as it is there, and the progress of a load to standard error.
+class Investigation
+{
+public:
+    Investigation();
+    Investigation(const Investigation &) = delete;
+    Investigation &operator=(const Investigation &) = delete;
+
+    /// For the operations that end at once and tell their failure.
+    TAVManager &getManager() { return manager; }
+
+    /// Loads the database file @p file, waits for the outcome and returns whether there is a database now.
+    bool load(const QString &file);
+    /// Loads an invariant by @p operation and returns whether every graph got its value.
+    bool loadInvariant(void (TAVManager::*operation)(const QString &), const QString &file);
+    /// Prints the name and the length of every list, separated by a tab, one list a line.
+    void printLists();
+    /// Prints the graph names of the list @p name, one a line; returns false when there is no such list.
+    bool printList(const QString &name);
+
+private:
+    void showConsoleLine(const QString &text);
+    void showProgress(int done, int total);
+
+    TAVManager manager;
+    QString lastConsoleLine;
+    std::optional<Progress> progress; // shown until the console has something to say
+};
+
+#endif

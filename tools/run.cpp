@@ -1,0 +1,142 @@
+#include "run.h"
+
+#include "commandline.h"
+#include "input.h"
+#include "interruption.h"
+#include "investigation.h"
+#include "script.h"
+
+#include <cstdio>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace
+{
+/// What of the lists keeps the command from succeeding; empty when nothing does.
+QString obstacle(const ScriptStep &step, const TAVManager &manager)
+{
+    for (int i = 0; i < step.arguments.size(); ++i) {
+        const QString &name = step.arguments.at(i);
+        const bool exists = manager.indexOf(name) >= 0;
+        switch (step.command->arguments[size_t(i)].kind) {
+        case ScriptArgument::NewList:
+            if (name.isEmpty()) {
+                return QStringLiteral("the name of a list cannot be empty");
+            }
+            if (exists) {
+                return QStringLiteral("there is a list '%1' already").arg(name);
+            }
+            break;
+        case ScriptArgument::List:
+            if (!exists) {
+                return QStringLiteral("there is no list '%1'").arg(name);
+            }
+            break;
+        case ScriptArgument::InputFile:
+        case ScriptArgument::OutputFile:
+            break;
+        }
+    }
+    return {};
+}
+
+/// A save that has begun is ended before a signal is obeyed.
+bool carryOut(const ScriptStep &step, Investigation &investigation)
+{
+    std::optional<InterruptionScope> scope;
+    if (step.command->takes(ScriptArgument::OutputFile)) {
+        scope.emplace();
+    }
+    const bool succeeded = step.command->run(investigation, step.arguments);
+    if (scope) {
+        InterruptionScope::check();
+    }
+    return succeeded;
+}
+
+CommandError failure(const ScriptStep &step, const QString &script, const QString &reason)
+{
+    QString text = QStringLiteral("%1 failed").arg(QLatin1String(step.command->name));
+    if (!reason.isEmpty()) {
+        text += QStringLiteral(": ") + reason;
+    }
+    return CommandError(script, step.line, text);
+}
+
+/// Runs a command; throws CommandError when it fails and must not.
+void runStep(const ScriptStep &step, const QString &script, Investigation &investigation)
+{
+    const QString reason = obstacle(step, investigation.getManager());
+    const bool succeeded = carryOut(step, investigation);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw CommandError(QStringLiteral("standard output: cannot be written"));
+    }
+    if (succeeded) {
+        return;
+    }
+    if (!step.mayFail) {
+        throw failure(step, script, reason);
+    }
+    std::fprintf(stderr, "tav: %s (ignored)\n", qPrintable(failure(step, script, reason).text()));
+}
+
+/// Runs the commands of standard input, each as soon as it is there.
+void runLineByLine()
+{
+    Investigation investigation;
+    readLines(standardStream, [&](std::string_view line, qint64 number) {
+        if (const auto step = parseScriptLine(line, standardStream, number)) {
+            runStep(*step, standardStream, investigation);
+        }
+        return true;
+    });
+}
+
+/// Runs nothing unless every line of the file is a proper command.
+void runFile(const QString &script)
+{
+    std::vector<ScriptStep> steps;
+    readLines(script, [&](std::string_view line, qint64 number) {
+        if (auto step = parseScriptLine(line, script, number)) {
+            steps.push_back(std::move(*step));
+        }
+        return true;
+    });
+    Investigation investigation;
+    for (const ScriptStep &step : steps) {
+        runStep(step, script, investigation);
+    }
+}
+
+void printCommands()
+{
+    std::puts("\nCommands of a script, one a line:");
+    for (const ScriptCommand &command : scriptCommands()) {
+        std::printf("  %-24s %s\n", qPrintable(command.usage()), command.summary);
+    }
+}
+} // namespace
+
+void runScript(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "
+                       "output. A command that fails ends the script, unless its line begins with '-'."));
+    parser.addPositionalArgument(QStringLiteral("SCRIPT"),
+                                 QStringLiteral("The file of commands; by default, and for '-', standard input, of "
+                                                "which each line is carried out as soon as it is there."),
+                                 QStringLiteral("[SCRIPT]"));
+    if (!parseArguments(parser, arguments)) {
+        printCommands();
+        return;
+    }
+    const QString script =
+        parser.positionalArguments().isEmpty() ? standardStream : onlyArgument(parser, QStringLiteral("script"));
+    if (script == standardStream) {
+        runLineByLine();
+    } else {
+        runFile(script);
+    }
+}

@@ -1,0 +1,247 @@
+#include "script.h"
+
+#include "TAVmanager.h"
+#include "commandline.h"
+#include "investigation.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
+namespace
+{
+using Run = decltype(ScriptCommand::run);
+
+template<typename Result, typename... Texts, std::size_t... Positions>
+Run callOf(Result (TAVManager::*operation)(Texts...), std::index_sequence<Positions...>)
+{
+    return [operation](Investigation &investigation, [[maybe_unused]] const QStringList &arguments) {
+        const auto call = [&] { return (investigation.getManager().*operation)(arguments.at(int(Positions))...); };
+        if constexpr (std::is_void_v<Result>) {
+            call();
+            return true;
+        } else {
+            return call();
+        }
+    };
+}
+
+/// Calls an operation of the manager with the arguments of the command; one that returns nothing always succeeds.
+template<typename Result, typename... Texts> Run manager(Result (TAVManager::*operation)(Texts...))
+{
+    return callOf(operation, std::index_sequence_for<Texts...>());
+}
+
+Run invariantLoader(void (TAVManager::*operation)(const QString &))
+{
+    return [operation](Investigation &investigation, const QStringList &arguments) {
+        return investigation.loadInvariant(operation, arguments.first());
+    };
+}
+
+bool load(Investigation &investigation, const QStringList &arguments)
+{
+    return investigation.load(arguments.first());
+}
+
+bool printLists(Investigation &investigation, const QStringList &)
+{
+    investigation.printLists();
+    return true;
+}
+
+bool printList(Investigation &investigation, const QStringList &arguments)
+{
+    return investigation.printList(arguments.first());
+}
+
+std::vector<ScriptCommand> makeCommands()
+{
+    const ScriptArgument in{ScriptArgument::InputFile, "FILE"};
+    const ScriptArgument out{ScriptArgument::OutputFile, "FILE"};
+    const ScriptArgument name{ScriptArgument::NewList, "NAME"};
+    const ScriptArgument a{ScriptArgument::List, "A"};
+    const ScriptArgument b{ScriptArgument::List, "B"};
+    // clang-format off
+    return {
+        {"load", {in}, "loads a database, in place of the one at hand", load},
+        {"clear", {}, "empties the database; lists stay", manager(&TAVManager::resetDatabase)},
+        {"save-graphs", {out}, "writes the names of all graphs of the database", manager(&TAVManager::saveGraphs)},
+
+        {"load-i1", {in}, "loads I1 of every graph", invariantLoader(&TAVManager::loadInv1)},
+        {"load-i2", {in}, "loads I2 of every graph", invariantLoader(&TAVManager::loadInv2)},
+        {"save-i1", {out}, "writes I1 of every graph", manager(&TAVManager::saveInv1)},
+        {"i1-gets-i2", {}, "I1 <- I2", manager(&TAVManager::I1getsI2)},
+        {"i2-gets-i1", {}, "I2 <- I1", manager(&TAVManager::I2getsI1)},
+        {"exchange", {}, "I1 <-> I2", manager(&TAVManager::exch_1_2)},
+        {"avg-sub", {}, "I2 = average of I1 over the direct sub-graphs", manager(&TAVManager::avgSub1)},
+        {"avg-super", {}, "I2 = average of I1 over the direct super-graphs", manager(&TAVManager::avgOver1)},
+        {"avg-all", {}, "I2 = average of I1 over both", manager(&TAVManager::avgAll1)},
+        {"min-sub", {}, "I2 = minimum of I1 over the direct sub-graphs", manager(&TAVManager::minSub1)},
+        {"min-super", {}, "I2 = minimum of I1 over the direct super-graphs", manager(&TAVManager::minOver1)},
+        {"min-all", {}, "I2 = minimum of I1 over both", manager(&TAVManager::minAll1)},
+        {"max-sub", {}, "I2 = maximum of I1 over the direct sub-graphs", manager(&TAVManager::maxSub1)},
+        {"max-super", {}, "I2 = maximum of I1 over the direct super-graphs", manager(&TAVManager::maxOver1)},
+        {"max-all", {}, "I2 = maximum of I1 over both", manager(&TAVManager::maxAll1)},
+
+        {"list-ge", {name}, "List I1 >= I2", manager(&TAVManager::addI1geI2List)},
+        {"list-le", {name}, "List I1 <= I2", manager(&TAVManager::addI1leI2List)},
+        {"list-eq-subs", {name}, "List I1 == I2 (all subs)", manager(&TAVManager::addI1eqI2subsList)},
+        {"list-ge-subs", {name}, "List I1 >= I2 (all subs)", manager(&TAVManager::addI1geI2subsList)},
+        {"list-le-subs", {name}, "List I1 <= I2 (all subs)", manager(&TAVManager::addI1leI2subsList)},
+        {"list-eq-supers", {name}, "List I1 == I2 (all super)", manager(&TAVManager::addI1eqI2overList)},
+        {"list-ge-supers", {name}, "List I1 >= I2 (all super)", manager(&TAVManager::addI1geI2overList)},
+        {"list-le-supers", {name}, "List I1 <= I2 (all super)", manager(&TAVManager::addI1leI2overList)},
+        {"list-gt-subs", {name}, "List I1 > I2 (all subs)", manager(&TAVManager::addI1gtI2subsList)},
+        {"list-lt-subs", {name}, "List I1 < I2 (all subs)", manager(&TAVManager::addI1ltI2subsList)},
+        {"list-gt-supers", {name}, "List I1 > I2 (all super)", manager(&TAVManager::addI1gtI2overList)},
+        {"list-lt-supers", {name}, "List I1 < I2 (all super)", manager(&TAVManager::addI1ltI2overList)},
+
+        {"supers", {name, a}, "the graphs of A that are in the database, and all above them", manager(&TAVManager::addOverList)},
+        {"subs", {name, a}, "the graphs of A that are in the database, and all below them", manager(&TAVManager::addSubsList)},
+        {"list-from-file", {name, in}, "the graphs that a file names, one a line", manager(&TAVManager::addListFromFile)},
+        {"union", {name, a, b}, "the graphs of A and of B, sorted, each once", manager(&TAVManager::addUnionList)},
+        {"intersection", {name, a, b}, "the graphs of A that are in B", manager(&TAVManager::addInterList)},
+        {"difference", {name, a, b}, "the graphs of A that are not in B", manager(&TAVManager::addExceptList)},
+        {"remove-list", {a}, "removes the list A", manager(&TAVManager::remList)},
+        {"save-list", {a, out}, "writes the graphs of A, one a line", manager(&TAVManager::saveList)},
+        {"lists", {}, "prints the name and the length of every list", printLists},
+        {"show", {a}, "prints the graphs of A, one a line", printList},
+    };
+    // clang-format on
+}
+
+bool isBlank(QChar character)
+{
+    return character == QLatin1Char(' ') || character == QLatin1Char('\t');
+}
+
+/// Takes the words of a line one by one.
+class WordReader
+{
+public:
+    /// @p line stands in @p scriptName as the line @p lineNumber, which messages name.
+    WordReader(QString line, const QString &scriptName, qint64 lineNumber)
+        : text(std::move(line))
+        , script(scriptName)
+        , number(lineNumber)
+    {
+    }
+
+    /// Skips blanks, then @p character, and returns whether it was there.
+    bool take(QChar character)
+    {
+        skipBlanks();
+        const bool found = !atEnd() && current() == character;
+        position += found ? 1 : 0;
+        return found;
+    }
+
+    QStringList takeAll()
+    {
+        QStringList words;
+        for (skipBlanks(); !atEnd() && current() != QLatin1Char('#'); skipBlanks()) {
+            words.append(current() == QLatin1Char('"') ? quotedWord() : plainWord());
+        }
+        return words;
+    }
+
+    [[noreturn]] void fail(const QString &fault) const { throw CommandError(script, number, fault); }
+
+private:
+    bool atEnd() const { return position >= text.size(); }
+    QChar current() const { return text.at(position); }
+
+    void skipBlanks()
+    {
+        while (!atEnd() && isBlank(current())) {
+            ++position;
+        }
+    }
+
+    QString plainWord()
+    {
+        const int begin = position;
+        while (!atEnd() && !isBlank(current())) {
+            ++position;
+        }
+        return text.mid(begin, position - begin);
+    }
+
+    QString quotedWord()
+    {
+        QString word;
+        for (++position; !atEnd() && current() != QLatin1Char('"'); ++position) {
+            if (current() == QLatin1Char('\\')) {
+                ++position;
+                if (!atEnd() && current() != QLatin1Char('"') && current() != QLatin1Char('\\')) {
+                    fail(QStringLiteral("between quotes a backslash stands only before a quote or a backslash"));
+                }
+            }
+            if (!atEnd()) {
+                word.append(current());
+            }
+        }
+        if (atEnd()) {
+            fail(QStringLiteral("a quote is not closed"));
+        }
+        ++position;
+        if (!atEnd() && !isBlank(current())) {
+            fail(QStringLiteral("no blank behind a closing quote"));
+        }
+        return word;
+    }
+
+    QString text;
+    const QString &script;
+    qint64 number;
+    int position = 0;
+};
+} // namespace
+
+QString ScriptCommand::usage() const
+{
+    QString text = QLatin1String(name);
+    for (const ScriptArgument &argument : arguments) {
+        text += QLatin1Char(' ') + QLatin1String(argument.name);
+    }
+    return text;
+}
+
+bool ScriptCommand::takes(ScriptArgument::Kind kind) const
+{
+    return std::any_of(arguments.begin(), arguments.end(),
+                       [kind](const ScriptArgument &argument) { return argument.kind == kind; });
+}
+
+const std::vector<ScriptCommand> &scriptCommands()
+{
+    static const std::vector<ScriptCommand> commands = makeCommands();
+    return commands;
+}
+
+std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString &script, qint64 number)
+{
+    WordReader reader(QString::fromUtf8(bytes.data(), int(bytes.size())), script, number);
+    ScriptStep step;
+    step.line = number;
+    step.mayFail = reader.take(QLatin1Char('-'));
+    step.arguments = reader.takeAll();
+    if (step.arguments.isEmpty()) {
+        return {};
+    }
+    const QString name = step.arguments.takeFirst();
+    const std::vector<ScriptCommand> &commands = scriptCommands();
+    const auto command = std::find_if(commands.begin(), commands.end(),
+                                      [&](const ScriptCommand &one) { return name == QLatin1String(one.name); });
+    if (command == commands.end()) {
+        reader.fail(QStringLiteral("unknown command '%1'").arg(name));
+    }
+    if (step.arguments.size() != int(command->arguments.size())) {
+        reader.fail(QStringLiteral("wrong number of arguments: '%1' expected, %2 given")
+                        .arg(command->usage())
+                        .arg(step.arguments.size()));
+    }
+    step.command = &*command;
+    return step;
+}

@@ -1,0 +1,51 @@
+#ifndef TAVOLINE_SCRIPT_H
+#define TAVOLINE_SCRIPT_H
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+class Investigation;
+
+/// What the words behind the name of a command stand for.
+struct ScriptArgument {
+    enum Kind { InputFile, OutputFile, List, NewList };
+
+    Kind kind;
+    const char *name; ///< in texts for the user
+};
+
+/// A command of the scripts that repeat an investigation.
+struct ScriptCommand {
+    const char *name;
+    std::vector<ScriptArgument> arguments;
+    const char *summary;
+    /// Carries the command out and returns whether it succeeded.
+    std::function<bool(Investigation &investigation, const QStringList &arguments)> run;
+
+    /// The name and the names of the arguments.
+    QString usage() const;
+    /// Whether it has an argument of that kind.
+    bool takes(ScriptArgument::Kind kind) const;
+};
+
+/// Every command there is, in the order of the window's panels.
+const std::vector<ScriptCommand> &scriptCommands();
+
+/// A line of a script that holds a command.
+struct ScriptStep {
+    qint64 line = 0;
+    bool mayFail = false; ///< the script goes on when the command fails
+    const ScriptCommand *command = nullptr;
+    QStringList arguments; ///< as many as the command takes
+};
+
+/// The command of the line @p bytes (UTF-8, without line end), which stands in @p script as its line @p number; none
+/// when the line is empty or a comment. Throws CommandError when the line is no proper command.
+std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString &script, qint64 number);
+
+#endif
