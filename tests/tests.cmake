@@ -34,6 +34,7 @@ tavoline_window_test(tst_graph_menu tavoline_viewer)
 # The companion program.
 tavoline_tool_test(tst_tav_build tavoline_core)
 tavoline_tool_test(tst_tav_info tavoline_core)
+tavoline_tool_test(tst_tav_run tavoline_tools)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

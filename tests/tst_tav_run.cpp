@@ -1,0 +1,685 @@
+#include "TAVmanager.h"
+#include "commandline.h"
+#include "script.h"
+#include "support/testdata.h"
+#include "support/toolprocess.h"
+
+#include <QEventLoop>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr int patience = 60000; // milliseconds
+
+const QByteArray start = "Starting...\n";
+
+/// An operation of the manager, and where its caller prints.
+using Operation = std::function<void(TAVManager &manager, QByteArray &output)>;
+
+/// What a command does, said a second time.
+struct Meaning {
+    const char *line;
+    Operation operation;
+};
+
+Operation derivation(void (TAVManager::*operation)())
+{
+    return [operation](TAVManager &manager, QByteArray &) { (manager.*operation)(); };
+}
+
+Operation comparison(bool (TAVManager::*operation)(const QString &))
+{
+    return [operation](TAVManager &manager, QByteArray &) { (manager.*operation)(QStringLiteral("new list")); };
+}
+
+Operation withFile(const std::function<void(TAVManager &, const QString &)> &operation, const char *file)
+{
+    return [operation, file](TAVManager &manager, QByteArray &) { operation(manager, QLatin1String(file)); };
+}
+
+Operation combination(bool (TAVManager::*operation)(const QString &, const QString &, const QString &))
+{
+    return [operation](TAVManager &manager, QByteArray &) {
+        (manager.*operation)(QStringLiteral("new list"), QStringLiteral("regular"), QStringLiteral("all"));
+    };
+}
+
+Operation closure(bool (TAVManager::*operation)(const QString &, const QString &))
+{
+    return [operation](TAVManager &manager, QByteArray &) {
+        (manager.*operation)(QStringLiteral("new list"), QStringLiteral("regular"));
+    };
+}
+
+void loadAndWait(TAVManager &manager, const QString &file)
+{
+    QEventLoop loop;
+    QObject::connect(&manager, &TAVManager::signal_database_loaded, &loop, &QEventLoop::quit);
+    QObject::connect(&manager, &TAVManager::signal_database_empty, &loop, &QEventLoop::quit);
+    manager.loadDatabase(file);
+    loop.exec();
+}
+
+const std::vector<Meaning> &meanings()
+{
+    static const std::vector<Meaning> all = {
+        {"load small.tav", withFile(loadAndWait, "small.tav")},
+        {"clear", derivation(&TAVManager::resetDatabase)},
+        {"save-graphs out", withFile(&TAVManager::saveGraphs, "out")},
+        {"load-i1 examples/connected-8.size.txt", withFile(&TAVManager::loadInv1, "examples/connected-8.size.txt")},
+        {"load-i2 examples/connected-8.size.txt", withFile(&TAVManager::loadInv2, "examples/connected-8.size.txt")},
+        {"save-i1 out", withFile(&TAVManager::saveInv1, "out")},
+        {"i1-gets-i2", derivation(&TAVManager::I1getsI2)},
+        {"i2-gets-i1", derivation(&TAVManager::I2getsI1)},
+        {"exchange", derivation(&TAVManager::exch_1_2)},
+        {"avg-sub", derivation(&TAVManager::avgSub1)},
+        {"avg-super", derivation(&TAVManager::avgOver1)},
+        {"avg-all", derivation(&TAVManager::avgAll1)},
+        {"min-sub", derivation(&TAVManager::minSub1)},
+        {"min-super", derivation(&TAVManager::minOver1)},
+        {"min-all", derivation(&TAVManager::minAll1)},
+        {"max-sub", derivation(&TAVManager::maxSub1)},
+        {"max-super", derivation(&TAVManager::maxOver1)},
+        {"max-all", derivation(&TAVManager::maxAll1)},
+        {"list-ge \"new list\"", comparison(&TAVManager::addI1geI2List)},
+        {"list-le \"new list\"", comparison(&TAVManager::addI1leI2List)},
+        {"list-eq-subs \"new list\"", comparison(&TAVManager::addI1eqI2subsList)},
+        {"list-ge-subs \"new list\"", comparison(&TAVManager::addI1geI2subsList)},
+        {"list-le-subs \"new list\"", comparison(&TAVManager::addI1leI2subsList)},
+        {"list-eq-supers \"new list\"", comparison(&TAVManager::addI1eqI2overList)},
+        {"list-ge-supers \"new list\"", comparison(&TAVManager::addI1geI2overList)},
+        {"list-le-supers \"new list\"", comparison(&TAVManager::addI1leI2overList)},
+        {"list-gt-subs \"new list\"", comparison(&TAVManager::addI1gtI2subsList)},
+        {"list-lt-subs \"new list\"", comparison(&TAVManager::addI1ltI2subsList)},
+        {"list-gt-supers \"new list\"", comparison(&TAVManager::addI1gtI2overList)},
+        {"list-lt-supers \"new list\"", comparison(&TAVManager::addI1ltI2overList)},
+        {"supers \"new list\" regular", closure(&TAVManager::addOverList)},
+        {"subs \"new list\" regular", closure(&TAVManager::addSubsList)},
+        {"list-from-file \"new list\" examples/regular-8.g6",
+         [](TAVManager &manager, QByteArray &) {
+             manager.addListFromFile(QStringLiteral("new list"), QStringLiteral("examples/regular-8.g6"));
+         }},
+        {"union \"new list\" regular all", combination(&TAVManager::addUnionList)},
+        {"intersection \"new list\" regular all", combination(&TAVManager::addInterList)},
+        {"difference \"new list\" regular all", combination(&TAVManager::addExceptList)},
+        {"remove-list regular", [](TAVManager &manager, QByteArray &) { manager.remList(QStringLiteral("regular")); }},
+        {"save-list regular out",
+         [](TAVManager &manager, QByteArray &) { manager.saveList(QStringLiteral("regular"), QStringLiteral("out")); }},
+        {"lists", [](TAVManager &, QByteArray &output) { output += "regular\t17\nall\t12\n"; }},
+        {"show all", [](TAVManager &,
+                        QByteArray &output) { output += "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n"; }},
+    };
+    return all;
+}
+
+QString nameIn(const QString &line)
+{
+    return line.section(QLatin1Char(' '), 0, 0);
+}
+
+QByteArray contentsIfThere(const QString &path)
+{
+    return QFile::exists(path) ? contents(path) : QByteArray("no file");
+}
+} // namespace
+
+class TestTavRun : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // Every test has a folder of its own, in which it runs the program, with the examples in it.
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(QFile::link(QStringLiteral(TAVOLINE_EXAMPLES), path("examples")));
+        startFolder = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(folder->path()));
+    }
+
+    void cleanup() { QVERIFY(QDir::setCurrent(startFolder)); }
+
+    // A whole investigation.
+
+    void everyLineAsInTheWindow()
+    {
+        const ToolResult result = runFile("load examples/connected-8.tav\n"
+                                          "load-i1 examples/connected-8.averagedistance.txt\n"
+                                          "i2-gets-i1\n"
+                                          "list-ge-subs complete\n"
+                                          "list-gt-supers none\n"
+                                          "list-from-file \"regular graphs\" examples/regular-8.g6\n"
+                                          "intersection both \"regular graphs\" complete\n"
+                                          "difference nothing complete complete\n"
+                                          "show both\n"
+                                          "remove-list both\n"
+                                          "lists\n"
+                                          "save-list complete complete.g6\n"
+                                          "save-graphs graphs.g6\n");
+        QCOMPARE(result.output, QByteArray("Loading data ... please wait.\n"
+                                           "12113 lines.\n"
+                                           "Data loaded : 12113 nodes and 71258 links.\n"
+                                           "Read examples/connected-8.averagedistance.txt\n"
+                                           "Database cleared.\n"
+                                           "List added : complete [ 6 element(s)]\n"
+                                           "List added : complete\n"
+                                           "Database cleared.\n"
+                                           "Empty list\n"
+                                           "List added : regular graphs [ 17 element(s)]\n"
+                                           "List added : regular graphs\n"
+                                           "List added : both [ 1 element(s)]\n"
+                                           "List added : both\n"
+                                           "Empty list, not added.\n"
+                                           "List added : nothing\n"
+                                           "G~~~~{\n"
+                                           "List both removed.\n"
+                                           "complete\t6\n"
+                                           "regular graphs\t17\n"
+                                           "Wrote graphs.g6\n"));
+        QCOMPARE(result.errors, start + "List added : complete\n"
+                                        "List added : regular graphs\n"
+                                        "List added : both\n"
+                                        "List added : nothing\n");
+        QCOMPARE(result.status, 0);
+        QCOMPARE(contents(path("complete.g6")), QByteArray("Bw\nC~\nD~{\nE~~w\nF~~~w\nG~~~~{"));
+        QCOMPARE(contents(path("graphs.g6")).count('\n'), 12113);
+    }
+
+    void theGuidesExample()
+    {
+        const QList<QByteArray> parts = guide().split('\n');
+        QByteArray blocks[2];
+        int fences = 0;
+        for (const QByteArray &line : parts) {
+            if (line == "```") {
+                ++fences;
+            } else if (fences % 2 == 1 && fences < 4) {
+                blocks[fences / 2] += line + '\n';
+            }
+        }
+        QCOMPARE(fences, 4);
+        const ToolResult result = runFile(blocks[0]);
+        QCOMPARE(result.output, blocks[1]);
+        QCOMPARE(result.status, 0);
+    }
+
+    // The commands.
+
+    void theGuideNamesEveryCommand()
+    {
+        QByteArrayList expected;
+        for (const ScriptCommand &command : scriptCommands()) {
+            expected.append("| `" + command.usage().toUtf8() + "` | " + command.summary + " |");
+        }
+        QByteArrayList found;
+        for (const QByteArray &line : guide().split('\n')) {
+            if (line.startsWith("| `")) {
+                found.append(line);
+            }
+        }
+        QCOMPARE(found, expected);
+    }
+
+    void theHelpNamesEveryCommand()
+    {
+        const ToolResult result = runTav(words({"run", "--help"}));
+        QVERIFY(result.output.startsWith("Usage: tav run [options] [SCRIPT]\n"));
+        QByteArray expected = "\nCommands of a script, one a line:\n";
+        for (const ScriptCommand &command : scriptCommands()) {
+            expected += "  " + command.usage().toUtf8().leftJustified(24) + ' ' + command.summary + '\n';
+        }
+        QVERIFY(result.output.endsWith(expected));
+        QCOMPARE(result.status, 0);
+    }
+
+    void everyCommandHasAMeaning()
+    {
+        QStringList commands;
+        for (const ScriptCommand &command : scriptCommands()) {
+            commands.append(QLatin1String(command.name));
+        }
+        QStringList tested;
+        for (const Meaning &meaning : meanings()) {
+            tested.append(nameIn(QLatin1String(meaning.line)));
+        }
+        QCOMPARE(tested, commands);
+    }
+
+    void aCommandIsTheManagersOperation_data()
+    {
+        QTest::addColumn<int>("index");
+        for (size_t i = 0; i < meanings().size(); ++i) {
+            QTest::newRow(meanings()[i].line) << int(i);
+        }
+    }
+
+    // The same is done to a manager; every command leaves something else behind than all others.
+    void aCommandIsTheManagersOperation()
+    {
+        QFETCH(int, index);
+        const Meaning &meaning = meanings()[size_t(index)];
+        write("small.tav", "@\nA_\t0\n");
+        write("all.g6", "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n");
+        QStringList lists;
+        const QByteArray expected = playOnManager(meaning.operation, lists);
+        for (const char *file : {"i1", "i2", "out"}) {
+            QFile::remove(path(file));
+        }
+
+        QByteArray script = "load examples/connected-8.tav\n"
+                            "load-i1 examples/connected-8.diameter.txt\n"
+                            "load-i2 examples/connected-8.girth.txt\n"
+                            "list-from-file regular examples/regular-8.g6\n"
+                            "list-from-file all all.g6\n";
+        script += QByteArray(meaning.line) + "\n-save-i1 i1\nexchange\n-save-i1 i2\n";
+        for (const QString &list : lists) {
+            script += "show \"" + list.toUtf8() + "\"\n";
+        }
+        const ToolResult result = runFile(script);
+        QCOMPARE(result.output + written(), expected);
+        QCOMPARE(result.status, 0);
+
+        QVERIFY2(!outcomes.contains(expected), qPrintable(outcomes.value(expected)));
+        outcomes.insert(expected, QLatin1String(meaning.line));
+    }
+
+    // The lines.
+
+    void properLine_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<bool>("mayFail");
+        const auto row = [](const char *title, const char *line, const char *name, const QStringList &arguments,
+                            bool mayFail) {
+            QTest::newRow(title) << QByteArray(line) << QString::fromLatin1(name) << arguments << mayFail;
+        };
+        row("plain", "union u a b", "union", words({"u", "a", "b"}), false);
+        row("blanks", "\t union  u\ta   b \t", "union", words({"u", "a", "b"}), false);
+        row("quotes", R"(union "u v" "" " ")", "union", words({"u v", "", " "}), false);
+        row("escapes", "union\t\"\\\"\"\t\"\\\\\"\t\"a\\\\\\\"b\"", "union", words({"\"", "\\", "a\\\"b"}), false);
+        row("a quoted command", "\"clear\"", "clear", {}, false);
+        row("comment", "show a # b c \"", "show", words({"a"}), false);
+        row("comment behind a quote", "show \"a\" #", "show", words({"a"}), false);
+        row("number sign in a word", "union a# b#c \"#\"", "union", words({"a#", "b#c", "#"}), false);
+        row("quotes in a word", R"(union a"b c" \)", "union", words({"a\"b", "c\"", "\\"}), false);
+        row("graph6", R"(union G?qa`_ C\~ \")", "union", words({"G?qa`_", "C\\~", "\\\""}), false);
+        row("may fail", "-clear", "clear", {}, true);
+        row("may fail, with blanks", "  -\t clear", "clear", {}, true);
+        row("minus in a word", "show -a", "show", words({"-a"}), false);
+        QTest::newRow("beyond ASCII") << QByteArray("show \xc3\xa4\xe2\x82\xac") << QStringLiteral("show")
+                                      << QStringList{QString::fromUtf8("\xc3\xa4\xe2\x82\xac")} << false;
+    }
+
+    void properLine()
+    {
+        QFETCH(QByteArray, line);
+        const auto step = parseScriptLine({line.constData(), size_t(line.size())}, QStringLiteral("s"), 7);
+        QVERIFY(step.has_value());
+        QTEST(QString(QLatin1String(step->command->name)), "name");
+        QTEST(step->arguments, "arguments");
+        QTEST(step->mayFail, "mayFail");
+        QCOMPARE(step->line, 7);
+    }
+
+    void linesWithoutACommand()
+    {
+        for (const char *line : {"", " \t", "#", "  # show a", "-", "- # show", "#!/usr/bin/tav"}) {
+            QVERIFY2(!parseScriptLine(line, QStringLiteral("s"), 1).has_value(), line);
+        }
+    }
+
+    void fault_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("message");
+        const auto row = [](const char *line, const char *message) {
+            QTest::newRow(line) << QByteArray(line) << QByteArray(message);
+        };
+        row("Load x", "unknown command 'Load'");
+        row("-nothing", "unknown command 'nothing'");
+        row("\"\"", "unknown command ''");
+        row("load", "wrong number of arguments: 'load FILE' expected, 0 given");
+        row("clear x", "wrong number of arguments: 'clear' expected, 1 given");
+        row("-union a b # c", "wrong number of arguments: 'union NAME A B' expected, 2 given");
+        row("show a b", "wrong number of arguments: 'show A' expected, 2 given");
+        row("show \"a", "a quote is not closed");
+        row(R"(show "a\")", "a quote is not closed");
+        row("show \"a\\", "a quote is not closed");
+        row("show \"", "a quote is not closed");
+        row("show \"a\"b", "no blank behind a closing quote");
+        row("show \"a\"#", "no blank behind a closing quote");
+        row(R"(show "a\n")", "between quotes a backslash stands only before a quote or a backslash");
+    }
+
+    // A file is checked before anything runs; the line of standard input before it has run.
+    void fault()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, message);
+        const QByteArray script = "list-from-file a examples/regular-8.g6\n\n" + line + "\nlists\n";
+        ToolResult result = runFile(script);
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.errors, "tav: script:3: " + message + '\n');
+        QCOMPARE(result.status, 1);
+
+        result = runTav({QStringLiteral("run")}, script);
+        QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\n"));
+        QCOMPARE(result.errors, start + "List added : a\ntav: standard input:3: " + message + '\n');
+        QCOMPARE(result.status, 1);
+    }
+
+    void lineEnds()
+    {
+        const ToolResult result = runFile("\r\nlist-from-file a examples/regular-8.g6\r\n#\r\nlists");
+        QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\na\t17\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void namesBeyondLatin1()
+    {
+        write("euro.g6", "\xe2\x82\xac\n");
+        const ToolResult result = runFile("list-from-file \xe2\x82\xac euro.g6\nshow \xe2\x82\xac\n");
+        QCOMPARE(result.output, QByteArray("List added : \xe2\x82\xac [ 1 element(s)]\nList added : \xe2\x82\xac\n"
+                                           "\xe2\x82\xac\n"));
+    }
+
+    // Failures.
+
+    void failure_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("console");
+        QTest::addColumn<QByteArray>("diagnosis");
+        QTest::addColumn<QByteArray>("message");
+        const auto row = [](const char *line, const char *console, const char *diagnosis, const char *message) {
+            QTest::newRow(line) << QByteArray(line) << QByteArray(console) << QByteArray(diagnosis)
+                                << QByteArray(message);
+        };
+        const char *noFile = "Unable to open file\n";
+        row("load missing.tav", "Loading data ... please wait.\n", noFile, "load failed");
+        row("load \"\"", "Loading data ... please wait.\n", noFile, "load failed");
+        row("load bad.tav", "Loading data ... please wait.\n1 lines.\nERROR in database format.\n",
+            "Error in database format\n", "load failed");
+        row("save-graphs /proc/graphs.g6", "", "", "save-graphs failed");
+        row("save-graphs missing/graphs.g6", "", "", "save-graphs failed");
+        row("save-i1 /dev/full", "Unable to write file :/dev/full\n", "", "save-i1 failed");
+        row("load-i1 missing.txt", "Unable to open file.\nLoad failed\n", "", "load-i1 failed");
+        row("load-i1 bad.txt", "@ != A_\nLoad failed\n", "", "load-i1 failed");
+        row("load-i2 bad.txt", "Data format error\nLoad failed\n", "", "load-i2 failed");
+        row("load-i2 short.txt", "Load failed\n", "", "load-i2 failed");
+        row("list-ge a", "Name already used\n", "", "list-ge failed: there is a list 'a' already");
+        row("list-lt-supers \"\"", "Empty name\n", "", "list-lt-supers failed: the name of a list cannot be empty");
+        row("list-from-file a missing.g6", "", "", "list-from-file failed: there is a list 'a' already");
+        row("list-from-file b missing.g6", "Unable to open file :missing.g6\n", noFile, "list-from-file failed");
+        row("list-from-file b /proc/self/mem", "Unable to read file :/proc/self/mem\n", "", "list-from-file failed");
+        row("union a a a", "", "", "union failed: there is a list 'a' already");
+        row("union \"\" a a", "", "", "union failed: the name of a list cannot be empty");
+        row("intersection b a x", "", "", "intersection failed: there is no list 'x'");
+        row("difference b A a", "", "", "difference failed: there is no list 'A'");
+        row("subs a a", "", "", "subs failed: there is a list 'a' already");
+        row("supers b \"\"", "", "", "supers failed: there is no list ''");
+        row("remove-list b", "Unable to remove list.\n", "", "remove-list failed: there is no list 'b'");
+        row("save-list b b.g6", "", "", "save-list failed: there is no list 'b'");
+        row("save-list a /proc/a.g6", "Unable to open file :/proc/a.g6\n", noFile, "save-list failed");
+        row("save-list a /dev/full", "Unable to write file :/dev/full\n", "", "save-list failed");
+        row("show b", "", "", "show failed: there is no list 'b'");
+    }
+
+    void failure()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, console);
+        QFETCH(QByteArray, diagnosis);
+        QFETCH(QByteArray, message);
+        write("good.tav", "@\nA_\t0\n");
+        write("bad.tav", "@\t7\n");
+        write("bad.txt", "GRAPH\tINV1\nA_\t1\n");
+        write("short.txt", "GRAPH\tINV1\n@\t1\n");
+        const QByteArray before = "# failing commands\nload good.tav\nlist-from-file a examples/regular-8.g6\n";
+        const QByteArray consoleBefore = "Loading data ... please wait.\n2 lines.\nData loaded : 2 nodes and 1 links.\n"
+                                         "List added : a [ 17 element(s)]\nList added : a\n";
+        const QByteArray errorsBefore = start + "List added : a\n";
+
+        const ToolResult stopped = runFile(before + line + "\nlists\n");
+        QCOMPARE(stopped.output, consoleBefore + console);
+        QCOMPARE(stopped.errors, errorsBefore + diagnosis + "tav: script:4: " + message + '\n');
+        QCOMPARE(stopped.status, 1);
+
+        const ToolResult goneOn = runFile(before + '-' + line + "\nlists\n");
+        QCOMPARE(goneOn.output, consoleBefore + console + "a\t17\n");
+        QCOMPARE(goneOn.errors, errorsBefore + diagnosis + "tav: script:4: " + message + " (ignored)\n");
+        QCOMPARE(goneOn.status, 0);
+        QVERIFY(!QFile::exists(path("b.g6")));
+    }
+
+    void withoutADatabase_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("console");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("save graphs") << QByteArray("save-graphs g") << QByteArray("No data to save.\n")
+                                     << QByteArray("tav: script:1: save-graphs failed\n");
+        QTest::newRow("save I1") << QByteArray("save-i1 g") << QByteArray("No data to save.\n")
+                                 << QByteArray("tav: script:1: save-i1 failed\n");
+        QTest::newRow("load I1") << QByteArray("load-i1 examples/connected-8.size.txt")
+                                 << QByteArray("No data to match.\nLoad failed\n")
+                                 << QByteArray("tav: script:1: load-i1 failed\n");
+        QTest::newRow("derive") << QByteArray("avg-all") << QByteArray() << QByteArray();
+        QTest::newRow("compare") << QByteArray("list-ge a") << QByteArray("Empty list\n") << QByteArray();
+        QTest::newRow("clear") << QByteArray("clear") << QByteArray() << QByteArray();
+        QTest::newRow("lists") << QByteArray("lists") << QByteArray() << QByteArray();
+    }
+
+    void withoutADatabase()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, console);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runFile(line);
+        QCOMPARE(result.output, console);
+        QCOMPARE(result.errors, start + message);
+        QCOMPARE(result.status, message.isEmpty() ? 0 : 1);
+    }
+
+    void anEmptyListIsNoFailureButIsNotThere()
+    {
+        write("empty.g6", "\n\n");
+        const ToolResult result = runFile("list-from-file a empty.g6\nlists\nshow a\n");
+        QCOMPARE(result.output, QByteArray("Empty list, not added.\nList added : a\n"));
+        QCOMPARE(result.errors, start + "List added : a\ntav: script:3: show failed: there is no list 'a'\n");
+        QCOMPARE(result.status, 1);
+    }
+
+    void aFailedSaveKeepsTheFile()
+    {
+        write("kept", "old");
+        QVERIFY(runFile("-save-graphs kept\n-save-list a kept\n").status == 0);
+        QCOMPARE(contents(path("kept")), QByteArray("old"));
+    }
+
+    void aFailedLoadLeavesNoDatabase()
+    {
+        const ToolResult result = runFile("load examples/connected-8.tav\n-load missing.tav\nsave-graphs g\n");
+        QVERIFY(result.output.endsWith("Loading data ... please wait.\nNo data to save.\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    // Where the script comes from and the output goes.
+
+    void anEmptyScript()
+    {
+        const ToolResult result = runFile("");
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 0);
+        QCOMPARE(runTav(words({"run", "-"})).status, 0);
+    }
+
+    void standardInput()
+    {
+        const QByteArray script = "list-from-file a examples/regular-8.g6\nlists";
+        for (const QStringList &arguments : {words({"run"}), words({"run", "-"})}) {
+            const ToolResult result = runTav(arguments, script);
+            QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\na\t17\n"));
+            QCOMPARE(result.status, 0);
+        }
+    }
+
+    void aLineIsCarriedOutWhenItIsThere()
+    {
+        QProcess process;
+        process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
+        process.write("list-from-file a examples/regular-8.g6\nlis");
+        QCOMPARE(takeLines(process, 2), QByteArray("List added : a [ 17 element(s)]\nList added : a\n"));
+        process.write("ts\n");
+        QCOMPARE(takeLines(process, 1), QByteArray("a\t17\n"));
+        process.write("show b\n");
+        QVERIFY(process.waitForFinished(patience)); // the input is still open
+        QCOMPARE(process.exitCode(), 1);
+    }
+
+    void wrongUsage()
+    {
+        ToolResult result = runTav(words({"run", "a", "b"}));
+        QCOMPARE(result.errors, QByteArray("tav: Exactly one script expected, 2 given.\nTry 'tav --help'.\n"));
+        QCOMPARE(result.status, 2);
+        result = runTav(words({"run", "missing"}));
+        QCOMPARE(result.errors, QByteArray("tav: missing: cannot be opened\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    void aFullStandardOutput()
+    {
+        write("script", "list-from-file a examples/regular-8.g6\nlists\n");
+        QProcess process;
+        process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(QStringLiteral(TAVOLINE_TAV), words({"run", "script"}));
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.readAllStandardError(), start + "List added : a\ntav: standard output: cannot be written\n");
+        QCOMPARE(process.exitCode(), 1);
+    }
+
+    void aReaderThatLeavesEndsItQuietly()
+    {
+        write("script", "list-from-file a graphs.g6\nshow a\nshow a\n");
+        write("graphs.g6", QByteArray(1 << 20, '\n').replace("\n", "@\n"));
+        const QString command = QStringLiteral("'%1' run script | head -1; echo \"${PIPESTATUS[0]}\"");
+        const ToolResult result =
+            runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command.arg(QStringLiteral(TAVOLINE_TAV))});
+        QCOMPARE(result.output, QByteArray("List added : a [ 1048576 element(s)]\n141\n"));
+        QVERIFY2(!result.errors.contains("tav:"), result.errors.constData());
+    }
+
+    // The program is stopped while the pipe that it writes to is full.
+    void aSignalWaitsForTheEndOfASave()
+    {
+        QCOMPARE(::mkfifo("pipe", 0600), 0);
+        write("script", "load examples/connected-8.tav\nsave-graphs pipe\nsave-graphs later\n");
+        QProcess process;
+        process.start(QStringLiteral(TAVOLINE_TAV), words({"run", "script"}));
+        QVERIFY(process.waitForStarted(patience));
+        QFile pipe(path("pipe"));
+        QVERIFY(pipe.open(QIODevice::ReadOnly)); // waits for the save
+        ::kill(pid_t(process.processId()), SIGTERM);
+        QCOMPARE(pipe.readAll().count('\n'), 12113);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGTERM);
+        QVERIFY(!QFile::exists(path("later")));
+    }
+
+    // The file is a pipe that nobody writes to.
+    void aLoadTellsThatItHasBegunAndASignalEndsIt()
+    {
+        QCOMPARE(::mkfifo("pipe", 0600), 0);
+        QProcess process;
+        process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
+        process.write("load pipe\n");
+        QCOMPARE(takeLines(process, 1), QByteArray("Loading data ... please wait.\n"));
+        ::kill(pid_t(process.processId()), SIGINT);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGINT);
+    }
+
+    void aSignalEndsTheWaitForALine()
+    {
+        QProcess process;
+        process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
+        process.write("-save-list a b\nlist-from-file a examples/regular-8.g6\nlists\n");
+        QVERIFY(takeLines(process, 3).endsWith("a\t17\n"));
+        ::kill(pid_t(process.processId()), SIGTERM);
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.exitCode(), SIGTERM);
+    }
+
+private:
+    QString path(const char *name) const { return folder->filePath(QLatin1String(name)); }
+
+    void write(const char *name, const QByteArray &bytes) const
+    {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    }
+
+    ToolResult runFile(const QByteArray &script) const
+    {
+        write("script", script);
+        return runTav(words({"run", "script"}));
+    }
+
+    static QByteArray guide() { return contents(QStringLiteral(TAVOLINE_EXAMPLES "/../docs/tav-run.md")); }
+
+    /// Waits for @p count lines of standard output and returns them.
+    static QByteArray takeLines(QProcess &process, int count)
+    {
+        while (process.peek(1 << 16).count('\n') < count && process.waitForReadyRead(patience)) {
+        }
+        return process.readAllStandardOutput();
+    }
+
+    /// The files that a command may have written, and the invariants after it.
+    QByteArray written() const
+    {
+        return contentsIfThere(path("i1")) + contentsIfThere(path("i2")) + contentsIfThere(path("out"));
+    }
+
+    /// What the console of a manager shows and the files hold after an operation; @p lists are the lists then.
+    QByteArray playOnManager(const Operation &operation, QStringList &lists) const
+    {
+        QByteArray output;
+        TAVManager manager;
+        connect(&manager, &TAVManager::signal_console, [&](const QString &text) { output += text.toUtf8() + '\n'; });
+        loadAndWait(manager, QStringLiteral("examples/connected-8.tav"));
+        manager.loadInv1(QStringLiteral("examples/connected-8.diameter.txt"));
+        manager.loadInv2(QStringLiteral("examples/connected-8.girth.txt"));
+        manager.addListFromFile(QStringLiteral("regular"), QStringLiteral("examples/regular-8.g6"));
+        manager.addListFromFile(QStringLiteral("all"), QStringLiteral("all.g6"));
+        operation(manager, output);
+        manager.saveInv1(QStringLiteral("i1"));
+        manager.exch_1_2();
+        manager.saveInv1(QStringLiteral("i2"));
+        lists = manager.listNames();
+        for (const QString &list : qAsConst(lists)) {
+            output += manager.getList(list).join(QLatin1Char('\n')).toUtf8() + '\n';
+        }
+        return output + written();
+    }
+
+    std::unique_ptr<QTemporaryDir> folder;
+    QString startFolder;
+    QHash<QByteArray, QString> outcomes; // of the commands so far: the line of each
+};
+
+QTEST_GUILESS_MAIN(TestTavRun)
+#include "tst_tav_run.moc"
