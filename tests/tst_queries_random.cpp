@@ -21,6 +21,8 @@ class TestQueriesRandom : public QObject
 
 private slots:
     void everyQueryOnRandomDatabases();
+    void everyQueryOnLargeDatabases_data();
+    void everyQueryOnLargeDatabases();
 };
 
 namespace
@@ -53,22 +55,27 @@ const Tests below = {[](double x, double y) { return y > x + tolerance; },
 class Marks
 {
 public:
-    explicit Marks(const Graphs &graphs) : marked(size_t(graphs.size())) {}
+    explicit Marks(const Graphs &graphs) : markedBy(size_t(graphs.size())) {}
+
+    /// Takes back all marks.
+    void clear() { ++traversal; }
 
     /// Marks the record and returns whether it was not marked before.
     bool mark(const TAVGraph *graph)
     {
-        const auto place = marked.begin() + graph->getPosition();
-        return !std::exchange(*place, char(true));
+        const auto place = markedBy.begin() + graph->getPosition();
+        return std::exchange(*place, traversal) != traversal;
     }
 
 private:
-    std::vector<char> marked;
+    std::vector<int> markedBy;
+    int traversal = 1;
 };
 
 QStringList literalWalk(const Graphs &graphs, Links links, const Tests &tests)
 {
     QStringList result;
+    Marks marks(graphs);
     for (TAVGraph *g : graphs) {
         if (g->getErrInv1()) {
             continue;
@@ -76,7 +83,7 @@ QStringList literalWalk(const Graphs &graphs, Links links, const Tests &tests)
         const double x = g->getInv1();
         bool allHold = true;
         bool someHold = false;
-        Marks marks(graphs);
+        marks.clear();
         std::deque<TAVGraph *> queue{g};
         while (!queue.empty() && allHold) {
             TAVGraph *h = queue.front();
@@ -225,9 +232,19 @@ double largest(const std::vector<double> &values)
 class RandomDatabase
 {
 public:
+    /// A database of at most mostRecords records.
     explicit RandomDatabase(unsigned seed) : random(seed)
     {
-        load();
+        load(below(mostRecords + 1), 1);
+        choosePool();
+        chooseInvariants();
+    }
+
+    /// A database of @p records records that falls into @p parts without links to each other. The records of each take
+    /// turns with those of the others, so that its links reach far, and a walk in it stays short.
+    RandomDatabase(unsigned seed, int records, int parts) : random(seed)
+    {
+        load(records, parts);
         choosePool();
         chooseInvariants();
     }
@@ -262,16 +279,16 @@ private:
 
     static QString name(int number) { return QStringLiteral("g%1").arg(number); }
 
-    void load()
+    void load(int records, int parts)
     {
         QTemporaryFile file;
         QVERIFY(file.open());
-        const int records = below(mostRecords + 1);
         const int mostLinks = 1 + below(6);
         for (int record = 0; record < records; ++record) {
             QByteArray line = name(chance(10) ? below(records) : record).toLatin1(); // some names twice
             for (int links = below(mostLinks + 1); links > 0; --links) {
-                line += '\t' + QByteArray::number(chance(5) ? record : below(record + 1));
+                const int turn = record / parts;
+                line += '\t' + QByteArray::number((chance(5) ? turn : below(turn + 1)) * parts + record % parts);
             }
             file.write(line + '\n');
         }
@@ -436,6 +453,29 @@ void TestQueriesRandom::everyQueryOnRandomDatabases()
         if (QTest::currentTestFailed()) {
             QFAIL(qPrintable(QStringLiteral("repeat with TAVOLINE_SEED=%1 TAVOLINE_DATABASES=1").arg(seed)));
         }
+    }
+}
+
+void TestQueriesRandom::everyQueryOnLargeDatabases_data()
+{
+    // The sizes at which the work is shared out, and begins a new batch, and those beside them.
+    QTest::addColumn<int>("records");
+    for (const int records : {4096, 4097, 16384, 16385, 32767, 32768, 32769, 65536, 70001}) {
+        QTest::addRow("%d", records) << records;
+    }
+}
+
+void TestQueriesRandom::everyQueryOnLargeDatabases()
+{
+    QFETCH(int, records);
+    const StderrCapture silence;
+    for (const int turns : {2, 7, 40}) {
+        RandomDatabase database(unsigned(records + turns), records, records / turns);
+        checkWalks(database);
+        checkComparisons(database);
+        checkClosures(database);
+        checkDerivations(database);
+        checkExchanges(database);
     }
 }
 

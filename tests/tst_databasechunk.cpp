@@ -1,0 +1,235 @@
+#include "databasechunk.h"
+#include "databaseline.h"
+#include "databaselinks.h"
+
+#include <QBuffer>
+#include <QtTest>
+
+#include <memory>
+#include <random>
+
+namespace
+{
+/// What a chunk, or all of them, hold: a record in words with the number of its line in the file, and the lines.
+struct Content {
+    QStringList records;
+    qint64 lines = 0;
+
+    bool operator==(const Content &other) const { return records == other.records && lines == other.lines; }
+};
+
+QString describe(const QString &name, qint64 line, const std::vector<int> &indices)
+{
+    QStringList words = {QString::number(line), name};
+    for (const int index : indices) {
+        words.append(QString::number(index));
+    }
+    return words.join(QLatin1Char(' '));
+}
+
+void append(Content &content, const DatabaseChunk &chunk)
+{
+    auto index = chunk.links.indices.begin();
+    for (size_t i = 0; i < chunk.records.size(); ++i) {
+        const auto end = index + std::ptrdiff_t(chunk.links.counts.at(i));
+        content.records.append(
+            describe(chunk.records[i].getName(), content.lines + chunk.lineNumbers.at(i), {index, end}));
+        index = end;
+    }
+    QCOMPARE(index, chunk.links.indices.end());
+    QCOMPARE(chunk.links.counts.size(), chunk.records.size());
+    content.lines += chunk.lineCount;
+}
+
+/// Reads a file in chunks of about that length.
+Content inChunks(QByteArray file, int chunkLength)
+{
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::ReadOnly);
+    DatabaseReader reader(buffer, chunkLength);
+    DatabaseChunk chunk;
+    Content content;
+    LineReader::Status status = LineReader::Status::Line;
+    while ((status = reader.next(chunk)) == LineReader::Status::Line) {
+        append(content, chunk);
+    }
+    [&] { QCOMPARE(status, LineReader::Status::End); }();
+    return content;
+}
+
+/// Reads a file line by line.
+Content inLines(const QByteArray &file)
+{
+    Content content;
+    QList<QByteArray> lines = file.split('\n');
+    if (lines.last().isEmpty()) {
+        lines.removeLast();
+    }
+    for (const QByteArray &bytes : qAsConst(lines)) {
+        QString text = QString::fromUtf8(bytes);
+        text.remove(QLatin1Char('\r'));
+        DatabaseLine line;
+        splitDatabaseLine(text, line);
+        if (!line.name.isEmpty()) {
+            content.records.append(describe(line.name, content.lines, line.indices));
+        }
+        ++content.lines;
+    }
+    return content;
+}
+
+QByteArray randomFile(std::mt19937 &random)
+{
+    const QByteArray pieces[] = {"A",  "Bw",   "\t",   "\t0",      "\t12",          "\n",
+                                 "\n", "\r\n", "\t-1", "\xc3\xa9", "\t99999999999", "\tx"};
+    QByteArray file;
+    for (unsigned i = random() % 60; i > 0; --i) {
+        file += pieces[random() % std::size(pieces)];
+    }
+    return file;
+}
+} // namespace
+
+/// Reading a database in chunks, and linking what was read.
+class TestDatabaseChunk : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aChunkByHand()
+    {
+        const DatabaseChunk chunk = parseDatabaseChunk("A\n\nB\t0\t0\n\t5\nC\tx");
+        QCOMPARE(chunk.lineCount, 5);
+        QCOMPARE(chunk.records.size(), size_t(3));
+        QCOMPARE(chunk.records[0].getName(), QStringLiteral("A"));
+        QCOMPARE(chunk.records[1].getName(), QStringLiteral("B"));
+        QCOMPARE(chunk.records[2].getName(), QStringLiteral("C"));
+        QCOMPARE(chunk.lineNumbers, (std::vector<quint32>{0, 2, 4}));
+        QCOMPARE(chunk.links.counts, (std::vector<quint32>{0, 2, 1}));
+        QCOMPARE(chunk.links.indices, (std::vector<int>{0, 0, 0}));
+    }
+
+    void chunkBordersDoNotShow_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QStringList>("records");
+        QTest::addColumn<int>("lines");
+        const auto row = [](const char *title, const QByteArray &file, const QStringList &records, int lines) {
+            QTest::newRow(title) << file << records << lines;
+        };
+        row("empty", "", {}, 0);
+        row("one line", "A\n", {QStringLiteral("0 A")}, 1);
+        row("no newline at the end", "A\nB\t0", {QStringLiteral("0 A"), QStringLiteral("1 B 0")}, 2);
+        row("only newlines", "\n\n\n", {}, 3);
+        row("empty lines between", "A\n\n\nB\t0\n\n", {QStringLiteral("0 A"), QStringLiteral("3 B 0")}, 5);
+        row("DOS", "A\r\nB\t0\r\n", {QStringLiteral("0 A"), QStringLiteral("1 B 0")}, 2);
+        row("a line longer than a chunk", "A\nB" + QByteArray("\t0").repeated(40) + "\nC\t1\n",
+            {QStringLiteral("0 A"), QStringLiteral("1 B") + QStringLiteral(" 0").repeated(40), QStringLiteral("2 C 1")},
+            3);
+    }
+
+    void chunkBordersDoNotShow()
+    {
+        QFETCH(QByteArray, file);
+        QFETCH(QStringList, records);
+        QFETCH(int, lines);
+        for (int length = 1; length <= file.size() + 2; ++length) {
+            const Content content = inChunks(file, length);
+            QCOMPARE(content.records, records);
+            QCOMPARE(content.lines, lines);
+        }
+    }
+
+    void randomFilesReadLikeLines()
+    {
+        std::mt19937 random(6);
+        for (int i = 0; i < 2000; ++i) {
+            const QByteArray file = randomFile(random);
+            QVERIFY2(inChunks(file, 1 + int(random() % 40)) == inLines(file), file.constData());
+        }
+    }
+
+    void linksAreThoseOfLinkingOneByOne_data()
+    {
+        QTest::addColumn<int>("existing");
+        QTest::newRow("an empty database") << 0;
+        QTest::newRow("records that were there before") << 5;
+    }
+
+    void linksAreThoseOfLinkingOneByOne()
+    {
+        QFETCH(int, existing);
+        std::mt19937 random(7);
+        for (int repetition = 0; repetition < 300; ++repetition) {
+            const int added = int(random() % 50);
+            std::vector<std::unique_ptr<TAVGraph>> records;
+            std::vector<std::unique_ptr<TAVGraph>> expected;
+            QVector<TAVGraph *> graphs;
+            for (int i = 0; i < existing + added; ++i) {
+                records.push_back(std::make_unique<TAVGraph>(QString::number(i)));
+                expected.push_back(std::make_unique<TAVGraph>(QString::number(i)));
+                graphs.append(records.back().get());
+            }
+            const auto link = [](auto &all, int graph, int subGraph) {
+                all[size_t(graph)]->addSub(all[size_t(subGraph)].get());
+                all[size_t(subGraph)]->addOver(all[size_t(graph)].get());
+            };
+            for (int i = 1; i < existing; ++i) {
+                link(records, i, i - 1);
+                link(expected, i, i - 1);
+            }
+            std::vector<RecordLinks> links;
+            for (int i = 0; i < added; ++i) {
+                if (links.empty() || random() % 4 == 0) {
+                    links.emplace_back();
+                }
+                const int position = existing + i;
+                links.back().counts.push_back(quint32(random() % 6));
+                for (quint32 k = links.back().counts.back(); k > 0; --k) {
+                    // The first records are named most often, as in real databases; the last may never be.
+                    const int index =
+                        int(random() % unsigned(random() % 2 == 0 ? qMin(position + 1, 3) : position + 1));
+                    links.back().indices.push_back(index);
+                    link(expected, position, index);
+                }
+            }
+            linkRecords(graphs, existing, std::move(links), [] { return false; });
+            const auto names = [](const QList<TAVGraph *> &list) {
+                QStringList result;
+                for (const TAVGraph *graph : list) {
+                    result.append(graph->getName());
+                }
+                return result;
+            };
+            for (size_t i = 0; i < records.size(); ++i) {
+                QCOMPARE(names(records[i]->getSub()), names(expected[i]->getSub()));
+                QCOMPARE(names(records[i]->getOver()), names(expected[i]->getOver()));
+            }
+        }
+    }
+
+    void linkingStopsWhenAsked()
+    {
+        TAVGraph graph(QStringLiteral("A"));
+        std::vector<RecordLinks> links(1);
+        links[0] = {{1}, {0}};
+        linkRecords({&graph}, 0, std::move(links), [] { return true; });
+        QVERIFY(graph.getSub().isEmpty());
+        QVERIFY(graph.getOver().isEmpty());
+    }
+
+    void listsTakeNoMoreRoomThanTheyNeed()
+    {
+        // A list that shares its room with others, or has room to grow, would hold the memory of all of them.
+        TAVGraph a(QStringLiteral("A"));
+        TAVGraph b(QStringLiteral("B"));
+        std::vector<RecordLinks> links(1);
+        links[0] = {{0, 2}, {0, 0}};
+        linkRecords({&a, &b}, 0, std::move(links), [] { return false; });
+        QVERIFY(b.subGraphs().isDetached());
+        QVERIFY(a.superGraphs().isDetached());
+    }
+};
+
+QTEST_APPLESS_MAIN(TestDatabaseChunk)
+#include "tst_databasechunk.moc"

@@ -1,0 +1,61 @@
+#include "nameset.h"
+
+#include <QtTest>
+
+#include <random>
+
+/// The table of names that lists are looked up in.
+class TestNameSet : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void containsItsNames()
+    {
+        const NameSet names({QStringLiteral("A"), QStringLiteral("Bw"), QString(), QStringLiteral("A")});
+        QVERIFY(names.contains(QStringLiteral("A")));
+        QVERIFY(names.contains(QStringLiteral("Bw")));
+        QVERIFY(names.contains(QString()));
+        QVERIFY(names.contains(QLatin1String("")));
+        QVERIFY(!names.contains(QStringLiteral("a")));
+        QVERIFY(!names.contains(QStringLiteral("B")));
+        QVERIFY(!names.contains(QStringLiteral("Bww")));
+    }
+
+    void anEmptyListContainsNothing()
+    {
+        const NameSet names({});
+        QVERIFY(!names.contains(QString()));
+        QVERIFY(!names.contains(QStringLiteral("A")));
+    }
+
+    void oneNameVeryOften()
+    {
+        QStringList list;
+        for (int i = 0; i < 300000; ++i) {
+            list.append(QStringLiteral("A"));
+        }
+        const NameSet names(list);
+        QVERIFY(names.contains(QStringLiteral("A")));
+        QVERIFY(!names.contains(QStringLiteral("B")));
+    }
+
+    void agreesWithASet()
+    {
+        std::mt19937 random(8);
+        for (const int count : {1, 2, 3, 100, 16383, 16384, 16385, 50000}) {
+            QStringList list;
+            for (int i = 0; i < count; ++i) {
+                list.append(QString::number(random() % (2U * unsigned(count))));
+            }
+            const NameSet names(list);
+            const QSet<QString> expected(list.begin(), list.end());
+            for (int i = 0; i < 2 * count; ++i) {
+                QCOMPARE(names.contains(QString::number(i)), expected.contains(QString::number(i)));
+            }
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(TestNameSet)
+#include "tst_nameset.moc"

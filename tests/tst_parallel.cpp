@@ -1,0 +1,82 @@
+#include "parallel.h"
+
+#include <QtTest>
+
+#include <numeric>
+#include <stdexcept>
+#include <vector>
+
+/// Work that is shared out among threads.
+class TestParallel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyIndexOnce_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("pieceLength");
+        QTest::addColumn<int>("jobs");
+        QTest::newRow("nothing") << 0 << 10 << 4;
+        QTest::newRow("less than a piece") << 7 << 10 << 4;
+        QTest::newRow("a piece") << 10 << 10 << 4;
+        QTest::newRow("a piece and one") << 11 << 10 << 4;
+        QTest::newRow("one thread") << 1000 << 10 << 1;
+        QTest::newRow("many pieces") << 100003 << 10 << 8;
+        QTest::newRow("pieces of one") << 1000 << 1 << 3;
+    }
+
+    void everyIndexOnce()
+    {
+        QFETCH(int, count);
+        QFETCH(int, pieceLength);
+        QFETCH(int, jobs);
+        std::vector<int> visits(size_t(count), 0);
+        forEachRange(visits.size(), size_t(pieceLength), jobs, [&](size_t begin, size_t end) {
+            if (begin >= end || end > visits.size() || end - begin > size_t(pieceLength)) {
+                throw std::logic_error("a range that is empty, too long or beyond the end");
+            }
+            for (size_t i = begin; i < end; ++i) {
+                ++visits[i];
+            }
+        });
+        QVERIFY(visits == std::vector<int>(size_t(count), 1));
+    }
+
+    void aFaultReachesTheCaller()
+    {
+        const auto fail = [](size_t begin, size_t) {
+            if (begin == 700) {
+                throw std::runtime_error("700");
+            }
+        };
+        QVERIFY_EXCEPTION_THROWN(forEachRange(1000, 1, 4, fail), std::runtime_error);
+    }
+
+    void piecesComeInOrder()
+    {
+        for (const size_t count : {size_t(0), size_t(1), size_t(9), size_t(10), size_t(11), size_t(1000)}) {
+            QByteArray all;
+            forEachPiece(
+                count, 10,
+                [](size_t begin, size_t end) {
+                    QByteArray piece;
+                    for (size_t i = begin; i < end; ++i) {
+                        piece += QByteArray::number(int(i)) + ' ';
+                    }
+                    return piece;
+                },
+                [&all](const QByteArray &piece) { all += piece; });
+            QByteArray expected;
+            for (size_t i = 0; i < count; ++i) {
+                expected += QByteArray::number(int(i)) + ' ';
+            }
+            QCOMPARE(all, expected);
+        }
+    }
+
+    void thereIsAProcessor() { QVERIFY(processorCount() >= 1); }
+};
+
+QTEST_APPLESS_MAIN(TestParallel)
+#include "tst_parallel.moc"
