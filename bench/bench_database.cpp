@@ -6,6 +6,7 @@
 /// Without a file it takes the 273 193 connected graphs on up to nine vertices.
 
 #include "TAVmanager.h"
+#include "largedatabase.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -218,19 +219,6 @@ private:
     TAVManager manager;
     const QString result = QStringLiteral("result");
 };
-
-/// The default database, unpacked.
-QString unpackedDatabase(const QString &folder)
-{
-    const QString path = folder + QStringLiteral("/connected-9.tav");
-    QProcess unpack;
-    unpack.setStandardOutputFile(path);
-    unpack.start(QStringLiteral("xz"), {QStringLiteral("-dc"), QStringLiteral(TAVOLINE_LARGE_DATABASE)});
-    if (!unpack.waitForFinished(-1) || unpack.exitCode() != 0) {
-        qFatal("cannot unpack the database");
-    }
-    return path;
-}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -241,7 +229,7 @@ int main(int argc, char *argv[])
     if (!folder.isValid()) {
         qFatal("no temporary folder");
     }
-    const Bench bench(argc > 1 ? QString::fromLocal8Bit(argv[1]) : unpackedDatabase(folder.path()), folder.path());
+    const Bench bench(largeDatabase(argc, argv, folder.path()), folder.path());
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -1,3 +1,4 @@
+#include "TAVsearchengine.h"
 #include "support/toolprocess.h"
 
 #include <QtTest>
@@ -26,6 +27,7 @@ private slots:
                                            "largest graph:  8 vertices, 28 edges: G~~~~{ (line 12113)\n"
                                            "sub-graphs:     0 to 8, 5.88 on average\n"
                                            "super-graphs:   0 to 127, 5.88 on average\n"
+                                           "memory:         2.9 MB for the loaded database\n"
                                            "faults:         0\n"));
         QCOMPARE(result.errors, QByteArray());
         QCOMPARE(result.status, 0);
@@ -34,8 +36,32 @@ private slots:
     void anEmptyDatabase()
     {
         const ToolResult result = runTav(info(standardInput), "\n\r\n");
-        QCOMPARE(result.output, QByteArray("graphs:         0\nlinks:          0\nfaults:         0\n"));
+        QCOMPARE(result.output, QByteArray("graphs:         0\n"
+                                           "links:          0\n"
+                                           "memory:         0.0 MB for the loaded database\n"
+                                           "faults:         0\n"));
         QCOMPARE(result.status, 0);
+    }
+
+    void memoryIsThatOfTheProgram()
+    {
+        // 12 113 records, with their lists as they are in the program: what the C library needs for each block, which
+        // is the block and 8 bytes, in units of 16.
+        TAVSearchEngine engine;
+        engine.setFilename(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav"));
+        engine.run();
+        qint64 expected = 0;
+        const auto block = [](qint64 bytes) { return qMax<qint64>(32, (bytes + 23) / 16 * 16); };
+        for (const TAVGraph *graph : engine.records()) {
+            expected += qint64(sizeof(TAVGraph)) + 8 + block(24 + 2 * (graph->getName().size() + 1));
+            for (const QList<TAVGraph *> *list : {&graph->subGraphs(), &graph->superGraphs()}) {
+                expected += list->isEmpty() ? 0 : block(16 + 8 * list->size());
+            }
+        }
+        engine.eraseDatabase();
+        const ToolResult result = runTav(info(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav")));
+        const QByteArray line = "memory:         " + QByteArray::number(double(expected) / 1e6, 'f', 1) + " MB";
+        QVERIFY2(result.output.contains(line), line.constData());
     }
 
     void theFirstOfEqualGraphsIsNamed()
@@ -77,7 +103,8 @@ private slots:
         QFETCH(QByteArray, lines);
         QFETCH(QByteArray, message);
         const ToolResult result = runTav(info(standardInput), lines);
-        QCOMPARE(result.errors, QByteArray("tav: standard input:" + message + "\ntav: standard input: faults found: 1\n"));
+        QCOMPARE(result.errors,
+                 QByteArray("tav: standard input:" + message + "\ntav: standard input: faults found: 1\n"));
         QVERIFY(result.output.endsWith("faults:         1\n"));
         QCOMPARE(result.status, 1);
     }

@@ -1,10 +1,12 @@
 #include "info.h"
 
+#include "TAVgraph.h"
 #include "commandline.h"
 #include "input.h"
 #include "smallgraph.h"
 #include "textline.h"
 
+#include <QList>
 #include <QString>
 
 #include <algorithm>
@@ -16,6 +18,25 @@
 
 namespace
 {
+/// What the C library takes for a block of memory: its own word beside it, and all in units of 16 bytes.
+qint64 blockSize(qint64 bytes)
+{
+    return (bytes + 8 + 15) / 16 * 16;
+}
+
+/// What a record's list of so many links takes.
+qint64 listSize(qint64 links)
+{
+    return links > 0 ? blockSize(qint64(QListData::DataHeaderSize) + links * qint64(sizeof(void *))) : 0;
+}
+
+/// What a record takes apart from its lists: itself, its place in the database and its name.
+qint64 recordSize(qint64 nameLength)
+{
+    return qint64(sizeof(TAVGraph) + sizeof(void *)) +
+           blockSize(qint64(sizeof(QStringData)) + (nameLength + 1) * qint64(sizeof(QChar)));
+}
+
 /// Reads a database line by line, as the loader does, and remembers what later lines are held against.
 class Examiner
 {
@@ -44,6 +65,7 @@ public:
         }
         readRepetitions();
         summary.subGraphs.include(qint64(indices.size()));
+        summary.memory += recordSize(toText(name).size()) + listSize(qint64(indices.size()));
     }
 
     DatabaseSummary finish()
@@ -51,6 +73,7 @@ public:
         summary.graphs = qint64(superGraphs.size());
         for (const quint32 count : superGraphs) {
             summary.superGraphs.include(count);
+            summary.memory += listSize(count);
         }
         return summary;
     }
@@ -148,6 +171,7 @@ void print(const DatabaseSummary &summary)
         printCounts("sub-graphs:    ", summary.subGraphs, summary.graphs);
         printCounts("super-graphs:  ", summary.superGraphs, summary.graphs);
     }
+    std::printf("memory:         %.1f MB for the loaded database\n", double(summary.memory) / 1e6);
     std::printf("faults:         %lld\n", summary.faults);
 }
 } // namespace

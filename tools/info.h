@@ -30,7 +30,7 @@ struct DatabaseSummary {
     GraphPlace largest;
     CountSummary subGraphs;   ///< of the graphs: how many indices their lines hold
     CountSummary superGraphs; ///< how many lines hold their index
-    qint64 memory = 0;        ///< bytes that the loaded database will take, in round figures
+    qint64 memory = 0;        ///< bytes that the program needs for the loaded database, about
     qint64 faults = 0;
 };
 
