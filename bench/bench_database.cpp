@@ -71,7 +71,9 @@ private:
             }
         }
         invariant.write("GRAPH\tINV1\n");
-        for (graphs = 0; !input.atEnd(); ++graphs) {
+        qint64 graphs = 0;
+        qint64 taken = 0;
+        for (; !input.atEnd(); ++graphs) {
             QByteArray name = input.readLine();
             name.truncate(qMax(name.indexOf('\t'), name.contains('\t') ? 0 : int(name.size()) - 1));
             invariant.write(name + "\t1.25\n");
@@ -83,9 +85,9 @@ private:
             if (graphs % 4 < 2) {
                 otherHalf.write(name);
             }
-            constexpr qint64 spread = 270; // a thousand of the smaller database
-            if (graphs % spread == 0 && graphs / spread < 1000) {
+            if (2000 * input.pos() / input.size() > 2 * taken) { // in the middle of each thousandth of the file
                 thousand.write(name);
+                ++taken;
             }
         }
     }
@@ -206,7 +208,7 @@ private:
         const QList<QByteArray> lines = status.readAll().split('\n');
         for (const QByteArray &line : lines) {
             if (line.startsWith(name)) {
-                return line.mid(int(qstrlen(name))).simplified().split(' ').first().toDouble() / 1024;
+                return line.mid(int(qstrlen(name))).simplified().split(' ').first().toDouble() * 1024 / 1e6;
             }
         }
         return 0;
@@ -215,7 +217,6 @@ private:
     QString database;
     QString folder;
     QMap<QByteArray, double> floor;
-    qint64 graphs = 0;
     TAVManager manager;
     const QString result = QStringLiteral("result");
 };
