@@ -1,10 +1,12 @@
 #include "linereader.h"
 
+#include <QFileInfo>
+
 #include <cstring>
 
 bool openForReading(QFile &file)
 {
-    return !file.fileName().isEmpty() && file.open(QIODevice::ReadOnly);
+    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
 }
 
 LineReader::LineReader(QIODevice &source, int blockSize)

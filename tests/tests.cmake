@@ -38,6 +38,7 @@ tavoline_window_test(tst_graph_menu tavoline_viewer)
 tavoline_tool_test(tst_tav_build tavoline_core)
 tavoline_tool_test(tst_tav_info tavoline_core)
 tavoline_tool_test(tst_tav_run tavoline_tools)
+tavoline_tool_test(tst_faults)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

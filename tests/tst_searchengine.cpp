@@ -10,9 +10,9 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <cstdlib>
 #include <random>
 #include <sys/stat.h>
-#include <thread>
 
 namespace
 {
@@ -185,7 +185,8 @@ private slots:
     void progressEveryTenThousandLines();
     void runOnFileThatCannotBeOpened_data();
     void runOnFileThatCannotBeOpened();
-    void runOnFileThatDisappearsBetweenThePasses();
+    void fileThatChangesBetweenThePasses_data();
+    void fileThatChangesBetweenThePasses();
     void runOnFileThatCannotBeRead_data();
     void runOnFileThatCannotBeRead();
     void runAppendsToTheRecordsThatAreThere();
@@ -332,6 +333,10 @@ void TestSearchEngine::unopenableFiles()
     QTest::newRow("file in a file") << write("A\n") + text("/file.tav");
     QTest::newRow("dangling link") << dangling;
     QTest::newRow("directory") << directory.path();
+    const QString pipe = directory.filePath(QStringLiteral("pipe-%1").arg(files++));
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QTest::newRow("pipe that nobody writes to") << pipe;
+    QTest::newRow("device without an end") << text("/dev/zero");
 }
 
 void TestSearchEngine::runOnFileThatCannotBeOpened_data()
@@ -350,25 +355,54 @@ void TestSearchEngine::runOnFileThatCannotBeOpened()
     }
 }
 
-void TestSearchEngine::runOnFileThatDisappearsBetweenThePasses()
+void TestSearchEngine::fileThatChangesBetweenThePasses_data()
 {
-    const QString path = directory.filePath(text("pipe.tav"));
-    const QByteArray nativePath = QFile::encodeName(path);
-    QCOMPARE(mkfifo(nativePath.constData(), 0600), 0);
-    // The pipe opens when the loader has it open, and the first pass cannot end before it is closed.
-    std::thread writer([&path] {
-        QFile pipe(path);
-        if (pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-            QFile::remove(path);
-            pipe.write("A\nB\t0\n");
-        }
-    });
-    const Load load(Loader::Run, path);
-    writer.join();
-    QCOMPARE(load.emitted, (QStringList{text("console Loading data ... please wait."), text("console 2 lines."),
-                                        text("load_failed")}));
-    QCOMPARE(load.standardError, QByteArray("Starting...\nUnable to open file\n"));
-    QCOMPARE(load.records, QStringList());
+    QTest::addColumn<QByteArray>("change");
+    QTest::addColumn<QStringList>("end");
+    QTest::addColumn<QStringList>("records");
+    const QStringList whole = {text("progress 0 3"), text("console Data loaded : 3 nodes and 1 links."),
+                               text("load_succedded")};
+    QTest::newRow("removed") << QByteArray("rm") << QStringList{text("load_failed")} << QStringList();
+    QTest::newRow("emptied") << QByteArray("truncate -s 0")
+                             << QStringList{text("console Data loaded : 0 nodes and 0 links."), text("load_succedded")}
+                             << QStringList();
+    QTest::newRow("cut off within a line")
+        << QByteArray("truncate -s 3")
+        << QStringList{text("progress 0 3"), text("console Data loaded : 2 nodes and 0 links."), text("load_succedded")}
+        << QStringList{text("A sub[] over[]"), text("B sub[] over[]")};
+    QTest::newRow("grown") << QByteArray("printf 'D\\t2\\nE\\t4\\n' >>")
+                           << QStringList{text("progress 0 3"), text("console Data loaded : 5 nodes and 3 links."),
+                                          text("load_succedded")}
+                           << QStringList{text("A sub[] over[1]"), text("B sub[0] over[]"), text("C sub[] over[3]"),
+                                          text("D sub[2] over[]"), text("E sub[4] over[4]")};
+    QTest::newRow("as it was") << QByteArray("true") << whole
+                               << QStringList{text("A sub[] over[1]"), text("B sub[0] over[]"), text("C sub[] over[]")};
+}
+
+void TestSearchEngine::fileThatChangesBetweenThePasses()
+{
+    QFETCH(QByteArray, change);
+    QFETCH(QStringList, end);
+    QFETCH(QStringList, records);
+    const QString path = write("A\nB\t0\nC\n");
+    const StderrCapture capture;
+    TAVSearchEngine engine;
+    SignalRecorder recorder(engine);
+    connect(
+        &engine, &TAVSearchEngine::signal_console, &engine,
+        [&](const QString &line) {
+            if (line.endsWith(text(" lines."))) {
+                const QByteArray command = change + " '" + QFile::encodeName(path) + "'";
+                QCOMPARE(std::system(command.constData()), 0);
+            }
+        },
+        Qt::DirectConnection);
+    engine.setFilename(path);
+    engine.run();
+    QCOMPARE(recorder.recorded(),
+             (QStringList{text("console Loading data ... please wait."), text("console 3 lines.")} + end));
+    QCOMPARE(dump(engine), records);
+    engine.eraseDatabase();
 }
 
 void TestSearchEngine::runOnFileThatCannotBeRead_data()

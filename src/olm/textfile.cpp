@@ -1,6 +1,7 @@
 #include "olm/textfile.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace
 {
@@ -10,7 +11,7 @@ constexpr qint64 maxFileSize = 1 << 24;
 bool readTextFile(const QString &path, QByteArray &text)
 {
     QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         return false;
     }
     text = file.read(maxFileSize + 1);

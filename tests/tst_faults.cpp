@@ -1,0 +1,282 @@
+/// What can go wrong outside the program, seen from outside: the companion program runs the same list manager.
+
+#include "support/toolprocess.h"
+
+#include <QtTest>
+
+#include <memory>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+/// What the sanitizers keep for every byte that the program uses.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr qint64 memoryOverhead = 4;
+#else
+constexpr qint64 memoryOverhead = 1;
+#endif
+
+const QString database = QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav");
+
+/// Carries a script out in a folder.
+ToolResult runScript(const QByteArray &script, const QString &folder)
+{
+    return runTav({QStringLiteral("run")}, script, folder);
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+}
+
+void write(const QString &path, const QByteArray &text)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        qFatal("cannot write a file of the test");
+    }
+}
+
+/// The names of the graphs of the database, as the program writes them.
+QByteArray namesOfDatabase()
+{
+    QByteArray names;
+    const QList<QByteArray> lines = contents(database).split('\n');
+    for (const QByteArray &line : lines) {
+        names += line.isEmpty() ? QByteArray() : line.split('\t').first() + '\n';
+    }
+    return names;
+}
+
+/// The highest memory of a process that runs, in bytes.
+qint64 highestMemory(qint64 process)
+{
+    const QList<QByteArray> lines = contents(QStringLiteral("/proc/%1/status").arg(process)).split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("VmHWM:")) {
+            return line.mid(6).simplified().split(' ').first().toLongLong() * 1024;
+        }
+    }
+    return -1;
+}
+
+/// Loads the database, makes a list of three names and carries on with the lines of @p end.
+QByteArray afterLoading(const QByteArray &end)
+{
+    return "load " + database.toUtf8() + "\nlist-from-file three three.g6\n" + end;
+}
+} // namespace
+
+class TestFaults : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+
+    QString path(const QString &name) const { return folder->filePath(name); }
+
+private slots:
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder->isValid());
+        write(path(QStringLiteral("three.g6")), "@\nA_\nBw\n");
+    }
+
+    void aPathOfAnyLetters()
+    {
+        const QString name = QString::fromUtf8("Größe \" 'x' \\ – 図 .g6");
+        const ToolResult result =
+            runScript(afterLoading("save-list three \"Größe \\\" 'x' \\\\ – 図 .g6\"\n"
+                                   "list-from-file again \"Größe \\\" 'x' \\\\ – 図 .g6\"\nshow again\n"),
+                      folder->path());
+        QCOMPARE(result.status, 0);
+        QCOMPARE(contents(path(name)), QByteArray("@\nA_\nBw"));
+        QVERIFY(result.output.endsWith("@\nA_\nBw\n"));
+    }
+
+    void aFolderWhereNothingCanBeWritten()
+    {
+        // The administrator can write everywhere; nobody else can here.
+        write(path(QStringLiteral("kept.g6")), "kept");
+        QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0555), 0);
+        QStringList command = {QStringLiteral(TAVOLINE_TAV), QStringLiteral("run")};
+        if (::geteuid() == 0) {
+            command = QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=65534"),
+                                  QStringLiteral("--clear-groups")} +
+                      command;
+        }
+        const auto run = [&](const QByteArray &line) {
+            return runProgram(command.first(), command.mid(1), "list-from-file three three.g6\n" + line,
+                              folder->path());
+        };
+        const ToolResult fresh = run("save-list three new.g6\n");
+        QVERIFY(fresh.output.endsWith("Unable to open file :new.g6\n"));
+        QCOMPARE(fresh.status, 1);
+        const ToolResult old = run("save-list three kept.g6\n");
+        QVERIFY(old.output.endsWith("Unable to open file :kept.g6\n"));
+        QCOMPARE(old.status, 1);
+        QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
+        QCOMPARE(contents(path(QStringLiteral("kept.g6"))), QByteArray("kept"));
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files),
+                 (QStringList{QStringLiteral("kept.g6"), QStringLiteral("three.g6")}));
+    }
+
+    void aFullDisk_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::newRow("names") << QByteArray("save-graphs kept.txt\n");
+        QTest::newRow("invariant") << QByteArray("save-i1 kept.txt\n");
+        QTest::newRow("list") << QByteArray("list-from-file all all.g6\nsave-list all kept.txt\n");
+    }
+
+    void aFullDisk()
+    {
+        QFETCH(QByteArray, command);
+        write(path(QStringLiteral("kept.txt")), "kept");
+        write(path(QStringLiteral("all.g6")), namesOfDatabase());
+        // No file of the process grows beyond 16 blocks of 512 bytes: the write fails on the way.
+        write(path(QStringLiteral("script")), afterLoading(command));
+        const ToolResult result = runProgram(
+            QStringLiteral("sh"),
+            {QStringLiteral("-c"),
+             QStringLiteral("trap '' XFSZ; ulimit -f 16; exec '%1' run script").arg(QStringLiteral(TAVOLINE_TAV))},
+            {}, folder->path());
+        QVERIFY2(result.output.endsWith("Unable to write file :kept.txt\n"), result.output.constData());
+        QCOMPARE(result.status, 1);
+        QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 4);
+    }
+
+    void killedWhileItWrites()
+    {
+        // Whatever moment it is killed at, the file is the old one or the new one, whole.
+        const QByteArray names = namesOfDatabase();
+        const QString target = path(QStringLiteral("names.g6"));
+        std::mt19937 random(9);
+        int killedBusy = 0;
+        for (int repetition = 0; repetition < 40; ++repetition) {
+            write(target, "old");
+            QProcess process;
+            process.setWorkingDirectory(folder->path());
+            process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
+            process.write("load " + database.toUtf8() + "\n" + QByteArray("save-graphs names.g6\n").repeated(200));
+            QTRY_VERIFY_WITH_TIMEOUT(process.readAllStandardOutput().contains("Wrote") || contents(target) != "old",
+                                     60000);
+            QTest::qSleep(1 + int(random() % 20));
+            killedBusy += process.state() == QProcess::Running ? 1 : 0;
+            process.kill();
+            QVERIFY(process.waitForFinished());
+            const QByteArray left = contents(target);
+            QVERIFY(left == "old" || left == names);
+        }
+        QVERIFY(killedBusy > 0);
+    }
+
+    void filesThatAreNoFiles_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("lastLine");
+        for (const char *place : {"pipe", ".", "/dev/zero", "missing"}) {
+            const QByteArray name(place);
+            const auto row = [&](const char *what) { return QByteArray(what) + " " + name; };
+            QTest::newRow(row("database").constData()) << "load " + name + "\n"
+                                                       << QByteArray("Loading data ... please wait.\n");
+            QTest::newRow(row("I1").constData())
+                << afterLoading("load-i1 " + name + "\n") << QByteArray("Unable to open file.\nLoad failed\n");
+            QTest::newRow(row("I2").constData())
+                << afterLoading("load-i2 " + name + "\n") << QByteArray("Unable to open file.\nLoad failed\n");
+            QTest::newRow(row("list").constData()) << "list-from-file new " + name + "\n"
+                                                   << QByteArray("Unable to open file :" + name + "\n");
+        }
+    }
+
+    void filesThatAreNoFiles()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, lastLine);
+        QCOMPARE(::mkfifo(QFile::encodeName(path(QStringLiteral("pipe"))).constData(), 0600), 0);
+        const ToolResult result = runScript(command, folder->path());
+        QVERIFY2(result.output.endsWith(lastLine), result.output.constData());
+        QCOMPARE(result.status, 1);
+    }
+
+    void oddDatabasesTakeMemoryInProportion_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("output");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("factor"); // how many times the size of the file may be needed
+        const auto row = [](const char *title, const QByteArray &bytes, const QByteArray &output, int status,
+                            int factor) { QTest::newRow(title) << bytes << output << status << factor; };
+        constexpr int million = 1000000;
+        row("a name of 100 MB", QByteArray(100 * million, 'A') + "\n", "1 lines.\nData loaded : 1 nodes and 0 links.\n",
+            0, 8);
+        // A link is two bytes in this file and two pointers in the database, and a number on the way.
+        row("50 million links in a line", "A" + QByteArray("\t0").repeated(50 * million) + "\n",
+            "1 lines.\nData loaded : 1 nodes and 50000000 links.\n", 0, 16);
+        row("100 MB without a line end", QByteArray(100 * million, '\t'),
+            "1 lines.\nData loaded : 0 nodes and 0 links.\n", 0, 8);
+        row("10 million empty lines", QByteArray(10 * million, '\n'),
+            "10000000 lines.\nData loaded : 0 nodes and 0 links.\n", 0, 8);
+        row("an index beyond 32 bits", "A\nB\t4294967296\nC\t99999999999999999999\n",
+            "3 lines.\nData loaded : 3 nodes and 2 links.\n", 0, 8);
+        row("the largest index", "A\nB\t2147483647\n", "2 lines.\nERROR in database format.\n", 1, 8);
+        row("the smallest index", "A\nB\t-2147483648\n", "2 lines.\nERROR in database format.\n", 1, 8);
+    }
+
+    void oddDatabasesTakeMemoryInProportion()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, output);
+        QFETCH(int, status);
+        QFETCH(int, factor);
+        write(path(QStringLiteral("odd.tav")), bytes);
+        QProcess process;
+        process.setWorkingDirectory(folder->path());
+        process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
+        process.write("load odd.tav\n");
+        const QByteArray expected = "Loading data ... please wait.\n" + output;
+        QByteArray said;
+        while (said.size() < expected.size() && process.waitForReadyRead(100000)) {
+            said += process.readAllStandardOutput();
+        }
+        QCOMPARE(said, expected);
+        const qint64 memory = highestMemory(process.processId());
+        QVERIFY(memory > 0);
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished(100000));
+        QCOMPARE(process.exitCode(), status);
+        constexpr qint64 program = 100 * 1000 * 1000;
+        const qint64 allowed = memoryOverhead * (program + factor * qint64(bytes.size()));
+        QVERIFY2(memory < allowed, QByteArray::number(memory).constData());
+    }
+
+    void aNameOfEveryByte()
+    {
+        // All but the three that end a name come back as they went in, where text files are UTF-8; names of other bytes
+        // are written as Latin-1.
+        QByteArray name;
+        for (int byte = 1; byte < 128; ++byte) {
+            name += byte == '\t' || byte == '\n' || byte == '\r' ? QByteArray() : QByteArray(1, char(byte));
+        }
+        const QByteArray withNul = name + QByteArray(1, '\0') + "end";
+        QByteArray beyond;
+        for (int byte = 128; byte < 256; ++byte) {
+            beyond += QString(QChar(byte)).toUtf8();
+        }
+        write(path(QStringLiteral("names.tav")), name + "\n" + withNul + "\t0\n" + beyond + "\t1\n");
+        const ToolResult result = runScript("load names.tav\nsave-graphs out.g6\n", folder->path());
+        QCOMPARE(result.status, 0);
+        QVERIFY(result.output.contains("Data loaded : 3 nodes and 2 links.\n"));
+        QCOMPARE(contents(path(QStringLiteral("out.g6"))),
+                 name + "\n" + withNul + "\n" + QString::fromUtf8(beyond).toLatin1() + "\n");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFaults)
+#include "tst_faults.moc"
