@@ -48,6 +48,18 @@ bool isClose(double a, double b)
     return (std::isnan(a) && std::isnan(b)) || std::abs(a - b) < 1e-9 * (1 + std::abs(b));
 }
 
+/// Whether the scene can draw the first @p n vertices: where they stand, and in which order.
+bool isDrawable(const Graph &graph, int n)
+{
+    for (int i = 0; i < n; i++) {
+        const QPointF place = graph.node(i)->pos();
+        if (!std::isfinite(place.x()) || !std::isfinite(place.y()) || !std::isfinite(graph.node(i)->zValue())) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The first places that differ, as text; empty when all agree.
 QByteArray difference(const Points &actual, const Points &expected)
 {
@@ -253,6 +265,8 @@ private slots:
     void fitOfAVerticalLine();
     void fitOfAFlatCloud();
     void fitIntoABoxOfAFlatCloud();
+    void repeatedFitsOfAFlatColumn();
+    void noPlaceFollowsFromAFlatCloudInABox();
     void fitsAgreeWithTheFormulas();
     void fitMovesWhatIsShown();
     void usualBox();
@@ -436,6 +450,45 @@ void TestGraphLayout::fitIntoABoxOfAFlatCloud()
     build(graph, {{0, 0, 5}, {10, 30, 5}});
     graph.scaleCoords(10.0, 20.0, 30.0);
     QCOMPARE(difference(placesOf(graph, 2), {{-5, -10, std::nan("")}, {5, 30, std::nan("")}}), QByteArray());
+}
+
+void TestGraphLayout::repeatedFitsOfAFlatColumn()
+{
+    Graph graph(latin1("fit"), true);
+    build(graph, {{0, 0, 0}, {0, 1, 0}});
+    // The range of y is taken for 10, whatever it is: each fit stretches the column by 300 / 10.
+    graph.slot_rescale_graph(300);
+    QCOMPARE(difference(placesOf(graph, 2), {{-150, -150, -150}, {-150, -120, -150}}), QByteArray());
+    graph.slot_rescale_graph(300);
+    QCOMPARE(difference(placesOf(graph, 2), {{-150, -150, -150}, {-150, 750, -150}}), QByteArray());
+    for (int tick = 2; tick < 300; tick++) {
+        graph.slot_rescale_graph(300);
+    }
+    // 30^8 - 150; the next stretch would leave the area in which the fits find a vertex.
+    QCOMPARE(difference(placesOf(graph, 2), {{-150, -150, -150}, {-150, 656099999850, -150}}), QByteArray());
+    graph.center();
+    QCOMPARE(difference(placesOf(graph, 2), {{0, -328050000000, 0}, {0, 328050000000, 0}}), QByteArray());
+    graph.rotate(M_PI / 2, 0, 0);
+    graph.toggleAnim();
+    const Points before = placesOf(graph, 2);
+    QTRY_VERIFY_WITH_TIMEOUT(placesOf(graph, 2) != before, 3000);
+    graph.toggleAnim();
+    QVERIFY(isDrawable(graph, 2));
+    QCOMPARE(difference(placesOf(graph, 2), rotated(before, 0, step, 0)), QByteArray());
+}
+
+void TestGraphLayout::noPlaceFollowsFromAFlatCloudInABox()
+{
+    Graph graph(latin1("fit"), true);
+    build(graph, {{0, 0, 5}, {10, 30, 5}});
+    graph.scaleCoords(10.0, 20.0, 30.0);
+    QVERIFY(isDrawable(graph, 2));
+    QCOMPARE(graph.node(0)->zValue(), 5.0);
+    graph.center();
+    QCOMPARE(difference(placesOf(graph, 2), {{-5, -20, std::nan("")}, {5, 20, std::nan("")}}), QByteArray());
+    graph.rotate(1, 1, 1);
+    QVERIFY(isDrawable(graph, 2));
+    QCOMPARE(difference(placesOf(graph, 2), {{-5, -20, std::nan("")}, {5, 20, std::nan("")}}), QByteArray());
 }
 
 void TestGraphLayout::fitsAgreeWithTheFormulas()

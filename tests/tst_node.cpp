@@ -16,6 +16,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -38,6 +39,7 @@ private slots:
     void positionFromAPointKeepsDepth();
     void positionFromTwoNumbersKeepsTheStackingOrder();
     void positionFromThreeNumbersSetsTheStackingOrder();
+    void positionsAreFinite();
     void moveIsRelative();
     void edgesFollow_data();
     void edgesFollow();
@@ -333,6 +335,28 @@ void TestNode::positionFromThreeNumbersSetsTheStackingOrder()
     QCOMPARE(node.zValue(), -3.0);
     node.setPosition(-1, -2, 0);
     QCOMPARE(node.zValue(), 0.0);
+}
+
+void TestNode::positionsAreFinite()
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    Node vertex(0, 0, 10.0, 10.0, QStringLiteral("v"), true);
+    vertex.setPosition(1, 2, 3);
+    for (const double value : {infinity, -infinity, notANumber}) {
+        vertex.setPosition(QPointF(value, 7));
+        vertex.setPosition(7, value);
+        vertex.setPosition(value, 7, 7);
+        QCOMPARE(vertex.pos(), QPointF(1, 2));
+        QCOMPARE(vertex.getCoordX(), 1.0);
+        QCOMPARE(vertex.getCoordY(), 2.0);
+        QCOMPARE(vertex.getCoordZ(), 3.0);
+        QCOMPARE(vertex.zValue(), 3.0);
+    }
+    vertex.setPosition(4, 5, notANumber);
+    QCOMPARE(vertex.pos(), QPointF(4, 5));
+    QVERIFY(std::isnan(vertex.getCoordZ()));
+    QCOMPARE(vertex.zValue(), 3.0);
 }
 
 void TestNode::moveIsRelative()

@@ -14,10 +14,13 @@ namespace
 {
 const double spinStep = 0.04908738515625; // 3.14159265 / 64
 
+/// The range of a set of vertices is looked for up to here.
+constexpr double farthest = 1e12;
+
 /// Least and greatest coordinate of a set of vertices along one axis.
 struct Range {
-    double min = 1e12;
-    double max = -1e12;
+    double min = farthest;
+    double max = -farthest;
 
     void add(double value)
     {
@@ -73,6 +76,15 @@ Bounds spaceBounds(const QVector<Node *> &nodes, int count)
         bounds.y.max = bounds.z.min + 10;
     }
     return bounds;
+}
+
+/// Moves @p vertex to the result of a fit in space. As a flat cloud has the wrong range of y, each fit may throw the
+/// vertex farther out of the box; it stays where it is before the next fit cannot find it any more.
+void placeInSpace(Node &vertex, double x, double y, double z)
+{
+    if (std::abs(y) <= farthest) {
+        vertex.setPosition(x, y, z);
+    }
 }
 
 /// A random vertex of @p n other than @p vertex; @p n is 2 at least.
@@ -157,8 +169,8 @@ void Graph::scaleCoords(double w, double h, double d)
     const Bounds bounds = spaceBounds(nodes, n);
     for (int i = 0; i < n; i++) {
         const QPointF place = nodes[i]->pos();
-        nodes[i]->setPosition(fit(place.x(), bounds.x, w), fit(place.y(), bounds.y, h),
-                              fit(nodes[i]->getCoordZ(), bounds.z, d));
+        placeInSpace(*nodes[i], fit(place.x(), bounds.x, w), fit(place.y(), bounds.y, h),
+                     fit(nodes[i]->getCoordZ(), bounds.z, d));
     }
 }
 
@@ -170,8 +182,8 @@ void Graph::scaleCoords(double s)
     const double extent = std::max({bounds.x.length(), bounds.y.length(), bounds.z.length()});
     for (int i = 0; i < n; i++) {
         const QPointF place = nodes[i]->pos();
-        nodes[i]->setPosition(fit(place.x(), bounds.x.min, extent, s), fit(place.y(), bounds.y.min, extent, s),
-                              fit(nodes[i]->getCoordZ(), bounds.z.min, extent, s));
+        placeInSpace(*nodes[i], fit(place.x(), bounds.x.min, extent, s), fit(place.y(), bounds.y.min, extent, s),
+                     fit(nodes[i]->getCoordZ(), bounds.z.min, extent, s));
     }
 }
 

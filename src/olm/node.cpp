@@ -11,6 +11,7 @@
 #include <QRadialGradient>
 #include <QTextDocument>
 
+#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <utility>
@@ -23,6 +24,12 @@ constexpr int dragDistance = 6;
 constexpr int emphasisWidth = 4;
 constexpr double farAway = 1e6;
 const QRectF labelBox(QPointF(-41, -10), QPointF(41, 20));
+
+/// A scene that got anything else would neither draw nor find the item again.
+bool isPlace(double x, double y)
+{
+    return std::isfinite(x) && std::isfinite(y);
+}
 } // namespace
 
 QVector<QColor> Node::NodeColor;
@@ -75,6 +82,9 @@ void Node::setName(const QString &text)
 
 void Node::setPosition(QPointF point)
 {
+    if (!isPlace(point.x(), point.y())) {
+        return;
+    }
     coordX = point.x();
     coordY = point.y();
     setPos(point);
@@ -83,14 +93,22 @@ void Node::setPosition(QPointF point)
 
 void Node::setPosition(double x, double y)
 {
-    coordZ = 0.0;
-    setPosition(QPointF(x, y));
+    if (isPlace(x, y)) {
+        coordZ = 0.0;
+        setPosition(QPointF(x, y));
+    }
 }
 
 void Node::setPosition(double x, double y, double z)
 {
+    if (!isPlace(x, y)) {
+        return;
+    }
     coordZ = z;
-    setZValue(z);
+    // Items are sorted by their depth, so that the scene cannot be given the depth of a flat cloud, which is NaN.
+    if (std::isfinite(z)) {
+        setZValue(z);
+    }
     setPosition(QPointF(x, y));
 }
 

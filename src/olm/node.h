@@ -38,13 +38,13 @@ public:
     void setName(const QString &text);
     void setNodeName(const QString &text) { setName(text); }
 
-    // Places, in scene units. The attached edges follow.
+    // Places, in scene units. The attached edges follow. A place that is not finite in x and y is refused.
 
     /// Moves to the point; the third coordinate and the stacking order stay.
     void setPosition(QPointF point);
     /// Moves to (x, y, 0); the stacking order stays.
     void setPosition(double x, double y);
-    /// Moves to (x, y, z), and to z in the stacking order.
+    /// Moves to (x, y, z), and to z in the stacking order when it is finite.
     void setPosition(double x, double y, double z);
     void move(double dx, double dy);
     void move(QPointF offset) { move(offset.x(), offset.y()); }
