@@ -43,30 +43,45 @@ int largestOf(const Distances &distance)
     return largest;
 }
 
-/// How many vertices are next to vertex @p i.
-int degreeOf(const Distances &distance, int i)
+/// How many vertices are next to each vertex.
+QVector<int> degrees(const Distances &distance)
 {
-    return static_cast<int>(std::count(distance[i].cbegin(), distance[i].cend(), 1));
+    QVector<int> degrees;
+    for (const QVector<int> &row : distance) {
+        degrees.append(static_cast<int>(std::count(row.cbegin(), row.cend(), 1)));
+    }
+    return degrees;
 }
 
 /// Among the pairs at the largest distance the one whose larger degree is smallest, the first of several such pairs;
 /// (-1, -1) when no two vertices are apart.
 std::pair<int, int> diametralPair(const Distances &distance)
 {
+    const QVector<int> degree = degrees(distance);
     int best = 0;
     int bestDegree = -1;
     std::pair<int, int> pair(-1, -1);
     for (int i = 0; i < distance.size(); i++) {
         for (int j = 0; j < distance.size(); j++) {
-            const int degree = std::max(degreeOf(distance, i), degreeOf(distance, j));
-            if (distance[i][j] > best || (distance[i][j] == best && degree < bestDegree)) {
+            const int larger = std::max(degree[i], degree[j]);
+            if (distance[i][j] > best || (distance[i][j] == best && larger < bestDegree)) {
                 best = distance[i][j];
-                bestDegree = degree;
+                bestDegree = larger;
                 pair = {i, j};
             }
         }
     }
     return pair;
+}
+
+/// Calls apply(i, j) for all pairs i < j of @p vertices, which are sorted.
+template<typename Apply> void forEachPair(const QVector<int> &vertices, Apply apply)
+{
+    for (int b = 1; b < vertices.size(); b++) {
+        for (int a = 0; a < b; a++) {
+            apply(vertices[a], vertices[b]);
+        }
+    }
 }
 } // namespace
 
@@ -150,40 +165,19 @@ void Graph::slot_addv()
 
 void Graph::slot_adde()
 {
-    const QVector<int> selected = selectedVertices(bestNbNodes);
-    for (const int i : selected) {
-        for (const int j : selected) {
-            if (i < j) {
-                addEdge(i, j);
-            }
-        }
-    }
+    forEachPair(selectedVertices(bestNbNodes), [this](int i, int j) { addEdge(i, j); });
     commit();
 }
 
 void Graph::slot_complement()
 {
-    const QVector<int> selected = selectedVertices(bestNbNodes);
-    for (const int i : selected) {
-        for (const int j : selected) {
-            if (i < j) {
-                setEdge(i, j, !edge(i, j));
-            }
-        }
-    }
+    forEachPair(selectedVertices(bestNbNodes), [this](int i, int j) { setEdge(i, j, !edge(i, j)); });
     commit();
 }
 
 void Graph::slot_reme()
 {
-    const QVector<int> selected = selectedVertices(nbNodes);
-    for (const int i : selected) {
-        for (const int j : selected) {
-            if (i < j) {
-                remEdge(i, j);
-            }
-        }
-    }
+    forEachPair(selectedVertices(nbNodes), [this](int i, int j) { remEdge(i, j); });
     commit();
 }
 
