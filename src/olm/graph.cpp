@@ -2,6 +2,7 @@
 
 #include "edge.h"
 #include "node.h"
+#include "numbertext.h"
 #include "random.h"
 
 #include <QGraphicsRectItem>
@@ -22,11 +23,6 @@ constexpr double sceneExtent = 600.0;
 double randomCoordinate()
 {
     return (qrand() % 2000) / 10.0;
-}
-
-QString numberText(double value)
-{
-    return QString::number(value, 'g', 6);
 }
 
 /// The colour index that @p value stands for: truncated, at the ends of the int range when beyond them, 0 for NaN.
@@ -266,6 +262,15 @@ bool Graph::remEdge(int i, int j)
     adjacency[i][j] = false;
     adjacency[j][i] = false;
     return true;
+}
+
+void Graph::setEdge(int i, int j, bool joined)
+{
+    if (joined) {
+        addEdge(i, j);
+    } else {
+        remEdge(i, j);
+    }
 }
 
 void Graph::toggleEdge(int i, int j)

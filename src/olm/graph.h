@@ -72,6 +72,7 @@ public:
     bool remEdge(int i, int j);
     /// Flips the adjacency entry (i, j) and leaves its mirror entry alone. The indices must be slots.
     void toggleEdge(int i, int j);
+    /// Whether vertices @p i and @p j of the current graph are joined; false when they are not two of its vertices.
     bool edge(int i, int j) const;
     /// The number of neighbours of vertex @p i, 0 when there is no such vertex.
     int degree(int i) const;
@@ -86,6 +87,7 @@ public:
 
     // The best graph and the display.
 
+    /// Whether vertices @p i and @p j of the best graph are joined; false when they are not two of its vertices.
     bool bestEdge(int i, int j) const;
     /// Makes the current graph the best one.
     void best_backup();
@@ -143,6 +145,7 @@ public:
     void toggleAnim();
     /// Starts republishing the best graph at intervals while an optimisation run lasts.
     void optimizationStarts();
+    /// Ends the republishing, whether or not it was started.
     void optimizationStops();
     /// The sum of the lengths of the current graph's edges in the plane. Takes no lock.
     double sum_edges_length() const;
@@ -220,6 +223,7 @@ public slots:
     void slot_scale_graph(int size, bool uniform);
     /// Shortens the edges by relabelling, and reports their length.
     void slot_reorganize();
+    /// Relabels the current graph at random, and neither counts nor shows that.
     void slot_relabel();
 
     // The file commands: each asks for a file, carries out the operation and tells when it failed. After a success the
@@ -312,6 +316,9 @@ private:
         GraphFile,
         Autosave, ///< the text of a graph file with the change counter on a line after the vertex count
     };
+    /// An angle in radians, 3.14159265 / 64: what one key press or one tick of the timer turns the drawing by.
+    static constexpr double rotationStep = 0.04908738515625;
+
     struct MenuEntry;
     struct MenuSwitch;
     using Command = void (Graph::*)();
@@ -341,7 +348,7 @@ private:
 
     QVector<int> verticesAmong(const QList<QGraphicsItem *> &items) const;
     QVector<int> verticesAt(QPointF point) const;
-    Node *nodeUnderMouse() const;
+    Node *pressedVertex() const;
     void drawEdgeAt(QPointF point);
     void pressAt(QPointF point, bool alt);
     void joinSelectionTo(int vertex);

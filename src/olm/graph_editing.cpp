@@ -13,7 +13,6 @@
 
 namespace
 {
-constexpr double rotationStep = 0.04908738515625; // 3.14159265 / 64
 constexpr double zoomFactor = 1.1;
 /// A press on empty space clears the selection when it is held longer than this, in milliseconds, ...
 constexpr int longPress = 400;
@@ -172,7 +171,7 @@ void Graph::mouseMoveEvent(QMouseEvent *event)
     if (rubberBanding) {
         selectionRect->setRect(spanned(pressScenePos, point));
     }
-    if (nodeUnderMouse() != nullptr) {
+    if (pressedVertex() != nullptr) {
         setCursor(Qt::ClosedHandCursor);
         dragTo(point);
     } else {
@@ -183,7 +182,7 @@ void Graph::mouseMoveEvent(QMouseEvent *event)
 
 void Graph::dragTo(QPointF point)
 {
-    Node *dragged = nodeUnderMouse();
+    Node *dragged = pressedVertex();
     nodeMoved = true;
     if (!dragged->isSelected()) {
         dragged->setPosition(point.x(), point.y(), 0.0);
@@ -202,7 +201,7 @@ void Graph::mouseReleaseEvent(QMouseEvent *event)
     if (edgeEditMode || isForMenu(event)) {
         return;
     }
-    Node *pressed = nodeUnderMouse();
+    Node *pressed = pressedVertex();
     if (!rubberBanding && pressed != nullptr && !nodeMoved) {
         pressed->toggleSelected();
     }
@@ -257,7 +256,7 @@ QVector<int> Graph::verticesAt(QPointF point) const
 }
 
 /// The pressed or picked vertex item, null when it belongs to another graph.
-Node *Graph::nodeUnderMouse() const
+Node *Graph::pressedVertex() const
 {
     Node *node = Node::nodeUnderMouse();
     return nodes.contains(node) ? node : nullptr;

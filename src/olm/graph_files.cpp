@@ -1,5 +1,6 @@
 #include "graph.h"
 #include "node.h"
+#include "numbertext.h"
 #include "outputfile.h"
 #include "random.h"
 #include "textfile.h"
@@ -28,11 +29,6 @@ double toCoordinate(QLatin1String field)
 {
     const double value = QString(field).toDouble();
     return std::isfinite(value) ? value : 0.0;
-}
-
-QString coordinateText(double value)
-{
-    return QString::number(value, 'g', 6);
 }
 
 /// Reads name and place of the first @p count vertices, a line each; false at the first line that is too short.
@@ -152,15 +148,6 @@ template<typename IsJoined> QString countAndBits(int count, IsJoined isJoined)
 }
 } // namespace
 
-void Graph::setEdge(int i, int j, bool joined)
-{
-    if (joined) {
-        addEdge(i, j);
-    } else {
-        remEdge(i, j);
-    }
-}
-
 /// Joins or separates the pairs (0, 1), (0, 2), (1, 2), ... of the first @p count slots as isJoined(0), isJoined(1),
 /// ... tell.
 void Graph::setPairs(int count, const std::function<bool(int)> &isJoined)
@@ -186,8 +173,8 @@ QByteArray Graph::graphText(TextKind kind) const
     }
     for (int i = 0; i < n; i++) {
         const QPointF place = nodes[i]->position();
-        text += nodes[i]->nodeName() + QLatin1Char('\t') + coordinateText(place.x()) + QLatin1Char('\t') +
-                coordinateText(place.y()) + QLatin1Char('\n');
+        text += nodes[i]->nodeName() + QLatin1Char('\t') + numberText(place.x()) + QLatin1Char('\t') +
+                numberText(place.y()) + QLatin1Char('\n');
     }
     for (int i = 0; i < n; i++) {
         for (int j = 0; j < n; j++) {

@@ -1,5 +1,6 @@
 #include "graph.h"
 #include "node.h"
+#include "numbertext.h"
 #include "random.h"
 
 #include <QLineF>
@@ -12,8 +13,6 @@
 
 namespace
 {
-const double spinStep = 0.04908738515625; // 3.14159265 / 64
-
 /// The range of a set of vertices is looked for up to here.
 constexpr double farthest = 1e12;
 
@@ -208,7 +207,7 @@ void Graph::toggleAnim()
 void Graph::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == rotationTimerId) {
-        rotate(0, spinStep, 0);
+        rotate(0, rotationStep, 0);
     }
     update_display();
 }
@@ -335,8 +334,7 @@ void Graph::slot_scale_graph(int size, bool uniform)
 void Graph::slot_reorganize()
 {
     const double length = reorganize();
-    emit signal_console(QStringLiteral("Reorganize : length = %1").arg(QString::number(length, 'g', 6)), false, 2,
-                        Qt::blue);
+    emit signal_console(QStringLiteral("Reorganize : length = %1").arg(numberText(length)), false, 2, Qt::blue);
     countChange();
     emit signal_interactive_graph_changed();
 }

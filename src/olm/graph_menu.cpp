@@ -28,7 +28,7 @@ struct Graph::MenuSwitch {
 
 void Graph::showMenu(QPoint position)
 {
-    const bool dragging = rubberBanding || (!edgeEditMode && nodeUnderMouse() != nullptr);
+    const bool dragging = rubberBanding || (!edgeEditMode && pressedVertex() != nullptr);
     if (dragging) {
         return; // The menu would swallow the release of the button.
     }

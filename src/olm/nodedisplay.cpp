@@ -1,5 +1,7 @@
 #include "olm/nodedisplay.h"
 
+#include "olm/numbertext.h"
+
 #include <QGridLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,7 +30,7 @@ void NodeDisplay::setValue(const QString &name, double value)
     }
     table->setRowCount(nbValues);
     table->setVerticalHeaderItem(row, new QTableWidgetItem(name));
-    table->setItem(row, 0, new QTableWidgetItem(QString::number(value, 'g', 6)));
+    table->setItem(row, 0, new QTableWidgetItem(numberText(value)));
 }
 
 void NodeDisplay::resetValues()

@@ -1,0 +1,12 @@
+#ifndef TAVOLINE_OLM_NUMBERTEXT_H
+#define TAVOLINE_OLM_NUMBERTEXT_H
+
+#include <QString>
+
+/// A number as the viewer shows and writes it: up to six significant digits.
+inline QString numberText(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+#endif
