@@ -1,6 +1,7 @@
 #include "olm/edge.h"
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "support/latin1.h"
 #include "support/stderrcapture.h"
 
 #include <QtTest>
@@ -23,11 +24,6 @@ Pairs edgesOf(const Graph &graph)
         }
     }
     return pairs;
-}
-
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
 }
 
 /// A second encoder: the bits as a list, cut into groups of six.

@@ -1,6 +1,7 @@
 #include "olm/graph.h"
 #include "olm/node.h"
 #include "support/fulldisk.h"
+#include "support/latin1.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
@@ -23,11 +24,6 @@ QByteArray contents(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-}
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
 }
 
 /// The edges of the current graph: "0-1 1-2".
@@ -59,7 +55,7 @@ QString verticesOf(const Graph &graph)
 /// The graph of a count-and-bits text, published, vertex k at (10 k, -k / 3).
 void fill(Graph &graph, const char *countAndBits)
 {
-    graph.loadolm(text(countAndBits), true);
+    graph.loadolm(latin1(countAndBits), true);
     for (int i = 0; i < graph.getNbNodes(); i++) {
         graph.setPos(i, QPointF(10.0 * i, -i / 3.0));
     }
@@ -265,12 +261,12 @@ void TestGraphFiles::save_writesLatin1()
 {
     Graph graph(QStringLiteral("g"), false);
     fill(graph, "1 ");
-    graph.node(0)->setName(text("caf\xe9"));
+    graph.node(0)->setName(latin1("caf\xe9"));
     QVERIFY(graph.save(path(QStringLiteral("g"))));
     QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("1\ncaf\xe9\t0\t0\n0\t"));
     graph.node(0)->setName(QString());
     QVERIFY(graph.open(path(QStringLiteral("g"))));
-    QCOMPARE(graph.node(0)->getName(), text("caf\xe9"));
+    QCOMPARE(graph.node(0)->getName(), latin1("caf\xe9"));
 }
 
 void TestGraphFiles::save_failures_data()

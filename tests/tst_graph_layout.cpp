@@ -1,6 +1,9 @@
 #include "olm/edge.h"
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "support/closeto.h"
+#include "support/graphtext.h"
+#include "support/latin1.h"
 
 #include <QColor>
 #include <QSignalSpy>
@@ -17,21 +20,13 @@ const double step = 0.04908738515625;
 using Point = std::array<double, 3>;
 using Points = QVector<Point>;
 
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 /// A published graph without edges whose vertices are at @p points.
 void build(Graph &graph, const Points &points)
 {
-    graph.clear();
+    graphtext::build(graph, points.size(), {});
     for (int i = 0; i < points.size(); i++) {
-        graph.addNode();
         graph.setPos(i, points[i][0], points[i][1], points[i][2]);
     }
-    graph.changeBest();
-    graph.update_display();
 }
 
 Points placesOf(const Graph &graph, int n)
@@ -41,11 +36,6 @@ Points placesOf(const Graph &graph, int n)
         points.append({graph.node(i)->pos().x(), graph.node(i)->pos().y(), graph.node(i)->getCoordZ()});
     }
     return points;
-}
-
-bool isClose(double a, double b)
-{
-    return (std::isnan(a) && std::isnan(b)) || std::abs(a - b) < 1e-9 * (1 + std::abs(b));
 }
 
 /// Whether the scene can draw the first @p n vertices: where they stand, and in which order.

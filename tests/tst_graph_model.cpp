@@ -1,7 +1,10 @@
 #include "olm/edge.h"
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "support/closeto.h"
+#include "support/graphtext.h"
 #include "support/itemimage.h"
+#include "support/latin1.h"
 #include "support/stderrcapture.h"
 
 #include <QGraphicsRectItem>
@@ -13,33 +16,16 @@
 #include <limits>
 #include <random>
 
+using graphtext::build;
+
 namespace
 {
 const double notANumber = std::numeric_limits<double>::quiet_NaN();
 const double infinity = std::numeric_limits<double>::infinity();
 
-QString latin1(const char *text)
-{
-    return QString::fromLatin1(text);
-}
-
 QGraphicsScene *sceneOf(const Graph &graph)
 {
     return static_cast<const QGraphicsView &>(graph).scene();
-}
-
-/// Makes @p graph a graph on @p n vertices with the given edges only, published and shown.
-void build(Graph &graph, int n, const QVector<QPair<int, int>> &edges)
-{
-    graph.clear();
-    for (int i = 0; i < n; i++) {
-        graph.addNode();
-    }
-    for (const auto &pair : edges) {
-        graph.addEdge(pair.first, pair.second);
-    }
-    graph.changeBest();
-    graph.update_display();
 }
 
 QByteArray displayed(Graph &graph)
@@ -53,11 +39,6 @@ QByteArray displayed(Graph &graph)
 double drawnRadius(const Graph &graph, int i)
 {
     return (graph.node(i)->boundingRect().width() - 5) / 2;
-}
-
-bool isClose(double actual, double expected)
-{
-    return std::abs(actual - expected) < 1e-9;
 }
 
 /// What a vertex looks like on which @p change was made.

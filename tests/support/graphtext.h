@@ -5,7 +5,9 @@
 #include "olm/node.h"
 
 #include <QApplication>
+#include <QPair>
 #include <QStringList>
+#include <QVector>
 
 /// A viewer's graph as text, for literals in tests: vertices are "0 2", edges are "0-1 1-2".
 namespace graphtext
@@ -53,20 +55,30 @@ inline void select(Graph &graph, const QVector<int> &selected)
     }
 }
 
-/// Makes the graph one of @p n vertices with these edges, published and shown, and selects exactly @p selected.
-inline void set(Graph &graph, int n, const QString &edgeText, const QVector<int> &selected = {})
+/// Makes the graph one of @p n vertices with these edges only, published and shown.
+inline void build(Graph &graph, int n, const QVector<QPair<int, int>> &edges)
 {
     graph.clear();
     for (int i = 0; i < n; i++) {
         graph.addNode();
     }
-    const QStringList words = edgeText.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    for (const QString &word : words) {
-        const QStringList ends = word.split(QLatin1Char('-'));
-        graph.addEdge(ends.value(0).toInt(), ends.value(1).toInt());
+    for (const auto &[i, j] : edges) {
+        graph.addEdge(i, j);
     }
     graph.changeBest();
     graph.update_display();
+}
+
+/// The same from a text, and selects exactly @p selected.
+inline void set(Graph &graph, int n, const QString &edgeText, const QVector<int> &selected = {})
+{
+    QVector<QPair<int, int>> edges;
+    const QStringList words = edgeText.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &word : words) {
+        const QStringList ends = word.split(QLatin1Char('-'));
+        edges.append({ends.value(0).toInt(), ends.value(1).toInt()});
+    }
+    build(graph, n, edges);
     select(graph, selected);
 }
 

@@ -1,0 +1,13 @@
+#ifndef TAVOLINE_TESTS_CLOSETO_H
+#define TAVOLINE_TESTS_CLOSETO_H
+
+#include <cmath>
+
+/// Whether @p actual is @p expected but for rounding; NaN is expected to be NaN.
+inline bool isClose(double actual, double expected)
+{
+    return (std::isnan(actual) && std::isnan(expected)) ||
+           std::abs(actual - expected) < 1e-9 * (1 + std::abs(expected));
+}
+
+#endif
