@@ -244,6 +244,7 @@ private slots:
     void circleOfFewVertices();
     void randomPositions();
     void centring();
+    void scatteredVerticesAreCentredAndTurned();
     void oneVertexIsNotCentred();
     void rotationsAboutOneAxis_data();
     void rotationsAboutOneAxis();
@@ -327,6 +328,22 @@ void TestGraphLayout::centring()
     build(graph, {{0, 0, 0}, {10, 0, 3}, {2, 6, 3}});
     graph.center();
     QCOMPARE(difference(placesOf(graph, 3), {{-4, -2, -2}, {6, -2, 1}, {-2, 4, 1}}), QByteArray());
+}
+
+void TestGraphLayout::scatteredVerticesAreCentredAndTurned()
+{
+    Graph graph(latin1("scatter"), true);
+    build(graph, {{0, 0, 0}, {10, 0, 3}, {2, 6, 3}});
+    qsrand(6);
+    graph.slot_randomPosition();
+    const Points scattered = placesOf(graph, 3);
+    QVERIFY(difference(scattered, {{0, 0, 0}, {10, 0, 3}, {2, 6, 3}}) != QByteArray());
+    graph.center();
+    QCOMPARE(difference(placesOf(graph, 3), centred(scattered)), QByteArray());
+    graph.slot_randomPosition();
+    const Points again = placesOf(graph, 3);
+    graph.rotate(0.5, 1.5, -2.5);
+    QCOMPARE(difference(placesOf(graph, 3), rotated(again, 0.5, 1.5, -2.5)), QByteArray());
 }
 
 void TestGraphLayout::oneVertexIsNotCentred()

@@ -88,6 +88,9 @@ ItemImage labelledEdge(int i, int j, const char *label)
     return edgeImage(i, j, [label](Edge &edge) { edge.setLabel(QString::fromLatin1(label)); });
 }
 
+/// An operation that takes a number for each edge and decorates the edges or takes that back.
+using Decorate = void (Graph::*)(const QVector<QVector<double>> &, bool);
+
 /// The graph as plain arrays, to compare long sequences of operations with.
 struct PlainGraph {
     int n = 0;
@@ -264,6 +267,8 @@ QColor pixelAt(QWidget &widget, QPoint position)
 }
 } // namespace
 
+Q_DECLARE_METATYPE(Decorate)
+
 /// The model of the viewer's graph, its display and the decoration of its items.
 class TestGraphModel : public QObject
 {
@@ -273,11 +278,13 @@ private slots:
     void startsAsARandomGraphOnTenVertices();
     void constructionFollowsTheRandomNumbers();
     void interactiveGraphHasAPreparedScene();
+    void sceneRectangleStays();
     void plainGraphHasNoScene();
     void itemAccessorsStopAtTheSlots();
 
     void addNodeStopsAtTheLastSlot();
     void addNodeTakesOverTheRowOfItsSlot();
+    void addNodeStartsAtDepthZero();
     void removingTheLastVertex();
     void removingAnInnerVertexMovesTheLastOne();
     void refusedRemovals();
@@ -293,6 +300,7 @@ private slots:
     void operationsAgreeWithPlainArrays();
 
     void displayFollowsTheBestGraph();
+    void displayReadsTheLowerTriangle();
     void changeBestPublishes();
     void displayWritesBothMatrices();
     void lockedBestGraphLetsTheCurrentOneBeRead();
@@ -303,6 +311,8 @@ private slots:
     void labels();
     void edgeLabels();
     void edgeHighlights();
+    void decoratedEdgesAreCurrentOnesThatAreShown_data();
+    void decoratedEdgesAreCurrentOnesThatAreShown();
     void colours();
     void sizes_data();
     void sizes();
@@ -385,6 +395,17 @@ void TestGraphModel::interactiveGraphHasAPreparedScene()
     QCOMPARE(rectangles[0]->opacity(), 0.5);
 }
 
+void TestGraphModel::sceneRectangleStays()
+{
+    Graph graph(latin1("rectangle"), true);
+    QCOMPARE(sceneOf(graph)->sceneRect(), QRectF(-600, -600, 1200, 1200));
+    build(graph, 2, {{0, 1}});
+    graph.setPos(0, QPointF(5000, -7000));
+    graph.node(31)->setPos(-9000, 9000);
+    QCOMPARE(sceneOf(graph)->sceneRect(), QRectF(-600, -600, 1200, 1200));
+    QCOMPARE(graph.sceneRect(), QRectF(-600, -600, 1200, 1200));
+}
+
 void TestGraphModel::plainGraphHasNoScene()
 {
     const Graph graph(latin1("plain"), false);
@@ -431,6 +452,20 @@ void TestGraphModel::addNodeTakesOverTheRowOfItsSlot()
     QVERIFY(graph.addNode());
     QVERIFY(graph.edge(1, 3));
     QVERIFY(!graph.edge(0, 3));
+}
+
+void TestGraphModel::addNodeStartsAtDepthZero()
+{
+    Graph graph(latin1("depth"), true);
+    build(graph, 3, {});
+    graph.setPos(2, 1.0, 2.0, 7.0);
+    graph.remNode();
+    QVERIFY(graph.addNode());
+    QCOMPARE(graph.node(2)->getCoordZ(), 0.0);
+    QCOMPARE(graph.node(2)->zValue(), 0.0);
+    QVERIFY(graph.addNode());
+    QCOMPARE(graph.node(3)->getCoordZ(), 0.0);
+    QCOMPARE(graph.node(3)->zValue(), 0.0);
 }
 
 void TestGraphModel::removingTheLastVertex()
@@ -717,6 +752,23 @@ void TestGraphModel::displayFollowsTheBestGraph()
     QVERIFY(!graph.bestEdge(0, 1));
 }
 
+void TestGraphModel::displayReadsTheLowerTriangle()
+{
+    Graph graph(latin1("triangle"), true);
+    build(graph, 2, {});
+    graph.toggleEdge(0, 1);
+    graph.best_backup();
+    graph.update_display();
+    QVERIFY(graph.bestEdge(0, 1));
+    QVERIFY(!graph.edgeItem(0, 1)->isVisible());
+    graph.toggleEdge(0, 1);
+    graph.toggleEdge(1, 0);
+    graph.best_backup();
+    graph.update_display();
+    QVERIFY(graph.bestEdge(0, 1));
+    QVERIFY(graph.edgeItem(0, 1)->isVisible());
+}
+
 void TestGraphModel::changeBestPublishes()
 {
     Graph graph(latin1("publish"), false);
@@ -892,6 +944,50 @@ void TestGraphModel::edgeHighlights()
     QCOMPARE(path.image(2, 1), plain(2, 1));
     path.setEHilight({{}, {1.0}, {1.0, 1.0}}, false);
     QCOMPARE(path.image(1, 0), plain(1, 0));
+}
+
+void TestGraphModel::decoratedEdgesAreCurrentOnesThatAreShown_data()
+{
+    QTest::addColumn<Decorate>("decorate");
+    QTest::newRow("labels") << &Graph::setELabels;
+    QTest::newRow("highlights") << &Graph::setEHilight;
+}
+
+void TestGraphModel::decoratedEdgesAreCurrentOnesThatAreShown()
+{
+    QFETCH(Decorate, decorate);
+    const QVector<QVector<double>> ones = {{}, {1}, {1, 1}, {1, 1, 1}};
+
+    Path longer;
+    longer.addNode();
+    longer.addEdge(2, 3);
+    longer.setPos(3, 0.0, 100.0, 0.0);
+    (longer.*decorate)(ones, true);
+    longer.changeBest();
+    longer.update_display();
+    const ItemImage decorated = longer.image(2, 1);
+    const ItemImage undecorated = longer.image(3, 2);
+    (longer.*decorate)({}, false);
+    QVERIFY(longer.image(2, 1) != decorated);
+    QCOMPARE(longer.image(3, 2), undecorated);
+    (longer.*decorate)(ones, true);
+    QCOMPARE(longer.image(2, 1), decorated);
+    QVERIFY(longer.image(3, 2) != undecorated);
+
+    Path shorter;
+    const ItemImage first = shorter.image(1, 0);
+    const ItemImage second = shorter.image(2, 1);
+    shorter.remNode();
+    (shorter.*decorate)(ones, true);
+    QVERIFY(shorter.image(1, 0) != first);
+    QCOMPARE(shorter.image(2, 1), second);
+    shorter.best_restore();
+    shorter.addEdge(1, 2);
+    (shorter.*decorate)(ones, true);
+    shorter.remNode();
+    (shorter.*decorate)({}, false);
+    QCOMPARE(shorter.image(1, 0), first);
+    QCOMPARE(shorter.image(2, 1), decorated);
 }
 
 void TestGraphModel::colours()
