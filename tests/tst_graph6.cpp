@@ -132,6 +132,7 @@ void TestGraph6::vertexCountsOutsideTheFormat_data()
     QTest::newRow("header") << latin1(">>graph6<<A_") << 0 << -1;
     QTest::newRow("empty") << QString() << 0 << -63;
     QTest::newRow("latin-1") << QString(QChar(0xff)) << 32 << 192;
+    QTest::newRow("beyond latin-1") << QString(QChar(0x2603)) + latin1("_") << 0 << -63;
 }
 
 void TestGraph6::vertexCountsOutsideTheFormat()

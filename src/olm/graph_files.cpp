@@ -365,8 +365,8 @@ bool Graph::loadg6(std::istream &in)
 bool Graph::loadg6(const QString &g6, bool fresh)
 {
     countChange();
-    const QByteArray text = g6.toLatin1();
-    const int n = graph6Value(text.isEmpty() ? '\0' : text[0]);
+    // A QChar becomes NUL when it is not Latin-1, a QString puts "?" in its place: that would be a size, 0.
+    const int n = graph6Value(g6.isEmpty() ? '\0' : g6[0].toLatin1());
     setNbNodes(n);
     if (fresh) {
         clear();
@@ -378,7 +378,7 @@ bool Graph::loadg6(const QString &g6, bool fresh)
     if (!isGraph6Size(n)) {
         return false;
     }
-    const QByteArray bits = text.mid(1);
+    const QByteArray bits = g6.mid(1).toLatin1();
     setPairs(n, [&](int index) { return graph6Bit(bits, index); });
     return true;
 }
