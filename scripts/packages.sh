@@ -17,5 +17,5 @@ install_packages() {
         >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libigraph-dev libnauty2-dev)
+build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)

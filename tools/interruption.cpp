@@ -33,7 +33,7 @@ InterruptionScope::InterruptionScope()
 
 InterruptionScope::~InterruptionScope()
 {
-    handleBy(SIG_DFL);
+    leave();
 }
 
 bool InterruptionScope::isRequested()
@@ -46,6 +46,11 @@ void InterruptionScope::check()
     if (isRequested()) {
         throw Interrupted(lastSignal);
     }
+}
+
+void InterruptionScope::leave()
+{
+    handleBy(SIG_DFL);
 }
 
 void endBySignal(int number)

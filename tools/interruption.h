@@ -29,6 +29,8 @@ public:
     static bool isRequested();
     /// Throws Interrupted when one has.
     static void check();
+    /// Lets the signals end the process again, which is a child of the one that the scope belongs to.
+    static void leave();
 };
 
 /// Ends the process by the signal @p number, as if it had never been caught.

@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "info.h"
 #include "interruption.h"
+#include "invariant.h"
 #include "run.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,7 @@ struct Command {
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
     Command{"info", "tells what a database holds and checks it", runInfo},
+    Command{"invariant", "computes an invariant of every graph of a database", runInvariant},
     Command{"run", "repeats an investigation without the window", runScript},
 };
 

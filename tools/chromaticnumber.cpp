@@ -1,0 +1,84 @@
+#include "chromaticnumber.h"
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <tuple>
+
+namespace
+{
+class Colouring
+{
+public:
+    Colouring(const SmallGraph &given, int bound) : graph(given), lowerBound(bound), best(given.order) {}
+
+    int fewestColours()
+    {
+        extend(0, 0);
+        return best;
+    }
+
+private:
+    /// Colours the rest of the vertices in every way that may need fewer colours than the best so far.
+    /// @p coloured is the set of the vertices that have one of the first @p used colours.
+    void extend(std::uint64_t coloured, int used)
+    {
+        if (used >= best) {
+            return;
+        }
+        const int v = nextVertex(coloured, used);
+        if (v < 0) {
+            best = used;
+            return;
+        }
+        for (int colour = 0; colour <= used && colour < best - 1 && best > lowerBound; ++colour) {
+            std::uint64_t &colourClass = classes[size_t(colour)];
+            if ((graph.rows[size_t(v)] & colourClass) == 0) {
+                colourClass |= SmallGraph::bit(v);
+                extend(coloured | SmallGraph::bit(v), std::max(used, colour + 1));
+                colourClass &= ~SmallGraph::bit(v);
+            }
+        }
+    }
+
+    /// The vertex outside @p coloured whose neighbours show most colours, of such the one with most neighbours outside;
+    /// -1 when there is none.
+    int nextVertex(std::uint64_t coloured, int used) const
+    {
+        int next = -1;
+        auto most = std::make_tuple(-1, -1);
+        for (int v = 0; v < graph.order; ++v) {
+            if ((coloured & SmallGraph::bit(v)) == 0) {
+                const auto urgency = std::make_tuple(coloursAround(v, used), neighboursOutside(v, coloured));
+                if (urgency > most) {
+                    most = urgency;
+                    next = v;
+                }
+            }
+        }
+        return next;
+    }
+
+    int coloursAround(int v, int used) const
+    {
+        return int(std::count_if(classes.begin(), classes.begin() + used, [&](std::uint64_t colourClass) {
+            return (graph.rows[size_t(v)] & colourClass) != 0;
+        }));
+    }
+
+    int neighboursOutside(int v, std::uint64_t coloured) const
+    {
+        return int(std::bitset<64>(graph.rows[size_t(v)] & ~coloured).count());
+    }
+
+    const SmallGraph &graph;
+    const int lowerBound;
+    int best;                                                  // colours that are enough
+    std::array<std::uint64_t, SmallGraph::MaxOrder> classes{}; // by colour: the vertices that have it
+};
+} // namespace
+
+int chromaticNumber(const SmallGraph &graph, int lowerBound)
+{
+    return Colouring(graph, lowerBound).fewestColours();
+}

@@ -1,0 +1,30 @@
+#include "graphlibrary.h"
+
+#include "commandline.h"
+
+#include <array>
+
+void check(igraph_error_t code)
+{
+    if (code != IGRAPH_SUCCESS) {
+        throw CommandError(QStringLiteral("igraph: %1").arg(QString::fromLatin1(igraph_strerror(code))));
+    }
+}
+
+LibraryGraph::LibraryGraph(const SmallGraph &given)
+{
+    [[maybe_unused]] static igraph_error_handler_t *const previousHandler =
+        igraph_set_error_handler(igraph_error_handler_ignore);
+    std::array<igraph_integer_t, size_t(SmallGraph::MaxOrder) * (SmallGraph::MaxOrder - 1)> ends;
+    igraph_integer_t count = 0;
+    for (int v = 1; v < given.order; ++v) {
+        for (int u = 0; u < v; ++u) {
+            if (given.adjacent(u, v)) {
+                ends[size_t(count++)] = u;
+                ends[size_t(count++)] = v;
+            }
+        }
+    }
+    igraph_vector_int_t edges;
+    check(igraph_create(&graph, igraph_vector_int_view(&edges, ends.data(), count), given.order, IGRAPH_UNDIRECTED));
+}

@@ -1,0 +1,222 @@
+#include "workers.h"
+
+#include "commandline.h"
+#include "interruption.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <new>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+/// How many indices a child takes at a time.
+constexpr std::size_t pieceLength = 64;
+
+constexpr int millisecondsBetweenReports = 100;
+
+CommandError systemError(const char *call)
+{
+    return CommandError(QStringLiteral("%1: %2").arg(QLatin1String(call), QString::fromLocal8Bit(strerror(errno))));
+}
+
+/// On which children tell the parent what went wrong.
+class Pipe
+{
+public:
+    Pipe()
+    {
+        if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+            throw systemError("pipe");
+        }
+    }
+    ~Pipe()
+    {
+        close(ends[0]);
+        closeWriteEnd();
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+
+    /// Without it, the end of the last child is the end of the pipe.
+    void closeWriteEnd()
+    {
+        if (ends[1] >= 0) {
+            close(ends[1]);
+            ends[1] = -1;
+        }
+    }
+
+    /// Tells @p text, of which at most PIPE_BUF bytes arrive.
+    void tell(const char *text) const
+    {
+        const ssize_t written = write(ends[1], text, std::min<std::size_t>(strlen(text), PIPE_BUF));
+        static_cast<void>(written); // a parent that is gone needs no message
+    }
+
+    /// Returns at the end of the pipe, as soon as something was told, or after a while.
+    void waitAWhile() const
+    {
+        pollfd readEnd{ends[0], POLLIN, 0};
+        poll(&readEnd, 1, millisecondsBetweenReports);
+    }
+
+    /// What was told first, or an empty text.
+    QString told() const
+    {
+        std::array<char, PIPE_BUF> text{};
+        const ssize_t length = read(ends[0], text.data(), text.size());
+        return length > 0 ? QString::fromLocal8Bit(text.data(), int(length)) : QString();
+    }
+
+private:
+    std::array<int, 2> ends{-1, -1};
+};
+
+class Children
+{
+public:
+    Children() = default;
+    ~Children()
+    {
+        for (const pid_t child : living) {
+            kill(child, SIGKILL);
+            waitpid(child, nullptr, 0);
+        }
+    }
+    Children(const Children &) = delete;
+    Children &operator=(const Children &) = delete;
+
+    /// Makes a child that calls @p work and ends.
+    void start(const std::function<void()> &work)
+    {
+        const pid_t parent = getpid();
+        const pid_t child = fork();
+        if (child < 0) {
+            throw systemError("fork");
+        }
+        if (child == 0) {
+            live(parent, work);
+        }
+        living.push_back(child);
+    }
+
+    /// Calls @p tick now and then until all children have ended.
+    void wait(const std::function<void()> &tick)
+    {
+        for (messages.closeWriteEnd(); !living.empty(); tick()) {
+            messages.waitAWhile();
+            InterruptionScope::check();
+            living.erase(std::remove_if(living.begin(), living.end(), [this](pid_t child) { return hasEnded(child); }),
+                         living.end());
+            if (!failure.isEmpty()) {
+                throw CommandError(failure);
+            }
+        }
+    }
+
+private:
+    /// The life of a child.
+    [[noreturn]] void live(pid_t parent, const std::function<void()> &work) const
+    {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) {
+            _exit(Failure);
+        }
+        InterruptionScope::leave();
+        try {
+            work();
+        } catch (const std::exception &exception) {
+            messages.tell(exception.what());
+            _exit(Failure);
+        }
+        _exit(Success);
+    }
+
+    /// Whether @p child has ended; notes as the failure how, unless with success.
+    bool hasEnded(pid_t child)
+    {
+        int status = 0;
+        if (waitpid(child, &status, WNOHANG) == 0) {
+            return false;
+        }
+        if (WIFSIGNALED(status)) {
+            failure = QStringLiteral("a child process was ended by a signal: %1")
+                          .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+        } else if (WEXITSTATUS(status) != Success) {
+            const QString message = messages.told();
+            failure = message.isEmpty()
+                          ? QStringLiteral("a child process ended with status %1").arg(WEXITSTATUS(status))
+                          : message;
+        }
+        return true;
+    }
+
+    Pipe messages;
+    std::vector<pid_t> living;
+    QString failure;
+};
+} // namespace
+
+SharedMemory::SharedMemory(std::size_t size)
+    : begin(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
+    , length(size)
+{
+    if (begin == MAP_FAILED) {
+        throw std::bad_alloc();
+    }
+}
+
+SharedMemory::~SharedMemory()
+{
+    munmap(begin, length);
+}
+
+std::optional<double> SharedValues::at(std::size_t index) const
+{
+    const double number = numbers()[index];
+    return std::isnan(number) ? std::nullopt : std::optional(number);
+}
+
+void SharedValues::set(std::size_t index, std::optional<double> value)
+{
+    numbers()[index] = value.value_or(std::numeric_limits<double>::quiet_NaN());
+}
+
+void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
+                        const std::function<std::optional<double>(std::size_t)> &work,
+                        const std::function<void(std::size_t)> &report)
+{
+    using Counter = std::atomic<std::size_t>;
+    static_assert(Counter::is_always_lock_free, "processes share it");
+    const SharedMemory memory(sizeof(Counter));
+    auto &next = *new (memory.data()) Counter(0);
+    const auto takePieces = [&] {
+        for (std::size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
+            const std::size_t end = std::min(begin + pieceLength, count);
+            for (std::size_t index = begin; index < end; ++index) {
+                values.set(index, work(index));
+            }
+        }
+    };
+    Children children;
+    for (int job = 0; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
+        children.start(takePieces);
+    }
+    children.wait([&] { report(std::min(next.load(), count)); });
+}
