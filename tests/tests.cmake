@@ -35,10 +35,13 @@ tavoline_window_test(tst_graph_interaction tavoline_viewer)
 tavoline_window_test(tst_graph_menu tavoline_viewer)
 
 # The companion program.
+tavoline_test(tst_invariants tavoline_tools)
+tavoline_test(tst_workers tavoline_tools)
 tavoline_tool_test(tst_tav_build tavoline_core)
 tavoline_tool_test(tst_tav_info tavoline_core)
 tavoline_tool_test(tst_tav_run tavoline_tools)
 tavoline_tool_test(tst_faults)
+tavoline_tool_test(tst_tav_invariant tavoline_core)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

@@ -171,16 +171,6 @@ struct Database {
     }
 };
 
-/// Whether a process has a file of the folder open, which need not have a name yet.
-bool hasFileOpenIn(qint64 process, const QString &folder)
-{
-    const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(process));
-    const QFileInfoList links = descriptors.entryInfoList(QDir::System | QDir::Files);
-    return std::any_of(links.begin(), links.end(), [&](const QFileInfo &link) {
-        return link.symLinkTarget().startsWith(folder + QLatin1Char('/'));
-    });
-}
-
 QStringList build(const QStringList &arguments = {})
 {
     return QStringList{QStringLiteral("build")} + arguments;

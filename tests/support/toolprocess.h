@@ -2,9 +2,13 @@
 #define TAVOLINE_TESTS_TOOLPROCESS_H
 
 #include <QByteArray>
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+
+#include <algorithm>
 
 /// What a program that has ended left: its exit status, -1 after a crash or when it did not end, and its output.
 struct ToolResult {
@@ -35,6 +39,16 @@ inline ToolResult runProgram(const QString &program, const QStringList &argument
 inline ToolResult runTav(const QStringList &arguments, const QByteArray &input = {}, const QString &folder = {})
 {
     return runProgram(QStringLiteral(TAVOLINE_TAV), arguments, input, folder);
+}
+
+/// Whether a process has a file of the folder open, which need not have a name yet.
+inline bool hasFileOpenIn(qint64 process, const QString &folder)
+{
+    const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(process));
+    const QFileInfoList links = descriptors.entryInfoList(QDir::System | QDir::Files);
+    return std::any_of(links.begin(), links.end(), [&](const QFileInfo &link) {
+        return link.symLinkTarget().startsWith(folder + QLatin1Char('/'));
+    });
 }
 
 #endif

@@ -1,0 +1,165 @@
+#include "support/loadedengine.h"
+#include "support/testdata.h"
+#include "support/toolprocess.h"
+
+#include <QtTest>
+
+#include <csignal>
+
+namespace
+{
+const QString standardInput = QStringLiteral("-");
+
+QStringList invariant(const char *name, const QStringList &more = {})
+{
+    return QStringList{QStringLiteral("invariant"), QLatin1String(name)} + more;
+}
+} // namespace
+
+class TestTavInvariant : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void anInvariantOfADatabase()
+    {
+        const ToolResult result =
+            runTav(invariant("average-distance", {standardInput}), "@\nA_\t0\nB?\t0\t7\nBW\t1\nBw\t1\n");
+        QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\tNA\nA_\t1\nB?\tNA\nBW\t1.33333333333\nBw\t1\n"));
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    /// The names are those that the program gives the graphs.
+    void namesAsTheProgramReadsThem()
+    {
+        const ToolResult result =
+            runTav(invariant("size", {standardInput}), "\xEF\xBB\xBF@\r\n\n\r\nA\r_\t\r0\r\n\t0\nBw\t\xC3\xA9\nBW\t");
+        QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\t0\nA_\t1\nBw\t3\nBW\t2\n"));
+        QCOMPARE(result.errors, QByteArray());
+    }
+
+    void theProgramLoadsTheFile()
+    {
+        LoadedEngine loaded("@\nA_\t0\nBW\t1\nBw\t1\n");
+        const QString file = loaded.path("girth.txt");
+        const ToolResult result = runTav(invariant("girth", {QStringLiteral("-o"), file, loaded.path("database.tav")}));
+        QCOMPARE(result.output + result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        QVERIFY(loaded.engine.loadInv1(file));
+        QCOMPARE(loaded.inv1(), QStringLiteral("NA NA NA 3"));
+    }
+
+    void theResultDoesNotDependOnTheProcessors_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        for (const char *name : {"girth", "energy", "chromatic-number"}) {
+            QTest::newRow(name) << QByteArray(name);
+        }
+    }
+
+    void theResultDoesNotDependOnTheProcessors()
+    {
+        QFETCH(QByteArray, name);
+        const auto resultWith = [&](const char *jobs) {
+            return runTav(
+                invariant(name.constData(), {QStringLiteral("-j"), QLatin1String(jobs), example("connected-8.tav")}));
+        };
+        const ToolResult one = resultWith("1");
+        QCOMPARE(one.output.count('\n'), 12114);
+        QCOMPARE(resultWith("2").output, one.output);
+        QCOMPARE(resultWith("7").output, one.output);
+    }
+
+    void list()
+    {
+        const ToolResult result = runTav(invariant("--list"));
+        const QList<QByteArray> lines = result.output.trimmed().split('\n');
+        QCOMPARE(lines.size(), 23);
+        QCOMPARE(lines.first(), QByteArray("order                   number of vertices"));
+        QCOMPARE(lines.at(7), QByteArray("girth                   length of a shortest cycle; NA for a forest"));
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("unknown") << words({"invariant", "genus", "x.tav"})
+                                 << QByteArray("Unknown invariant 'genus'; 'tav invariant --list' names them.");
+        QTest::newRow("nothing") << words({"invariant"})
+                                 << QByteArray("No invariant given; 'tav invariant --list' names them.");
+        QTest::newRow("no database") << words({"invariant", "girth"})
+                                     << QByteArray("Exactly one database file expected, 0 given.");
+        QTest::newRow("two databases") << words({"invariant", "girth", "x.tav", "y.tav"})
+                                       << QByteArray("Exactly one database file expected, 2 given.");
+        QTest::newRow("jobs") << words({"invariant", "girth", "-j", "0", "x.tav"})
+                              << QByteArray("Not a number of processors from 1 to 1024: '0'.");
+    }
+
+    void wrongUsage()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runTav(arguments);
+        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav --help'.\n"));
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 2);
+    }
+
+    void badFile_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("no graph6") << QByteArray("@\n\nA\t0\n")
+                                   << QByteArray("3: not graph6: 1 bytes where a graph on 2 vertices has 2");
+        QTest::newRow("blank") << QByteArray("@\nA_ \t0\n") << QByteArray("2: not graph6: byte 32 at column 3");
+        QTest::newRow("too large") << QByteArray("~??~\n") << QByteArray("1: more than 62 vertices");
+        QTest::newRow("no graph") << QByteArray("\n\t1\n") << QByteArray("1: the database holds no graph");
+    }
+
+    void badFile()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QByteArray, message);
+        const QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("girth.txt"));
+        const ToolResult result = runTav(invariant("girth", {QStringLiteral("-o"), file, standardInput}), lines);
+        QCOMPARE(result.errors, QByteArray("tav: standard input:" + message + "\n"));
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 1);
+        QVERIFY(QDir(directory.path()).isEmpty());
+    }
+
+    void filesThatCannotBeUsed()
+    {
+        ToolResult result = runTav(invariant("girth", {QStringLiteral("/no/such.tav")}));
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened\n"));
+        QCOMPARE(result.status, 1);
+        result =
+            runTav(invariant("girth", {QStringLiteral("-o"), QStringLiteral("/no/such.txt"), standardInput}), "@\n");
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.txt: cannot be written\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    void anInterruptionLeavesNothingBehind()
+    {
+        const QTemporaryDir directory;
+        QProcess process;
+        process.start(
+            QStringLiteral(TAVOLINE_TAV),
+            invariant("vertex-connectivity", {QStringLiteral("-o"), directory.filePath(QStringLiteral("out.txt")),
+                                              QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav")}));
+        QTRY_VERIFY_WITH_TIMEOUT(hasFileOpenIn(process.processId(), directory.path()), 60000);
+        process.terminate();
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGTERM);
+        QCOMPARE(process.readAllStandardError(), QByteArray());
+        QVERIFY(QDir(directory.path()).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTavInvariant)
+#include "tst_tav_invariant.moc"

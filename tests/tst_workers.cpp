@@ -1,0 +1,166 @@
+#include "commandline.h"
+#include "interruption.h"
+#include "workers.h"
+
+#include <QtTest>
+
+#include <array>
+#include <csignal>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace
+{
+constexpr std::size_t count = 1000;
+
+std::optional<double> half(std::size_t index)
+{
+    return index % 3 == 0 ? std::nullopt : std::optional(double(index) / 2);
+}
+
+std::optional<double> waitForever(std::size_t)
+{
+    pause();
+    return std::nullopt;
+}
+
+void ignoreReport(std::size_t) {}
+
+/// What the error of a computation says, empty when there is none.
+QString errorOf(const std::function<std::optional<double>(std::size_t)> &work)
+{
+    SharedValues values(count);
+    try {
+        computeInProcesses(values, count, 3, work, ignoreReport);
+    } catch (const CommandError &error) {
+        return error.text();
+    }
+    return QString();
+}
+} // namespace
+
+class TestWorkers : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyIndexOnce_data()
+    {
+        QTest::addColumn<int>("jobs");
+        for (const int jobs : {1, 2, 3, 1024}) {
+            QTest::addRow("%d", jobs) << jobs;
+        }
+    }
+
+    void everyIndexOnce()
+    {
+        QFETCH(int, jobs);
+        SharedValues values(count);
+        std::size_t reported = 0;
+        computeInProcesses(values, count, jobs, half, [&](std::size_t done) {
+            QVERIFY(done >= reported);
+            reported = done;
+        });
+        for (std::size_t index = 0; index < count; ++index) {
+            QVERIFY(values.at(index) == half(index));
+        }
+        QCOMPARE(reported, count);
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1); // no child is left
+    }
+
+    void anExceptionIsTold()
+    {
+        QCOMPARE(errorOf([](std::size_t index) {
+                     if (index == 500) {
+                         throw CommandError(QStringLiteral("the work failed"));
+                     }
+                     return half(index);
+                 }),
+                 QStringLiteral("the work failed"));
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
+    void aDeadChildIsAnError()
+    {
+        QCOMPARE(errorOf([](std::size_t index) {
+                     if (index == 500) {
+                         std::raise(SIGKILL);
+                     }
+                     return half(index);
+                 }),
+                 QStringLiteral("a child process was ended by a signal: Killed"));
+        QCOMPARE(errorOf([](std::size_t index) -> std::optional<double> { _exit(index == 0 ? 1 : 0); }),
+                 QStringLiteral("a child process ended with status 1"));
+    }
+
+    /// The others do not wait for the end of their work.
+    void anErrorEndsTheOthers()
+    {
+        QCOMPARE(errorOf([](std::size_t index) {
+                     if (index == 0) {
+                         throw CommandError(QStringLiteral("the work failed"));
+                     }
+                     return waitForever(index);
+                 }),
+                 QStringLiteral("the work failed"));
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
+    void aSignalEndsAll()
+    {
+        const InterruptionScope scope;
+        SharedValues values(count);
+        int signal = 0;
+        alarmInterrupts();
+        try {
+            computeInProcesses(values, count, 2, waitForever, ignoreReport);
+        } catch (const Interrupted &interruption) {
+            signal = interruption.signal();
+        }
+        QCOMPARE(signal, SIGTERM);
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
+    /// The pipe ends when nobody is left who holds its other end.
+    void childrenDieWithTheirParent()
+    {
+        std::array<int, 2> ends{};
+        QCOMPARE(pipe(ends.data()), 0);
+        const pid_t parent = fork();
+        if (parent == 0) {
+            SharedValues values(count);
+            computeInProcesses(
+                values, count, 2,
+                [&](std::size_t index) {
+                    static_cast<void>(write(ends[1], "x", 1) + 1);
+                    return waitForever(index);
+                },
+                ignoreReport);
+            _exit(0);
+        }
+        close(ends[1]);
+        char byte = 0;
+        QCOMPARE(read(ends[0], &byte, 1), ssize_t(1));
+        QCOMPARE(read(ends[0], &byte, 1), ssize_t(1)); // both children are at work
+        kill(parent, SIGKILL);
+        QCOMPARE(waitpid(parent, nullptr, 0), parent);
+        pollfd end{ends[0], POLLIN, 0};
+        QCOMPARE(poll(&end, 1, 10000), 1);
+        QCOMPARE(read(ends[0], &byte, 1), ssize_t(0));
+        close(ends[0]);
+    }
+
+private:
+    /// Sends SIGTERM to this process in a while.
+    static void alarmInterrupts()
+    {
+        struct sigaction action = {};
+        action.sa_handler = [](int) { kill(getpid(), SIGTERM); };
+        sigaction(SIGALRM, &action, nullptr);
+        alarm(1);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestWorkers)
+#include "tst_workers.moc"
