@@ -9,6 +9,8 @@
 
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
+#include <QTextDocument>
 #include <QtTest>
 
 #include <cmath>
@@ -32,6 +34,7 @@ private slots:
     void carriageReturnsStayInNames();
     void unreadableNameLeavesAnEmptyView();
     void sampleListIsShownAsItsNamesSay();
+    void namesAreNotRichText();
 };
 
 namespace
@@ -263,6 +266,23 @@ void TestBrowsing::sampleListIsShownAsItsNamesSay()
     // Regular: every vertex has the degree of the first.
     for (int i = 0; i < 8; ++i) {
         QCOMPARE(fixture.view()->degree(i), fixture.view()->degree(0));
+    }
+}
+
+void TestBrowsing::namesAreNotRichText()
+{
+    Browser browser;
+    const char *const list = "<img src='/etc/hostname'>";
+    browser.addNames(list, {QStringLiteral("Bw"), QStringLiteral("<h1>x</h1>")});
+    browser.choose(list);
+    QCOMPARE(browser.combo("browseChoice")->currentText(), QLatin1String(list));
+    QVERIFY(browser.console().contains(QStringLiteral("List added : <img src='/etc/hostname'> [ 2 element(s)]")));
+    QCOMPARE(browser.next(), QString()); // it is no graph
+    QCOMPARE(browser.previous(), QStringLiteral("1/2 Bw"));
+    const QList<QLabel *> labels = browser.window->findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        QVERIFY2(label->textFormat() == Qt::PlainText || !Qt::mightBeRichText(label->text()),
+                 qPrintable(label->text()));
     }
 }
 
