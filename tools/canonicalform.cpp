@@ -6,8 +6,22 @@
 
 static_assert(sizeof(setword) == sizeof(std::uint64_t), "a row of a small graph is one set of nauty's");
 
+namespace
+{
+/// What nauty allocated for this thread is freed when the thread ends.
+struct NautyMemory {
+    ~NautyMemory()
+    {
+        naugraph_freedyn();
+        nautil_freedyn();
+        nauty_freedyn();
+    }
+};
+} // namespace
+
 CanonicalForm canonicalForm(const SmallGraph &given)
 {
+    thread_local const NautyMemory memory;
     CanonicalForm form;
     form.graph.order = given.order;
     if (given.order == 0) {
