@@ -19,4 +19,4 @@ install_packages() {
 
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
-test_packages=(xz-utils nauty poppler-utils)
+test_packages=(xz-utils groff-base nauty poppler-utils)

@@ -42,6 +42,7 @@ tavoline_tool_test(tst_tav_info tavoline_core)
 tavoline_tool_test(tst_tav_run tavoline_tools)
 tavoline_tool_test(tst_faults)
 tavoline_tool_test(tst_tav_invariant tavoline_core)
+tavoline_tool_test(tst_tav_manual)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

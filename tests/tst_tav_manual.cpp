@@ -1,0 +1,203 @@
+#include "support/testdata.h"
+#include "support/toolprocess.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+const QString manualPath = QStringLiteral(TAVOLINE_SOURCES "/tools/tav.1");
+const QString completionPath = QStringLiteral(TAVOLINE_SOURCES "/tools/tav.bash");
+
+QString helpOf(const QStringList &command)
+{
+    return QString::fromUtf8(runTav(command + QStringList{QStringLiteral("--help")}).output);
+}
+
+/// All that the first group of @p expression takes in @p text.
+QStringList allMatches(const QString &text, const char *expression)
+{
+    QStringList found;
+    const QRegularExpression pattern(QLatin1String(expression), QRegularExpression::MultilineOption);
+    for (auto match = pattern.globalMatch(text); match.hasNext();) {
+        found.append(match.next().captured(1));
+    }
+    return found;
+}
+
+QStringList commands()
+{
+    return allMatches(helpOf({}), "^  ([a-z]+) ");
+}
+
+QStringList optionsOf(const QString &command)
+{
+    QStringList options;
+    for (const QString &line : allMatches(helpOf({command}), "^  (-.*)$")) {
+        options += allMatches(line.section(QStringLiteral("  "), 0, 0), "(--?[a-z]+)");
+    }
+    return options;
+}
+
+/// The text of the manual page, without what makes words bold or italic.
+QString manual()
+{
+    QString text = QString::fromUtf8(contents(manualPath));
+    text.remove(QRegularExpression(QStringLiteral("\\\\f[RIPB]")));
+    return text.replace(QStringLiteral("\\-"), QStringLiteral("-"));
+}
+
+/// The part of the manual page on one command.
+QString manualOf(const QString &command)
+{
+    const QString begin = QStringLiteral("\n.SS tav %1\n").arg(command);
+    const QString text = manual();
+    const int place = text.indexOf(begin);
+    return place < 0 ? QString() : text.mid(place + begin.size()).section(QStringLiteral("\n.S"), 0, 0);
+}
+
+/// Whether @p text has @p word, and not only as a part of a longer one.
+bool names(const QString &text, const QString &word)
+{
+    const QString pattern = QStringLiteral("(?<![\\w-])%1(?![\\w-])").arg(QRegularExpression::escape(word));
+    return QRegularExpression(pattern).match(text).hasMatch();
+}
+
+/// What bash offers for the last one of the words of a command line, sorted, in a folder with a few files.
+class Completion
+{
+public:
+    Completion()
+    {
+        QDir(folder.path()).mkdir(QStringLiteral("data"));
+        for (const char *name : {"graphs.g6", "more graphs.g6", "small.tav", "girth.txt", "script"}) {
+            QFile(folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly);
+        }
+    }
+
+    QStringList operator()(const QStringList &line) const
+    {
+        const QString script =
+            QStringLiteral("set -u; source \"$1\"; shift; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); "
+                           "_tav; ((${#COMPREPLY[@]} == 0)) || printf '%s\\n' \"${COMPREPLY[@]}\"");
+        const QStringList start = {QStringLiteral("--norc"), QStringLiteral("-c"), script,
+                                   QStringLiteral("bash"),   completionPath,       QStringLiteral(TAVOLINE_TAV)};
+        const ToolResult result = runProgram(QStringLiteral("bash"), start + line, {}, folder.path());
+        QStringList offered = QString::fromUtf8(result.errors + result.output).split(QLatin1Char('\n'));
+        offered.removeLast();
+        offered.sort();
+        return offered;
+    }
+
+private:
+    QTemporaryDir folder;
+};
+} // namespace
+
+/// The manual page and the completion hold what the program's own help tells.
+class TestTavManual : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyCommand()
+    {
+        const QStringList all = commands();
+        QVERIFY(all.contains(QStringLiteral("build")));
+        const QStringList offered = Completion()({QString()});
+        for (const QString &command : all) {
+            QVERIFY2(!manualOf(command).isEmpty(), qPrintable(command));
+            QVERIFY2(offered.contains(command), qPrintable(command));
+        }
+        QVERIFY(offered.contains(QStringLiteral("--help")));
+        QVERIFY(offered.contains(QStringLiteral("--version")));
+    }
+
+    void everyOption_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const QString &command : commands()) {
+            QTest::newRow(qPrintable(command)) << command;
+        }
+    }
+
+    void everyOption()
+    {
+        QFETCH(QString, command);
+        const QStringList options = optionsOf(command);
+        QVERIFY(options.contains(QStringLiteral("-h")) && options.contains(QStringLiteral("--help")));
+        const QStringList offered = Completion()({command, QStringLiteral("-")});
+        QCOMPARE(offered.size(), options.size());
+        const QString text = manualOf(command);
+        for (const QString &option : options) {
+            QVERIFY2(names(text, option), qPrintable(option));
+            QVERIFY2(offered.contains(option), qPrintable(option));
+        }
+    }
+
+    void everyCommandOfAScript()
+    {
+        const QString help = helpOf({QStringLiteral("run")}).section(QStringLiteral("Commands of a script"), 1);
+        const QStringList scriptCommands = allMatches(help, "^  ([a-z0-9-]+) ");
+        QCOMPARE(scriptCommands.size(), 40);
+        const QString text = manualOf(QStringLiteral("run"));
+        for (const QString &command : scriptCommands) {
+            QVERIFY2(names(text, command), qPrintable(command));
+        }
+    }
+
+    void theManualPageIsSetWithoutWarnings()
+    {
+        const ToolResult result =
+            runProgram(QStringLiteral(GROFF_PROGRAM), words({"-man", "-Tutf8", "-ww", "-z"}) + QStringList{manualPath});
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    void completion_data()
+    {
+        QTest::addColumn<QStringList>("line");
+        QTest::addColumn<QStringList>("offered");
+        QTest::newRow("command") << words({"b"}) << words({"build"});
+        QTest::newRow("unknown command") << words({"make", ""}) << QStringList();
+        QTest::newRow("option") << words({"build", "--con"}) << words({"--connected"});
+        QTest::newRow("relation") << words({"build", "--relation", ""}) << words({"edge", "vertex"});
+        QTest::newRow("relation behind =") << words({"build", "--relation", "="}) << words({"edge", "vertex"});
+        QTest::newRow("relation begun") << words({"build", "--relation", "=", "e"}) << words({"edge"});
+        QTest::newRow("graphs") << words({"build", ""}) << words({"data", "graphs.g6", "more graphs.g6"});
+        QTest::newRow("graphs begun") << words({"build", "--strict", "gr"}) << words({"graphs.g6"});
+        QTest::newRow("output of build") << words({"build", "graphs.g6", "-o", ""}) << words({"data", "small.tav"});
+        QTest::newRow("processors") << words({"build", "-j", ""}) << QStringList();
+        QTest::newRow("database") << words({"info", ""}) << words({"data", "small.tav"});
+        QTest::newRow("script") << words({"run", ""})
+                                << words({"data", "girth.txt", "graphs.g6", "more graphs.g6", "script", "small.tav"});
+    }
+
+    void completion()
+    {
+        QFETCH(QStringList, line);
+        QFETCH(QStringList, offered);
+        QCOMPARE(Completion()(line), offered);
+    }
+
+    void installation()
+    {
+        const QTemporaryDir prefix;
+        const ToolResult result =
+            runProgram(QStringLiteral(CMAKE_PROGRAM),
+                       {QStringLiteral("--install"), QStringLiteral(TAVOLINE_BUILD), QStringLiteral("--component"),
+                        QStringLiteral("tav"), QStringLiteral("--prefix"), prefix.path()});
+        QVERIFY2(result.status == 0, result.errors.constData());
+        const ToolResult version =
+            runProgram(prefix.filePath(QStringLiteral("bin/tav")), {QStringLiteral("--version")});
+        QVERIFY(version.output.startsWith("tav "));
+        QCOMPARE(contents(prefix.filePath(QStringLiteral("share/man/man1/tav.1"))), contents(manualPath));
+        QCOMPARE(contents(prefix.filePath(QStringLiteral("share/bash-completion/completions/tav"))),
+                 contents(completionPath));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTavManual)
+#include "tst_tav_manual.moc"

@@ -1,0 +1,88 @@
+# Completion of tav for bash. It does without the package bash-completion.
+
+# _tav_files CURRENT [SUFFIX]: completes to folders and to files, those that end with SUFFIX if it is given.
+_tav_files()
+{
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <({
+        compgen -d -- "$1"
+        compgen -f -X "!*${2-}" -- "$1"
+    } | sort -u)
+}
+
+# _tav_words CURRENT WORD...: completes to the words that go on like CURRENT.
+_tav_words()
+{
+    local current=$1
+    shift
+    mapfile -t COMPREPLY < <(compgen -W "$*" -- "$current")
+}
+
+# _tav_operands: counts the words between the command and the current one that are neither options nor their values.
+_tav_operands()
+{
+    local count=0 place
+    for ((place = 2; place < COMP_CWORD; ++place)); do
+        case ${COMP_WORDS[place]} in
+        -o | --output | -j | --jobs | --relation)
+            ((++place))
+            [[ ${COMP_WORDS[place]} != = ]] || ((++place))
+            ;;
+        -?*) ;;
+        *) ((++count)) ;;
+        esac
+    done
+    echo "$count"
+}
+
+_tav()
+{
+    local tav=${COMP_WORDS[0]/#\~/$HOME} command=${COMP_WORDS[1]}
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    # '--relation=edge' comes as three words.
+    if [[ $current == = ]]; then
+        current=''
+    elif [[ $previous == = ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+    COMPREPLY=()
+
+    if ((COMP_CWORD == 1)); then
+        _tav_words "$current" build info invariant run --help --version
+        return
+    fi
+
+    local options=(-h --help) input='' output=''
+    case $command in
+    build)
+        options+=(--relation --connected --strict -o --output -j --jobs)
+        input=.g6
+        output=.tav
+        ;;
+    info) input=.tav ;;
+    invariant)
+        options+=(--list -o --output -j --jobs)
+        input=.tav
+        output=.txt
+        ;;
+    run) ;;
+    *) return ;;
+    esac
+
+    case $previous in
+    --relation) _tav_words "$current" vertex edge ;;
+    -j | --jobs) ;;
+    -o | --output) _tav_files "$current" "$output" ;;
+    *)
+        if [[ $current == -* ]]; then
+            _tav_words "$current" "${options[@]}"
+        elif [[ $command == invariant && $(_tav_operands) == 0 ]]; then
+            _tav_words "$current" "$("$tav" invariant --list 2>/dev/null | cut -d ' ' -f 1)"
+        else
+            _tav_files "$current" "$input"
+        fi
+        ;;
+    esac
+}
+
+complete -F _tav tav
