@@ -43,6 +43,7 @@ tavoline_tool_test(tst_tav_run tavoline_tools)
 tavoline_tool_test(tst_faults)
 tavoline_tool_test(tst_tav_invariant tavoline_core)
 tavoline_tool_test(tst_tav_manual)
+tavoline_tool_test(tst_guide)
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

@@ -171,6 +171,13 @@ private slots:
         QTest::newRow("output of build") << words({"build", "graphs.g6", "-o", ""}) << words({"data", "small.tav"});
         QTest::newRow("processors") << words({"build", "-j", ""}) << QStringList();
         QTest::newRow("database") << words({"info", ""}) << words({"data", "small.tav"});
+        QTest::newRow("invariant") << words({"invariant", "av"}) << words({"average-degree", "average-distance"});
+        QTest::newRow("invariant behind options")
+            << words({"invariant", "-j", "2", "--output", "=", "x.txt", "ra"}) << words({"radius", "randic-index"});
+        QTest::newRow("database of an invariant")
+            << words({"invariant", "girth", "-o", "x.txt", ""}) << words({"data", "small.tav"});
+        QTest::newRow("output of an invariant")
+            << words({"invariant", "girth", "-o", ""}) << words({"data", "girth.txt"});
         QTest::newRow("script") << words({"run", ""})
                                 << words({"data", "girth.txt", "graphs.g6", "more graphs.g6", "script", "small.tav"});
     }
@@ -180,6 +187,15 @@ private slots:
         QFETCH(QStringList, line);
         QFETCH(QStringList, offered);
         QCOMPARE(Completion()(line), offered);
+    }
+
+    void everyInvariant()
+    {
+        const ToolResult list = runTav(words({"invariant", "--list"}));
+        QStringList all = allMatches(QString::fromUtf8(list.output), "^([a-z-]+) ");
+        QVERIFY(all.contains(QStringLiteral("girth")));
+        all.sort();
+        QCOMPARE(Completion()(words({"invariant", ""})), all);
     }
 
     void installation()

@@ -41,6 +41,7 @@ public:
         browseTheResult();
         editTheGraph();
         saveAndPrintTheGraph();
+        findCounterexample();
     }
 
 private:
@@ -83,9 +84,11 @@ private:
         driver::click(&window, QStringLiteral("Invariants manipulation"));
         openFile(QStringLiteral("Load I1"), QStringLiteral("connected-8.averagedistance.txt"), "choose-invariant");
         driver::click(&window, QStringLiteral("I2 = Min sub I1"));
-        nameList(QStringLiteral("below-the-least"));
+        nameList(QStringLiteral("nowhere-smaller"));
         driver::click(&window, QStringLiteral("List I1 <= I2"));
         save("i1-against-derived-i2");
+        nameList(QStringLiteral("somewhere-no-larger"));
+        driver::click(&window, QStringLiteral("List I1 >= I2"));
         driver::click(&window, QStringLiteral("I2 <- I1"));
         nameList(QStringLiteral("complete"));
         driver::click(&window, QStringLiteral("List I1 >= I2 (all subs)"));
@@ -169,6 +172,29 @@ private:
         QTest::keyClick(view, Qt::Key_P, Qt::ControlModifier);
         expect(printing.done() && QFile::exists(page), "the graph is printed");
         save("printed");
+    }
+
+    /// The deletion of any vertex that leaves them connected makes the average distance of these graphs larger. The
+    /// first ones are cycles, the third is not.
+    void findCounterexample()
+    {
+        driver::click(&window, QStringLiteral("Lists manipulation"));
+        nameList(QStringLiteral("always-larger"));
+        choose("exceptFirst", "nowhere-smaller");
+        choose("exceptSecond", "somewhere-no-larger");
+        driver::click(&window, QStringLiteral("GraphList"));
+        expect(consoleText().contains(QStringLiteral("List added : always-larger [ 28 element(s)]")),
+               "the difference of two lists is added");
+        save("difference");
+        driver::click(&window, QStringLiteral("Visualization"));
+        choose("browseChoice", "always-larger");
+        const auto *position = window.findChild<QLabel *>(QStringLiteral("position"));
+        const QString counterexample = QStringLiteral("3/28 EUZO");
+        for (int presses = 0; presses < 28 && position->text() != counterexample; ++presses) {
+            driver::click(&window, QStringLiteral("<<="));
+        }
+        expect(position->text() == counterexample, "the third graph is the first counterexample");
+        save("counterexample");
     }
 
     void nameList(const QString &name)
