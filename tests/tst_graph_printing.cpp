@@ -82,6 +82,21 @@ void fill(Graph &graph, const QString &countAndBits)
     graph.loadolm(countAndBits, true);
     graph.update_display();
 }
+
+/// An edge from the upper left to the lower right, and nothing else.
+void fillDiagonal(Graph &graph)
+{
+    fill(graph, QStringLiteral("2 1"));
+    graph.setPos(0, QPointF(0, 0));
+    graph.setPos(1, QPointF(20, 20));
+}
+
+QImage whiteSquare(int side)
+{
+    QImage image(side, side, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    return image;
+}
 } // namespace
 
 class TestGraphPrinting : public QObject
@@ -113,6 +128,7 @@ private slots:
 
     void print_intoASquare();
     void print_shifted();
+    void print_whileTheBestGraphIsLocked();
 
 private:
     QString path(const QString &name) const { return QDir(directory.path()).filePath(name); }
@@ -255,9 +271,7 @@ void TestGraphPrinting::thirtyTwoVertices()
 void TestGraphPrinting::labels()
 {
     Graph graph(QStringLiteral("graph"), true);
-    fill(graph, QStringLiteral("2 1"));
-    graph.setPos(0, QPointF(0, 0));
-    graph.setPos(1, QPointF(20, 20));
+    fillDiagonal(graph);
     graph.setLabels({12, -0.25});
     graph.setELabels({{}, {7.5}}, true);
     const QString file = printed(graph);
@@ -427,11 +441,8 @@ void TestGraphPrinting::unwritableFileLeavesTheLayout()
 void TestGraphPrinting::print_intoASquare()
 {
     Graph graph(QStringLiteral("graph"), true);
-    fill(graph, QStringLiteral("2 1"));
-    graph.setPos(0, QPointF(0, 0));
-    graph.setPos(1, QPointF(20, 20));
-    QImage image(300, 300, QImage::Format_RGB32);
-    image.fill(Qt::white);
+    fillDiagonal(graph);
+    QImage image = whiteSquare(300);
     QPainter painter(&image);
     graph.print(&painter, 300);
     QCOMPARE(inkAt(image, QPointF(50, 50)), Ink::Disc);
@@ -448,17 +459,29 @@ void TestGraphPrinting::print_intoASquare()
 void TestGraphPrinting::print_shifted()
 {
     Graph graph(QStringLiteral("graph"), true);
-    fill(graph, QStringLiteral("2 1"));
-    graph.setPos(0, QPointF(0, 0));
-    graph.setPos(1, QPointF(20, 20));
-    QImage image(500, 500, QImage::Format_RGB32);
-    image.fill(Qt::white);
+    fillDiagonal(graph);
+    QImage image = whiteSquare(500);
     QPainter painter(&image);
     graph.print(&painter, 300, 120, 30);
     QCOMPARE(inkAt(image, QPointF(170, 80)), Ink::Disc);
     QCOMPARE(inkAt(image, QPointF(370, 280)), Ink::Disc);
     QCOMPARE(inkAt(image, QPointF(270, 180)), Ink::Line);
     QCOMPARE(inkAt(image, QPointF(50, 50)), Ink::Paper);
+}
+
+void TestGraphPrinting::print_whileTheBestGraphIsLocked()
+{
+    Graph graph(QStringLiteral("graph"), true);
+    fillDiagonal(graph);
+    QImage image = whiteSquare(300);
+    QPainter painter(&image);
+    graph.lock();
+    graph.print(&painter, 300);
+    graph.unlock();
+    QCOMPARE(inkAt(image, QPointF(50, 50)), Ink::Disc);
+    QCOMPARE(inkAt(image, QPointF(250, 250)), Ink::Disc);
+    QCOMPARE(inkAt(image, QPointF(150, 150)), Ink::Line);
+    QCOMPARE(inkAt(image, QPointF(50, 250)), Ink::Paper);
 }
 
 QTEST_MAIN(TestGraphPrinting)

@@ -68,8 +68,11 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
     for (int i = 0; i < n; i++) {
         for (int j = i + 1; j < n; j++) {
             if (edge(i, j)) {
-                edges[i][j]->resetVisible(true); // An edge that is not displayed has not followed its vertices.
-                paintAt(painter, edges[i][j], origin);
+                Edge *line = edges[i][j];
+                const bool shown = line->isVisible();
+                line->resetVisible(true); // An edge that is not displayed has not followed its vertices.
+                paintAt(painter, line, origin);
+                line->resetVisible(shown);
             }
         }
     }
@@ -82,5 +85,4 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
         vertex->setRadius(radius);
         vertex->setPrintMode(false);
     }
-    update_display();
 }
