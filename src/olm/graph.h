@@ -97,8 +97,9 @@ public:
     void changeBest();
     /// Shows on the background whether a constraint is violated (gray) or not (white).
     void setViolated(bool value);
-    /// Takes the lock of the best graph. Whoever holds it calls nothing that takes it: bestEdge(), graphData(),
-    /// best_backup(), update_display().
+    /// Takes the lock of the best graph. Whoever holds it only reads and prints the current graph and calls addEdge(),
+    /// remEdge() and edge(); what adds or removes vertices, publishes or shows, reads the best graph, or reads or
+    /// writes a file takes it itself.
     void lock() { bestLock.lock(); }
     void unlock() { bestLock.unlock(); }
     /// Writes the change counter and both matrices to the standard error stream.
@@ -168,7 +169,8 @@ public:
 
     // Files and texts. All texts are Latin-1. A file is written completely or not at all.
 
-    /// Writes the displayed graph, with names and places, to a graph file; false when that is not possible.
+    /// Writes the current vertices, with names and places, and the best graph's edges on them to a graph file; false
+    /// when that is not possible.
     bool save(const QString &path) const;
     /// Reads a graph file and publishes its graph. False when the file cannot be read, which a box tells and which
     /// leaves the graph as it was, or when it is no graph file; what was read so far then stays in the current graph.
@@ -187,7 +189,7 @@ public:
 
     /// Reads one line of graph6 into the current graph, which has new vertices then; false when it is not a graph of
     /// 2..31 vertices: the vertices are created then, as far as there are slots, and the rest of the line is left in
-    /// the stream. Bits that are missing from the line are 0.
+    /// the stream. A line ends with \n, \r or both. Bits that are missing from the line are 0.
     bool loadg6(std::istream &in);
     /// Reads a graph6 string of 2..31 vertices into the current graph; false for any other vertex count, which is
     /// taken over all the same. With @p fresh the vertices are created anew and published before the edges are read,
