@@ -1,5 +1,6 @@
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "olm/random.h"
 #include "support/fulldisk.h"
 #include "support/latin1.h"
 #include "support/signalrecorder.h"
@@ -145,6 +146,7 @@ private slots:
     void open_ofMalformedFile();
     void open_keepsWhatWasRead();
     void open_neverMeetsTheEndOfAFullGraph();
+    void openAndImport_countFromARandomNumber();
 
     void autosave_writesTheCounter();
     void autosave_withoutWorkDirectory();
@@ -155,6 +157,8 @@ private slots:
     void export_writesTheEdgesOfTheCurrentGraph();
     void export_failures();
     void import_sortsTheLabels();
+    void import_ofAnEmptyLabel();
+    void import_sortsByCodeUnit();
     void import_signals();
     void import_ofNoLabels();
     void import_ofDefaultNames();
@@ -231,9 +235,16 @@ void TestGraphFiles::save_writesTheBestGraphsMatrix()
 {
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "2 1");
+    // Not published: the third vertex is written all the same, the edge is still there.
+    graph.addNode();
+    graph.setPos(2, QPointF(1, 2));
     graph.remEdge(0, 1);
     QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t1\t1\t0\t"));
+    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("3\n"
+                                                             "Node 1\t0\t0\n"
+                                                             "Node 2\t10\t-0.333333\n"
+                                                             "Node 3\t1\t2\n"
+                                                             "0\t1\t0\t1\t0\t0\t0\t0\t0\t"));
 }
 
 void TestGraphFiles::save_writesTheDiagonalAsStored()
@@ -507,6 +518,10 @@ void TestGraphFiles::open_keepsWhatWasRead()
     QVERIFY(!graph.node(0)->isSelected());
     graph.lock();
     graph.unlock();
+    // The matrix line is too short.
+    QVERIFY(!graph.open(write(QStringLiteral("g"), "2\na\t1\t2\nb\t3\t4\n0\t1\t1")));
+    QCOMPARE(verticesOf(graph), QStringLiteral("a(1,2) b(3,4)"));
+    QCOMPARE(edgesOf(graph), QString());
 }
 
 void TestGraphFiles::open_neverMeetsTheEndOfAFullGraph()
@@ -521,6 +536,22 @@ void TestGraphFiles::open_neverMeetsTheEndOfAFullGraph()
     QCOMPARE(graph.graphData(), data);
     QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
     QCOMPARE(contents(path(QStringLiteral("e"))).count('\n'), graph.getNbEdges());
+}
+
+void TestGraphFiles::openAndImport_countFromARandomNumber()
+{
+    Graph graph(QStringLiteral("g"), true);
+    qsrand(5);
+    const int drawn = olm_rand(1000000);
+    qsrand(5);
+    QVERIFY(graph.open(write(QStringLiteral("g"), "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
+    // Three vertices and their pairs, the end of the reading, the publication.
+    QCOMPARE(graph.getID(), drawn + 3 + 3 + 1 + 1);
+    qsrand(5);
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\ta\na\tc\n")));
+    // Three vertices and two edges, the end of the reading, the publication.
+    QCOMPARE(graph.getID(), drawn + 3 + 2 + 1 + 1);
 }
 
 void TestGraphFiles::autosave_writesTheCounter()
@@ -629,6 +660,30 @@ void TestGraphFiles::import_sortsTheLabels()
     QCOMPARE(contents(path(QStringLiteral("e"))), QByteArray("0\t1\n0\t2\n"));
 }
 
+void TestGraphFiles::import_ofAnEmptyLabel()
+{
+    Graph graph(QStringLiteral("g"), true);
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "\tb\n")));
+    QCOMPARE(errors.take(), QByteArray("\nb\n0 1\nImport complete\n"));
+    QCOMPARE(graph.getNbNodes(), 2);
+    QCOMPARE(graph.node(0)->getName(), QString());
+    QCOMPARE(graph.node(1)->getName(), QStringLiteral("b"));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1"));
+}
+
+void TestGraphFiles::import_sortsByCodeUnit()
+{
+    Graph graph(QStringLiteral("g"), true);
+    StderrCapture errors;
+    QVERIFY(graph.import_el(write(QStringLiteral("e"), "\xe9\tz\nZ\tz\n")));
+    QCOMPARE(graph.getNbNodes(), 3);
+    QCOMPARE(graph.node(0)->getName(), QStringLiteral("Z"));
+    QCOMPARE(graph.node(1)->getName(), QStringLiteral("z"));
+    QCOMPARE(graph.node(2)->getName(), latin1("\xe9"));
+    QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
+}
+
 void TestGraphFiles::import_signals()
 {
     Graph graph(QStringLiteral("g"), true);
@@ -707,6 +762,7 @@ void TestGraphFiles::stream_readsOneLine()
     Graph graph(QStringLiteral("g"), true);
     graph.best_backup();
     const QString best = graph.graphData();
+    const int id = graph.getID();
     SignalRecorder recorder(graph);
     std::istringstream in("Bg\nrest");
     QVERIFY(graph.loadg6(in));
@@ -714,6 +770,8 @@ void TestGraphFiles::stream_readsOneLine()
     QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
     QCOMPARE(in.get(), int('r'));
     QCOMPARE(graph.graphData(), best);
+    // The reading itself, all slots separated, three vertices, three pairs.
+    QCOMPARE(graph.getID(), id + 1 + 496 + 3 + 3);
     QCOMPARE(recorder.take(), QStringList());
 }
 
@@ -789,8 +847,11 @@ void TestGraphFiles::loadolm_keepsPlaces()
     fill(graph, "3 000");
     const QString vertices = verticesOf(graph);
     graph.node(1)->setSelected(true);
+    const int id = graph.getID();
     SignalRecorder recorder(graph);
     graph.loadolm(QStringLiteral("3 101"), false);
+    // The reading itself and three pairs.
+    QCOMPARE(graph.getID(), id + 1 + 3);
     QCOMPARE(verticesOf(graph), vertices);
     QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
     QCOMPARE(graph.graphData(), QStringLiteral("3 101"));
@@ -803,8 +864,11 @@ void TestGraphFiles::loadolm_fresh()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "3 111");
     graph.node(1)->setSelected(true);
+    const int id = graph.getID();
     SignalRecorder recorder(graph);
     graph.loadolm(QStringLiteral("4 110000"), true);
+    // The reading itself, all slots separated, four vertices, six pairs, the selection.
+    QCOMPARE(graph.getID(), id + 1 + 496 + 4 + 6 + 1);
     for (int slot = 0; slot < 4; slot++) {
         QCOMPARE(graph.node(slot)->position(), graph.mapToScene(QPoint()));
     }
@@ -845,8 +909,11 @@ void TestGraphFiles::loadCurrentGraph_changesTheCurrentGraphOnly()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "3 111");
     graph.node(0)->setSelected(true);
+    const int id = graph.getID();
     SignalRecorder recorder(graph);
     graph.loadCurrentGraph(QStringLiteral("4 101001"));
+    // The reading itself and six pairs.
+    QCOMPARE(graph.getID(), id + 1 + 6);
     QCOMPARE(graph.currentGraphData(), QStringLiteral("4 101001"));
     QCOMPARE(graph.graphData(), QStringLiteral("3 111"));
     QVERIFY(graph.node(0)->isSelected());

@@ -110,6 +110,7 @@ private slots:
     void page();
     void emptyGraph();
     void oneVertex();
+    void verticesArePrintedLarger();
     void twoVertices();
     void tenVerticesOnACircle();
     void thirtyTwoVertices();
@@ -121,6 +122,7 @@ private slots:
     void dialog();
     void nameIsUsedAsEntered();
     void layoutIsRefittedAfterwards();
+    void layoutIsRefittedIntoTheChosenCube();
     void itemsAreAsBeforeAfterwards();
     void cancelledDialogDoesNothing();
     void unwritableFileLeavesTheLayout_data();
@@ -204,6 +206,17 @@ void TestGraphPrinting::oneVertex()
     QCOMPARE(inkAt(page, onPage(0, 0) + QPointF(45, 0)), Ink::Paper);
     QVERIFY(isBlank(page.copy(margin + 45, 0, page.width() - margin - 45, page.height())));
     QVERIFY(isBlank(page.copy(0, margin + 45, page.width(), page.height() - margin - 45)));
+}
+
+void TestGraphPrinting::verticesArePrintedLarger()
+{
+    Graph graph(QStringLiteral("graph"), true);
+    fill(graph, QStringLiteral("1 "));
+    graph.slot_set_node_radius(10);
+    const QImage page = rendered(printed(graph));
+    QCOMPARE(inkAt(page, onPage(0, 0) + QPointF(35, 0)), Ink::Disc);
+    QCOMPARE(inkAt(page, onPage(0, 0) + QPointF(45, 0)), Ink::Paper);
+    QCOMPARE(graph.node(0)->getRadius(), 10.0);
 }
 
 void TestGraphPrinting::twoVertices()
@@ -378,6 +391,23 @@ void TestGraphPrinting::layoutIsRefittedAfterwards()
     QCOMPARE(graph.node(2)->position(), QPointF(150, -75));
     for (int i = 0; i < 3; i++) {
         QCOMPARE(graph.node(i)->getCoordZ(), -150.0);
+    }
+}
+
+void TestGraphPrinting::layoutIsRefittedIntoTheChosenCube()
+{
+    Graph graph(QStringLiteral("graph"), true);
+    fill(graph, QStringLiteral("3 101"));
+    graph.slot_rescale_graph(200);
+    graph.setPos(0, 1000, 2000, 5);
+    graph.setPos(1, 1010, 2020, 6);
+    graph.setPos(2, 1020, 2005, 7);
+    printed(graph);
+    QCOMPARE(graph.node(0)->position(), QPointF(-100, -100));
+    QCOMPARE(graph.node(1)->position(), QPointF(0, 100));
+    QCOMPARE(graph.node(2)->position(), QPointF(100, -50));
+    for (int i = 0; i < 3; i++) {
+        QCOMPARE(graph.node(i)->getCoordZ(), -100.0);
     }
 }
 
