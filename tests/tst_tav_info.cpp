@@ -131,7 +131,7 @@ private slots:
     void filesThatCannotBeRead()
     {
         ToolResult result = runTav(info(QStringLiteral("/no/such.tav")));
-        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened\n"));
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened: No such file or directory\n"));
         QCOMPARE(result.status, 1);
         result = runTav({QStringLiteral("info")});
         QCOMPARE(result.errors, QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav --help'.\n"));

@@ -135,7 +135,7 @@ private slots:
     void filesThatCannotBeUsed()
     {
         ToolResult result = runTav(invariant("girth", {QStringLiteral("/no/such.tav")}));
-        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened\n"));
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened: No such file or directory\n"));
         QCOMPARE(result.status, 1);
         result =
             runTav(invariant("girth", {QStringLiteral("-o"), QStringLiteral("/no/such.txt"), standardInput}), "@\n");

@@ -553,7 +553,7 @@ private slots:
         QCOMPARE(result.errors, QByteArray("tav: Exactly one script expected, 2 given.\nTry 'tav --help'.\n"));
         QCOMPARE(result.status, 2);
         result = runTav(words({"run", "missing"}));
-        QCOMPARE(result.errors, QByteArray("tav: missing: cannot be opened\n"));
+        QCOMPARE(result.errors, QByteArray("tav: missing: cannot be opened: No such file or directory\n"));
         QCOMPARE(result.status, 1);
     }
 
@@ -597,13 +597,12 @@ private slots:
         QVERIFY(!QFile::exists(path("later")));
     }
 
-    // The file is a pipe that nobody writes to.
+    // 273 193 graphs take a while.
     void aLoadTellsThatItHasBegunAndASignalEndsIt()
     {
-        QCOMPARE(::mkfifo("pipe", 0600), 0);
         QProcess process;
         process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
-        process.write("load pipe\n");
+        process.write("load \"" TAVOLINE_BUILD_DATA "/connected-9.tav\"\n");
         QCOMPARE(takeLines(process, 1), QByteArray("Loading data ... please wait.\n"));
         ::kill(pid_t(process.processId()), SIGINT);
         QVERIFY(process.waitForFinished(patience));

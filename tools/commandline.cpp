@@ -1,5 +1,7 @@
 #include "commandline.h"
 
+#include "progress.h"
+
 #include <QThread>
 
 #include <cstdio>
@@ -25,6 +27,28 @@ CommandError::CommandError(const QString &file, qint64 line, const QString &text
 QString inputName(const QString &path)
 {
     return path == standardStream ? QStringLiteral("standard input") : path;
+}
+
+QString quoted(const QString &text)
+{
+    constexpr int longest = 60; // characters
+    return QLatin1Char('\'') + (text.size() > longest ? text.left(longest) + QStringLiteral("...") : text) +
+           QLatin1Char('\'');
+}
+
+void tell(const QString &line)
+{
+    QString plain;
+    for (const QChar character : line) {
+        if (character.category() == QChar::Other_Control) {
+            plain += QStringLiteral("\\x%1").arg(int(character.unicode()), 2, 16, QLatin1Char('0'));
+        } else {
+            plain += character;
+        }
+    }
+    Progress::clear();
+    std::fflush(stdout);
+    std::fprintf(stderr, "tav: %s\n", qPrintable(plain));
 }
 
 bool parseArguments(QCommandLineParser &parser, const QStringList &arguments)
@@ -69,8 +93,9 @@ int jobCount(const QCommandLineParser &parser)
     bool isNumber = false;
     const int count = parser.value(option).toInt(&isNumber);
     if (!isNumber || count < 1 || count > maximalJobCount) {
-        throw CommandError(QStringLiteral("Not a number of processors from 1 to 1024: '%1'.").arg(parser.value(option)),
-                           WrongUsage);
+        throw CommandError(
+            QStringLiteral("Not a number of processors from 1 to 1024: %1.").arg(quoted(parser.value(option))),
+            WrongUsage);
     }
     return count;
 }
@@ -86,5 +111,9 @@ QCommandLineOption outputOption()
 
 QString outputPath(const QCommandLineParser &parser)
 {
-    return parser.value(QStringLiteral("output"));
+    const QString path = parser.value(QStringLiteral("output"));
+    if (path.isEmpty()) {
+        throw CommandError(QStringLiteral("The name of the output file is empty."), WrongUsage);
+    }
+    return path;
 }

@@ -38,6 +38,13 @@ inline const QString standardStream = QStringLiteral("-");
 /// How a message names the input @p path.
 QString inputName(const QString &path);
 
+/// A text from a file or the command line in quotation marks, cut when it is long.
+QString quoted(const QString &text);
+
+/// Writes a line to standard error. Control characters in it, which may come from a file and mean something to a
+/// terminal, are written as \xNN.
+void tell(const QString &line);
+
 /// Reads @p arguments, the name of the command first, into @p parser, to which "--help" is added. Returns false when
 /// help was asked for and printed; throws CommandError (WrongUsage) when they do not fit.
 bool parseArguments(QCommandLineParser &parser, const QStringList &arguments);
@@ -53,7 +60,7 @@ int jobCount(const QCommandLineParser &parser);
 
 /// The option "-o FILE", the file to write.
 QCommandLineOption outputOption();
-/// Its value; by default standard output.
+/// Its value; by default standard output. Throws CommandError (WrongUsage) when it is empty.
 QString outputPath(const QCommandLineParser &parser);
 
 #endif

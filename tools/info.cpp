@@ -89,12 +89,12 @@ private:
     {
         const auto [earlier, isNew] = lines.try_emplace(std::string(name), line);
         if (!isNew) {
-            fault(QStringLiteral("'%1' stands on line %2 already").arg(toText(name)).arg(earlier->second));
+            fault(QStringLiteral("%1 stands on line %2 already").arg(quoted(toText(name))).arg(earlier->second));
         }
         SmallGraph graph;
         const QString wrong = parseGraph6(name, graph);
         if (!wrong.isEmpty()) {
-            fault(QStringLiteral("'%1': %2").arg(toText(name), wrong));
+            fault(QStringLiteral("%1: %2").arg(quoted(toText(name)), wrong));
             return;
         }
         const GraphPlace place = {toText(name), line, graph.order, graph.size()};
@@ -112,7 +112,7 @@ private:
         bool isNumber = false;
         const int index = toText(field).toInt(&isNumber);
         if (!isNumber) {
-            fault(QStringLiteral("'%1' is no number and counts as 0").arg(toText(field)));
+            fault(QStringLiteral("%1 is no number and counts as 0").arg(quoted(toText(field))));
         }
         const qint64 own = qint64(superGraphs.size()) - 1;
         if (index < 0 || index > own) {
@@ -204,9 +204,8 @@ void runInfo(const QStringList &arguments)
         return;
     }
     const QString path = onlyArgument(parser, QStringLiteral("database file"));
-    const DatabaseSummary summary = examineDatabase(path, [&](qint64 line, const QString &text) {
-        std::fprintf(stderr, "tav: %s:%lld: %s\n", qPrintable(inputName(path)), line, qPrintable(text));
-    });
+    const DatabaseSummary summary =
+        examineDatabase(path, [&](qint64 line, const QString &text) { tell(CommandError(path, line, text).text()); });
     print(summary);
     if (summary.faults > 0) {
         throw CommandError(QStringLiteral("%1: faults found: %2").arg(inputName(path)).arg(summary.faults));

@@ -2,41 +2,95 @@
 
 #include "commandline.h"
 #include "linereader.h"
+#include "progress.h"
 #include "textline.h"
 
 #include <QFile>
 
 #include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
-/// Hands out what a pipe or a terminal has as soon as it has something; QFile waits until its block is full.
-class StandardInput : public QIODevice
+/// Every so many lines the progress is reported.
+constexpr qint64 progressStep = 10000;
+
+/// An open file, which it closes. Hands out what a pipe or a terminal has as soon as it has something; QFile waits
+/// until its block is full.
+class InputDevice : public QIODevice
 {
 public:
-    StandardInput() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+    explicit InputDevice(int openDescriptor) : descriptor(openDescriptor)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    ~InputDevice() override
+    {
+        if (descriptor != STDIN_FILENO) {
+            ::close(descriptor);
+        }
+    }
     bool isSequential() const override { return true; }
+
+    /// How many bytes a regular file has; 0 for anything else.
+    qint64 fileSize() const
+    {
+        struct stat status = {};
+        return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? qint64(status.st_size) : 0;
+    }
 
 protected:
     qint64 readData(char *data, qint64 maximum) override
     {
         ssize_t count = 0;
         do {
-            count = ::read(STDIN_FILENO, data, size_t(maximum));
+            count = ::read(descriptor, data, size_t(maximum));
         } while (count < 0 && errno == EINTR);
         return count;
     }
     qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    int descriptor;
 };
 
-void readLinesOf(QIODevice &device, const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+/// What the system says of the last failure.
+QString reason()
 {
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+int openInput(const QString &path)
+{
+    if (path == standardStream) {
+        return STDIN_FILENO;
+    }
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, reason()));
+    }
+    return descriptor;
+}
+} // namespace
+
+void readLines(const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+{
+    InputDevice device(openInput(path));
     LineReader reader(device);
     std::string_view line;
     LineReader::Status status = LineReader::Status::Line;
+    const qint64 size = device.fileSize();
+    Progress progress(QStringLiteral("Reading ") + inputName(path), size);
     qint64 number = 1;
+    qint64 bytes = 0;
     for (; (status = reader.next(line)) == LineReader::Status::Line; ++number) {
+        bytes += qint64(line.size()) + 1;
+        if (number % progressStep == 0) {
+            progress.report(size > 0 ? bytes : number);
+        }
         if (!take(withoutLineEnd(line), number)) {
             return;
         }
@@ -45,21 +99,6 @@ void readLinesOf(QIODevice &device, const QString &path, const std::function<boo
         throw CommandError(path, number, QStringLiteral("a line of more than 1 GiB"));
     }
     if (status == LineReader::Status::Failed) {
-        throw CommandError(path, number, QStringLiteral("cannot be read"));
+        throw CommandError(path, number, QStringLiteral("cannot be read: ") + reason());
     }
-}
-} // namespace
-
-void readLines(const QString &path, const std::function<bool(std::string_view, qint64)> &take)
-{
-    if (path == standardStream) {
-        StandardInput input;
-        readLinesOf(input, path, take);
-        return;
-    }
-    QFile file(path);
-    if (!openForReading(file)) {
-        throw CommandError(QStringLiteral("%1: cannot be opened").arg(inputName(path)));
-    }
-    readLinesOf(file, path, take);
 }

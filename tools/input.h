@@ -6,9 +6,10 @@
 #include <functional>
 #include <string_view>
 
-/// Reads the file @p path, or standard input for "-", line by line: @p take gets each line, without its line end, and
-/// its number, counted from 1, until it returns false. A line from a pipe or a terminal is handed out as soon as it has
-/// come. Throws CommandError when the file cannot be opened or read.
+/// Reads the file @p path, which may be a pipe, or standard input for "-", line by line: @p take gets each line,
+/// without its line end, and its number, counted from 1, until it returns false. A line from a pipe or a terminal is
+/// handed out as soon as it has come; when there are many, progress is shown. Throws CommandError when the file cannot
+/// be opened or read.
 void readLines(const QString &path, const std::function<bool(std::string_view line, qint64 number)> &take);
 
 #endif

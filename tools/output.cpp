@@ -55,3 +55,10 @@ void writeOutput(const QString &path, const std::function<void(const Write &)> &
         throw cannotWrite(path);
     }
 }
+
+void flushStandardOutput()
+{
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw cannotWrite(standardStream);
+    }
+}

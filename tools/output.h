@@ -15,4 +15,7 @@ using Write = std::function<void(const QByteArray &bytes)>;
 /// written, or a signal has come, the next call of Write ends @p produce.
 void writeOutput(const QString &path, const std::function<void(const Write &write)> &produce);
 
+/// Writes out what was printed so far; throws CommandError when not everything could be written.
+void flushStandardOutput();
+
 #endif

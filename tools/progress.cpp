@@ -4,6 +4,11 @@
 #include <unistd.h>
 #include <utility>
 
+namespace
+{
+bool isLineShown = false;
+}
+
 Progress::Progress(QString workName, qint64 size)
     : work(std::move(workName))
     , total(size)
@@ -13,16 +18,23 @@ Progress::Progress(QString workName, qint64 size)
 
 Progress::~Progress()
 {
-    if (shownPercent >= 0) {
-        std::fputs("\r\033[K", stderr);
-    }
+    clear();
 }
 
 void Progress::report(qint64 done)
 {
-    const int percent = total > 0 ? int(100 * done / total) : 100;
-    if (isShown && percent != shownPercent) {
-        shownPercent = percent;
-        std::fprintf(stderr, "\r%s: %d %%", qPrintable(work), percent);
+    const qint64 number = total > 0 ? 100 * done / total : done;
+    if (isShown && (number != shown || !isLineShown)) {
+        shown = number;
+        isLineShown = true;
+        std::fprintf(stderr, "\r%s: %lld%s", qPrintable(work), number, total > 0 ? " %" : "");
+    }
+}
+
+void Progress::clear()
+{
+    if (isLineShown) {
+        std::fputs("\r\033[K", stderr);
+        isLineShown = false;
     }
 }

@@ -7,7 +7,7 @@
 class Progress
 {
 public:
-    /// @p work names it, @p total is its size in any unit.
+    /// @p work names it, @p total is its size in any unit; 0 when nobody knows it.
     Progress(QString work, qint64 total);
     ~Progress();
     Progress(const Progress &) = delete;
@@ -15,12 +15,14 @@ public:
 
     /// @p done of the total are done.
     void report(qint64 done);
+    /// Removes what is shown, so that a line can be written to standard error; the next report() shows it again.
+    static void clear();
 
 private:
     QString work;
     qint64 total;
     bool isShown;
-    int shownPercent = -1;
+    qint64 shown = -1;
 };
 
 #endif

@@ -4,6 +4,7 @@
 #include "input.h"
 #include "interruption.h"
 #include "investigation.h"
+#include "output.h"
 #include "script.h"
 
 #include <cstdio>
@@ -25,12 +26,12 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
                 return QStringLiteral("the name of a list cannot be empty");
             }
             if (exists) {
-                return QStringLiteral("there is a list '%1' already").arg(name);
+                return QStringLiteral("there is a list %1 already").arg(quoted(name));
             }
             break;
         case ScriptArgument::List:
             if (!exists) {
-                return QStringLiteral("there is no list '%1'").arg(name);
+                return QStringLiteral("there is no list %1").arg(quoted(name));
             }
             break;
         case ScriptArgument::InputFile:
@@ -69,16 +70,14 @@ void runStep(const ScriptStep &step, const QString &script, Investigation &inves
 {
     const QString reason = obstacle(step, investigation.getManager());
     const bool succeeded = carryOut(step, investigation);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw CommandError(QStringLiteral("standard output: cannot be written"));
-    }
+    flushStandardOutput();
     if (succeeded) {
         return;
     }
     if (!step.mayFail) {
         throw failure(step, script, reason);
     }
-    std::fprintf(stderr, "tav: %s (ignored)\n", qPrintable(failure(step, script, reason).text()));
+    tell(failure(step, script, reason).text() + QStringLiteral(" (ignored)"));
 }
 
 /// Runs the commands of standard input, each as soon as it is there.

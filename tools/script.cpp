@@ -235,7 +235,7 @@ std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString 
     const auto command = std::find_if(commands.begin(), commands.end(),
                                       [&](const ScriptCommand &one) { return name == QLatin1String(one.name); });
     if (command == commands.end()) {
-        reader.fail(QStringLiteral("unknown command '%1'").arg(name));
+        reader.fail(QStringLiteral("unknown command %1").arg(quoted(name)));
     }
     if (step.arguments.size() != int(command->arguments.size())) {
         reader.fail(QStringLiteral("wrong number of arguments: '%1' expected, %2 given")

@@ -86,7 +86,7 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
         }
     }
     graph.order = sixBits(text.front());
-    if (graph.order > SmallGraph::MaxOrder) {
+    if (graph.order > SmallGraph::MaxOrder) { // The number of vertices follows, in several bytes.
         return QStringLiteral("more than %1 vertices").arg(SmallGraph::MaxOrder);
     }
     const int pairs = graph.order * (graph.order - 1) / 2;
@@ -96,6 +96,10 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
             .arg(text.size())
             .arg(graph.order)
             .arg(length);
+    }
+    const int unused = (length - 1) * bitsPerByte - pairs;
+    if (unused > 0 && (sixBits(text.back()) & ((1 << unused) - 1)) != 0) {
+        return QStringLiteral("not graph6: bits are set behind the last pair of vertices");
     }
     graph.rows.fill(0);
     int pair = 0;

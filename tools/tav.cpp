@@ -3,6 +3,7 @@
 #include "info.h"
 #include "interruption.h"
 #include "invariant.h"
+#include "output.h"
 #include "run.h"
 
 #include <QCoreApplication>
@@ -56,15 +57,14 @@ void runCommand(const QStringList &arguments)
     const auto *command = std::find_if(commands.begin(), commands.end(),
                                        [&](const Command &one) { return name == QLatin1String(one.name); });
     if (command == commands.end()) {
-        throw CommandError(QStringLiteral("Unknown command '%1'.").arg(name), WrongUsage);
+        throw CommandError(QStringLiteral("Unknown command %1.").arg(quoted(name)), WrongUsage);
     }
     command->run(arguments);
 }
 
 int report(const CommandError &error)
 {
-    std::fflush(stdout);
-    std::fprintf(stderr, "tav: %s\n", qPrintable(error.text()));
+    tell(error.text());
     if (error.status() == WrongUsage) {
         std::fputs("Try 'tav --help'.\n", stderr);
     }
@@ -77,6 +77,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     try {
         runCommand(QCoreApplication::arguments().mid(1));
+        flushStandardOutput();
     } catch (const CommandError &error) {
         return report(error);
     } catch (const Interrupted &interruption) {

@@ -1,0 +1,130 @@
+#include "support/testdata.h"
+#include "support/toolprocess.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+
+namespace
+{
+/// Runs a line of the shell, in which $1 is the companion program and what follows the further arguments.
+ToolResult shell(const char *line, const QStringList &arguments = {})
+{
+    return runProgram(QStringLiteral("bash"),
+                      words({"-c", line, "bash"}) + QStringList{QStringLiteral(TAVOLINE_TAV)} + arguments);
+}
+} // namespace
+
+/// What all commands of the companion program have in common.
+class TestTav : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qputenv("LC_ALL", "C.UTF-8"); }
+
+    void outputThatCannotBeWritten_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("help") << QByteArray("$1 --help >/dev/full");
+        QTest::newRow("version") << QByteArray("$1 --version >/dev/full");
+        QTest::newRow("help of a command") << QByteArray("$1 build --help >/dev/full");
+        QTest::newRow("build") << QByteArray("echo @ | $1 build >/dev/full");
+        QTest::newRow("info") << QByteArray("echo @ | $1 info - >/dev/full");
+        QTest::newRow("invariants") << QByteArray("$1 invariant --list >/dev/full");
+        QTest::newRow("invariant") << QByteArray("echo @ | $1 invariant order - >/dev/full");
+        QTest::newRow("run") << QByteArray("echo load x | $1 run >/dev/full");
+    }
+
+    void outputThatCannotBeWritten()
+    {
+        QFETCH(QByteArray, line);
+        const ToolResult result = shell(line.constData());
+        QVERIFY2(result.errors.endsWith("tav: standard output: cannot be written\n"), result.errors.constData());
+        QCOMPARE(result.status, 1);
+    }
+
+    void noNameForTheOutput()
+    {
+        for (const char *line : {"echo @ | $1 build -o ''", "echo @ | $1 invariant -o '' order -"}) {
+            const ToolResult result = shell(line);
+            QCOMPARE(result.errors, QByteArray("tav: The name of the output file is empty.\nTry 'tav --help'.\n"));
+            QCOMPARE(result.status, 2);
+        }
+    }
+
+    void pipesAreRead()
+    {
+        QCOMPARE(shell("$1 build <(echo A_) <(echo @)").output, QByteArray("@\nA_\t0\n"));
+        QCOMPARE(shell("$1 run <(echo lists)").status, 0);
+        const QString pipe = folder.filePath(QStringLiteral("pipe"));
+        QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        const ToolResult result = shell("(printf '@\\nA_\\t0\\n' >\"$2\") & $1 invariant size \"$2\"", {pipe});
+        QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\t0\nA_\t1\n"));
+        QCOMPARE(result.errors, QByteArray());
+    }
+
+    void aFolderIsNotRead()
+    {
+        const ToolResult result = shell("$1 info /");
+        QCOMPARE(result.errors, QByteArray("tav: /:1: cannot be read: Is a directory\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    /// A terminal obeys control characters; those of a file never get there.
+    void controlCharactersAreNotPrinted()
+    {
+        QCOMPARE(shell("printf '@\\033]0;title\\a\\n' | $1 info -").errors,
+                 QByteArray("tav: standard input:1: '@\\x1b]0;title\\x07': not graph6: byte 27 at column 2\n"
+                            "tav: standard input: faults found: 1\n"));
+        QCOMPARE(shell("printf 'b\\302\\233el\\n' | $1 run").errors,
+                 QByteArray("Starting...\ntav: standard input:1: unknown command 'b\\x9bel'\n"));
+        QCOMPARE(shell("$1 $'\\b'").errors, QByteArray("tav: Unknown command '\\x08'.\nTry 'tav --help'.\n"));
+    }
+
+    void longNamesAreCut()
+    {
+        const ToolResult result = shell("(head -c 10000000 /dev/zero | tr '\\0' A) | $1 info -");
+        QCOMPARE(result.errors, "tav: standard input:1: '" + QByteArray(60, 'A') +
+                                    "...': not graph6: 10000000 bytes where a graph on 2 vertices has 2\n"
+                                    "tav: standard input: faults found: 1\n");
+    }
+
+    void bitsBehindTheLastPair()
+    {
+        // Two vertices have one pair, and the byte has five bits more.
+        const ToolResult result = shell("printf 'A`\\n' | $1 build");
+        QCOMPARE(result.errors,
+                 QByteArray("tav: standard input:1: not graph6: bits are set behind the last pair of vertices\n"));
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 1);
+        // Four vertices have six pairs, which fill their byte.
+        QCOMPARE(shell("echo C~ | $1 build").output, QByteArray("C~\n"));
+    }
+
+    /// Progress is shown on a terminal only, and nothing of it stays.
+    void progress()
+    {
+        const QStringList database = {example("connected-8.tav")};
+        QCOMPARE(shell("$1 info \"$2\" 2>&1 >/dev/null", database).output, QByteArray());
+        const QByteArray shown = shell("script -qec \"$1 info '$2' >/dev/null\" /dev/null </dev/null", database).output;
+        QVERIFY2(shown.contains("\rReading ") && shown.contains(" %") && shown.endsWith("\r\033[K"), shown.constData());
+        // Nobody knows beforehand how much will come through a pipe.
+        const QByteArray counted =
+            shell("script -qec \"cat '$2' | $1 info - >/dev/null\" /dev/null </dev/null", database).output;
+        QCOMPARE(counted, QByteArray("\rReading standard input: 10000\r\033[K"));
+        // A fault gets a line of its own.
+        const QByteArray faults =
+            shell("script -qec \"(cat '$2'; echo x) | $1 info - >/dev/null\" /dev/null </dev/null", database).output;
+        QCOMPARE(faults, QByteArray("\rReading standard input: 10000\r\033[K"
+                                    "tav: standard input:12114: 'x': not graph6: 1 bytes where a graph on 57 vertices "
+                                    "has 267\r\ntav: standard input: faults found: 1\r\n"));
+    }
+
+private:
+    QTemporaryDir folder;
+};
+
+QTEST_GUILESS_MAIN(TestTav)
+#include "tst_tav.moc"
