@@ -11,22 +11,30 @@ namespace
 {
 using Records = QList<TAVGraph *>;
 
+/// A list of @p length entries and one more: every list up to that length is cut out of it in one step, and is a copy.
+Records blankList(quint32 length)
+{
+    Records blank;
+    blank.reserve(int(length) + 1);
+    for (quint32 i = 0; i <= length; ++i) {
+        blank.append(nullptr);
+    }
+    return blank;
+}
+
 /// Makes the sub-graph lists of the records whose links are given, the first of which is at the position @p first, and
 /// frees the links: their memory serves the next lists.
 void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &links)
 {
-    // The lists are cut out of one, each in one step; one entry more, so that no cut is the whole.
-    Records all;
-    all.reserve(int(links.indices.size()) + 1);
-    for (const int index : links.indices) {
-        all.append(graphs.at(index));
-    }
-    all.append(nullptr);
-    int begin = 0;
+    const auto longest = std::max_element(links.counts.begin(), links.counts.end());
+    const Records blank = blankList(longest == links.counts.end() ? 0 : *longest);
+    auto index = links.indices.begin();
     for (size_t i = 0; i < links.counts.size(); ++i) {
-        const int count = int(links.counts[i]);
-        graphs.at(first + int(i))->setSub(all.mid(begin, count));
-        begin += count;
+        Records subGraphs = blank.mid(0, int(links.counts[i]));
+        for (TAVGraph *&subGraph : subGraphs) {
+            subGraph = graphs.at(*index++);
+        }
+        graphs.at(first + int(i))->setSub(subGraphs);
     }
     links = RecordLinks();
 }
@@ -72,12 +80,7 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
                  const std::vector<quint32> &counts, size_t begin, size_t end)
 {
     const auto at = [&](size_t position) { return counts.begin() + std::ptrdiff_t(position); };
-    const int longest = int(*std::max_element(at(begin), at(end)));
-    Records blank;
-    blank.reserve(longest + 1);
-    for (int i = 0; i <= longest; ++i) {
-        blank.append(nullptr);
-    }
+    const Records blank = blankList(*std::max_element(at(begin), at(end)));
     std::vector<Records> lists(end - begin);
     std::vector<Records::iterator> next(end - begin);
     for (size_t i = 0; i < lists.size(); ++i) {
