@@ -1,3 +1,4 @@
+#include "support/testdata.h"
 #include "support/toolprocess.h"
 
 #include <QtTest>
@@ -70,6 +71,22 @@ QByteArray encode(const Graph &graph)
         name += char(bits.mid(i, 6).toInt(nullptr, 2) + 63);
     }
     return name;
+}
+
+Graph randomGraph(std::mt19937 &random, int order, int size)
+{
+    QVector<QPair<int, int>> pairs;
+    for (int v = 1; v < order; ++v) {
+        for (int u = 0; u < v; ++u) {
+            pairs.append({u, v});
+        }
+    }
+    std::shuffle(pairs.begin(), pairs.end(), random);
+    Graph graph(order, QVector<bool>(order, false));
+    for (int i = 0; i < size; ++i) {
+        graph[pairs.at(i).first][pairs.at(i).second] = graph[pairs.at(i).second][pairs.at(i).first] = true;
+    }
+    return graph;
 }
 
 Graph withoutVertex(Graph graph, int vertex)
@@ -198,18 +215,12 @@ private:
         return file.fileName();
     }
 
-    static QByteArray contents(const QString &name)
-    {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-    }
-
 private slots:
     void init() { QVERIFY(folder.isValid()); }
 
     void aSmallDatabaseByHand()
     {
-        // The graphs on three vertices, their sub-graphs on two and one: complement pairs, by size.
+        // The graphs on three vertices, on two and on one, in an order of no meaning.
         const ToolResult result = runTav(build(), "Bw\nB?\nBW\nA_\nBG\nA?\n@\n");
         QCOMPARE(result.output, QByteArray("@\n"
                                            "A?\t0\n"
@@ -270,12 +281,35 @@ private slots:
         QCOMPARE(runTav(build({QStringLiteral("--strict"), first})).output, QByteArray("@\nBW\n"));
     }
 
+    void theInputHoldsNoGraph_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QByteArray>("message");
+        const QString empty = write("empty.g6", ">>graph6<<\n");
+        QTest::newRow("standard input") << QStringList() << QByteArray() << QByteArray("standard input: no graph");
+        QTest::newRow("only disconnected graphs")
+            << QStringList{QStringLiteral("--connected")} << QByteArray("A?\nB?\n")
+            << QByteArray("standard input: no connected graph");
+        QTest::newRow("two files") << QStringList{empty, readInput} << QByteArray("\n") << QByteArray("no graph");
+    }
+
+    void theInputHoldsNoGraph()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, input);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runTav(build(arguments), input);
+        QCOMPARE(result.errors, QByteArray("tav: " + message + " in the input\n"));
+        QCOMPARE(result.status, 1);
+    }
+
     void disconnectedGraphsAreLeftOut()
     {
-        const ToolResult result = runTav(build({QStringLiteral("--connected")}), "A?\nA_\nBG\n@\nBW\nB?\n");
+        const ToolResult result = runTav(build({QStringLiteral("--connected")}), "?\nA?\nA_\nBG\n@\nBW\nB?\n");
         QCOMPARE(result.output, QByteArray("@\nA_\t0\nBW\t1\n"));
         QCOMPARE(result.errors, QByteArray("3 graphs and 2 links; 0 isomorphic repetitions dropped, "
-                                           "3 disconnected graphs left out.\n"));
+                                           "4 disconnected graphs left out.\n"));
     }
 
     void filesAndStandardInputFollowEachOther()
@@ -299,12 +333,39 @@ private slots:
         QCOMPARE(contents(output), QByteArray("@\nA_\t0\n"));
     }
 
+    void aReplacedFileKeepsItsPermissions()
+    {
+        const QString output = write("private.tav", "what stood there");
+        const QFile::Permissions onlyMine = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QVERIFY(QFile::setPermissions(output, onlyMine));
+        QCOMPARE(runTav(build({QStringLiteral("-o"), output}), "@\nA_\n").errors, noTrouble);
+        QCOMPARE(contents(output), QByteArray("@\nA_\t0\n"));
+        QCOMPARE(QFile::permissions(output), onlyMine);
+    }
+
+    void aSymbolicLinkStaysOne()
+    {
+        const QString target = write("target.tav", "what stood there");
+        const QString link = path("link.tav");
+        QVERIFY(QFile::link(target, link));
+        QCOMPARE(runTav(build({QStringLiteral("-o"), link}), "@\nA_\n").errors, noTrouble);
+        QCOMPARE(QFileInfo(link).symLinkTarget(), target);
+        QCOMPARE(contents(target), QByteArray("@\nA_\t0\n"));
+    }
+
+    void theInputMayBeTheOutput()
+    {
+        const QString file = write("same.g6", "A_\n@\n");
+        QCOMPARE(runTav(build({QStringLiteral("-o"), file, file})).errors, noTrouble);
+        QCOMPARE(contents(file), QByteArray("@\nA_\t0\n"));
+    }
+
     void badInput_data()
     {
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QByteArray>("message");
-        QTest::newRow("nothing") << QByteArray() << QByteArray("1: the input holds no graph");
-        QTest::newRow("empty lines") << QByteArray("\n\r\n") << QByteArray("1: the input holds no graph");
+        QTest::newRow("nothing") << QByteArray() << QByteArray(" no graph in the input");
+        QTest::newRow("empty lines") << QByteArray("\n\r\n") << QByteArray(" no graph in the input");
         QTest::newRow("a blank") << QByteArray("@\nA _\n") << QByteArray("2: not graph6: byte 32 at column 2");
         QTest::newRow("beyond ASCII") << QByteArray("A\xc3\xa9") << QByteArray("1: not graph6: byte 195 at column 2");
         QTest::newRow("too short") << QByteArray("@\n\nD\n")
@@ -512,13 +573,22 @@ private slots:
         QCOMPARE(shuffled.errors, QByteArray(plain.errors).replace("; 0 ", "; 208 "));
     }
 
+    void theNumberOfProcessorsDoesNotMatter_data()
+    {
+        QTest::addColumn<QString>("relation");
+        QTest::newRow("one vertex less") << QStringLiteral("vertex");
+        QTest::newRow("one edge less") << QStringLiteral("edge");
+    }
+
     void theNumberOfProcessorsDoesNotMatter()
     {
+        QFETCH(QString, relation);
         const QByteArray input = generate(8);
-        const QByteArray single = runTav(build({QStringLiteral("-j"), QStringLiteral("1")}), input).output;
+        const QStringList arguments = build({QStringLiteral("--relation"), relation, QStringLiteral("-j")});
+        const QByteArray single = runTav(arguments + words({"1"}), input).output;
         QCOMPARE(linesOf(single).size(), 13598);
         for (const char *jobs : {"2", "3", "16"}) {
-            QVERIFY(runTav(build({QStringLiteral("-j"), QLatin1String(jobs)}), input).output == single);
+            QVERIFY(runTav(arguments + words({jobs}), input).output == single);
         }
     }
 
@@ -527,6 +597,7 @@ private slots:
         QTest::addColumn<int>("number");
         QTest::newRow("Ctrl+C") << SIGINT;
         QTest::newRow("end") << SIGTERM;
+        QTest::newRow("hang-up") << SIGHUP;
     }
 
     void aSignalEndsItWithoutAPartialFile()
@@ -545,6 +616,30 @@ private slots:
         QCOMPARE(process.exitCode(), number);
         QCOMPARE(QDir(place.path()).entryList(QDir::Files), QStringList());
         QCOMPARE(process.readAllStandardError(), QByteArray());
+    }
+
+    void aSignalEndsLongWorkAtOnce()
+    {
+        // By edges, each of these graphs takes about a thousand canonical forms: the whole is work for many minutes.
+        std::mt19937 random(62);
+        QByteArray input;
+        for (int i = 0; i < 20000; ++i) {
+            // Of one edge more or less, so that there is a level below to look in.
+            input += encode(randomGraph(random, 62, i % 2 == 0 ? 945 : 946)) + '\n';
+        }
+        const QString graphs = write("hard.g6", input);
+        QTemporaryDir place;
+        QProcess process;
+        process.setWorkingDirectory(place.path());
+        process.start(QStringLiteral(TAVOLINE_TAV), build({QStringLiteral("--relation"), QStringLiteral("edge"),
+                                                           QStringLiteral("-o"), QStringLiteral("cut.tav"), graphs}));
+        QTRY_VERIFY_WITH_TIMEOUT(hasFileOpenIn(process.processId(), place.path()), 60000);
+        QTest::qWait(1000);
+        QCOMPARE(process.state(), QProcess::Running);
+        ::kill(pid_t(process.processId()), SIGTERM);
+        QVERIFY(process.waitForFinished(5000));
+        QCOMPARE(process.exitCode(), SIGTERM);
+        QCOMPARE(QDir(place.path()).entryList(QDir::Files), QStringList());
     }
 
     void aReaderThatLeavesEndsItQuietly()

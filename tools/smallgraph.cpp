@@ -13,6 +13,11 @@ int bitCount(std::uint64_t word)
     return int(std::bitset<64>(word).count());
 }
 
+int pairCount(int order)
+{
+    return order * (order - 1) / 2;
+}
+
 bool isGraph6Byte(char byte)
 {
     const auto code = static_cast<unsigned char>(byte);
@@ -48,7 +53,10 @@ int SmallGraph::size() const
 
 bool SmallGraph::isConnected() const
 {
-    std::uint64_t reached = order > 0 ? bit(0) : 0;
+    if (order == 0) {
+        return false;
+    }
+    std::uint64_t reached = bit(0);
     for (std::uint64_t before = 0; before != reached;) {
         before = reached;
         for (int v = 0; v < order; ++v) {
@@ -73,6 +81,11 @@ SmallGraph SmallGraph::withoutVertex(int vertex) const
     return result;
 }
 
+std::size_t graph6Length(int order)
+{
+    return std::size_t(1 + (pairCount(order) + bitsPerByte - 1) / bitsPerByte);
+}
+
 QString parseGraph6(std::string_view text, SmallGraph &graph)
 {
     if (text.empty()) {
@@ -89,15 +102,14 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     if (graph.order > SmallGraph::MaxOrder) { // The number of vertices follows, in several bytes.
         return QStringLiteral("more than %1 vertices").arg(SmallGraph::MaxOrder);
     }
-    const int pairs = graph.order * (graph.order - 1) / 2;
-    const int length = 1 + (pairs + bitsPerByte - 1) / bitsPerByte;
-    if (text.size() != size_t(length)) {
+    const std::size_t length = graph6Length(graph.order);
+    if (text.size() != length) {
         return QStringLiteral("not graph6: %1 bytes where a graph on %2 vertices has %3")
             .arg(text.size())
             .arg(graph.order)
             .arg(length);
     }
-    const int unused = (length - 1) * bitsPerByte - pairs;
+    const int unused = int(length - 1) * bitsPerByte - pairCount(graph.order);
     if (unused > 0 && (sixBits(text.back()) & ((1 << unused) - 1)) != 0) {
         return QStringLiteral("not graph6: bits are set behind the last pair of vertices");
     }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -23,6 +24,7 @@ struct SmallGraph {
 
     /// The number of edges.
     int size() const;
+    /// Whether it has a vertex, and a path between any two.
     bool isConnected() const;
     /// The graph without the vertex @p vertex; those behind it move up.
     SmallGraph withoutVertex(int vertex) const;
@@ -31,6 +33,9 @@ struct SmallGraph {
 /// Reads a graph6 string (B. D. McKay, "Description of graph6, sparse6 and digraph6 encodings") of at most MaxOrder
 /// vertices into @p graph. Returns an empty text, or what is wrong with the string, @p graph then being undefined.
 QString parseGraph6(std::string_view text, SmallGraph &graph);
+
+/// The length of the graph6 string of a graph on @p order vertices, at most MaxOrder.
+std::size_t graph6Length(int order);
 
 /// A string that two graphs of the same order share exactly when they are equal, vertex for vertex: the bits of the
 /// upper triangle of the adjacency matrix, column by column.

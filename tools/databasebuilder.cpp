@@ -1,0 +1,236 @@
+#include "databasebuilder.h"
+
+#include "canonicalform.h"
+#include "commandline.h"
+#include "graphinput.h"
+#include "interruption.h"
+#include "output.h"
+#include "parallel.h"
+#include "progress.h"
+#include "smallgraph.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace
+{
+/// How much is worked on before its lines are written: a graph counts as its edges, which may all become links, and
+/// one.
+constexpr int batchWeight = 1 << 20;
+
+/// How many graphs a thread takes at a time: few, so that none waits long for the last of a batch.
+constexpr std::size_t pieceLength = 16;
+
+/// Graphs between which there is no link; the direct sub-graphs of a level are all on the one below.
+struct Level {
+    int order = 0;
+    int size = 0; ///< 0 for all, where the relation takes vertices
+
+    bool operator==(const Level &other) const { return order == other.order && size == other.size; }
+};
+
+class Builder
+{
+public:
+    explicit Builder(const BuildOptions &buildOptions)
+        : options(buildOptions)
+        , input(options.inputs, options.connectedOnly, options.strict)
+    {
+    }
+
+    BuildSummary run()
+    {
+        input.read();
+        summary.disconnected = input.disconnectedCount();
+        writeOutput(options.output, [this](const Write &write) { writeGroups(write); });
+        return summary;
+    }
+
+private:
+    using Index = std::unordered_map<std::string, quint32>;
+
+    /// A graph, and what is found out of it by itself, whatever else of its level is in the input.
+    struct Finding {
+        const GraphGroup *group;
+        std::string_view name;
+        std::string key;
+        std::vector<quint32> subGraphs;
+    };
+
+    Level levelOf(const GraphGroup &group) const
+    {
+        return {group.order, options.relation == Relation::Edge ? group.size : 0};
+    }
+
+    Level levelBelow(const Level &level) const
+    {
+        return options.relation == Relation::Edge ? Level{level.order, level.size - 1} : Level{level.order - 1, 0};
+    }
+
+    void writeGroups(const Write &write)
+    {
+        Progress progress(QStringLiteral("Building"), qint64(input.count()));
+        std::vector<Finding> batch;
+        int weight = 0;
+        const auto finishBatch = [&] {
+            examine(batch, progress);
+            write(linesOf(batch));
+            batch.clear();
+            weight = 0;
+        };
+        for (const auto &[kind, group] : input.groups()) {
+            if (!(levelOf(group) == currentLevel)) {
+                finishBatch();
+                enter(levelOf(group));
+            }
+            for (std::size_t i = 0; i < group.count(); ++i) {
+                batch.push_back({&group, group.string(i), {}, {}});
+                weight += 1 + group.size;
+                if (weight >= batchWeight) {
+                    finishBatch();
+                }
+            }
+        }
+        finishBatch();
+    }
+
+    void enter(const Level &level)
+    {
+        lower = currentLevel == levelBelow(level) ? std::move(current) : Index();
+        current = Index();
+        currentLevel = level;
+    }
+
+    /// Throws Interrupted, soon, when a signal asks for the end.
+    void examine(std::vector<Finding> &batch, Progress &progress)
+    {
+        const std::thread::id caller = std::this_thread::get_id();
+        std::atomic<qint64> done = examined;
+        forEachRange(batch.size(), pieceLength, options.jobs, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t i = begin; i < end && !InterruptionScope::isRequested(); ++i) {
+                examine(batch[i]);
+            }
+            done += qint64(end - begin);
+            if (std::this_thread::get_id() == caller) {
+                progress.report(done);
+            }
+        });
+        InterruptionScope::check();
+        examined = done;
+    }
+
+    void examine(Finding &finding) const
+    {
+        SmallGraph graph;
+        parseGraph6(finding.name, graph);
+        const CanonicalForm form = canonicalForm(graph);
+        finding.key = adjacencyKey(form.graph);
+        if (!lower.empty()) {
+            std::vector<quint32> &found = finding.subGraphs;
+            found = options.relation == Relation::Edge ? edgeDeleted(graph) : vertexDeleted(graph, form.orbits);
+            std::sort(found.begin(), found.end());
+            found.erase(std::unique(found.begin(), found.end()), found.end());
+        }
+    }
+
+    /// Vertices that an automorphism maps to each other leave the same graph behind: one of them is enough.
+    std::vector<quint32> vertexDeleted(const SmallGraph &graph,
+                                       const std::array<int, SmallGraph::MaxOrder> &orbits) const
+    {
+        std::vector<quint32> found;
+        for (int v = 0; v < graph.order; ++v) {
+            if (orbits[size_t(v)] == v) {
+                lookUp(graph.withoutVertex(v), found);
+            }
+        }
+        return found;
+    }
+
+    std::vector<quint32> edgeDeleted(const SmallGraph &graph) const
+    {
+        std::vector<quint32> found;
+        SmallGraph subGraph = graph;
+        for (int v = 1; v < graph.order; ++v) {
+            for (int u = 0; u < v; ++u) {
+                if (graph.adjacent(u, v)) {
+                    subGraph.removeEdge(u, v);
+                    lookUp(subGraph, found);
+                    subGraph.addEdge(u, v);
+                }
+            }
+        }
+        return found;
+    }
+
+    void lookUp(const SmallGraph &subGraph, std::vector<quint32> &found) const
+    {
+        const auto place = lower.find(adjacencyKey(canonicalForm(subGraph).graph));
+        if (place != lower.end()) {
+            found.push_back(place->second);
+        }
+    }
+
+    QByteArray linesOf(std::vector<Finding> &batch)
+    {
+        QByteArray lines;
+        for (Finding &finding : batch) {
+            if (isNew(finding)) {
+                appendLine(lines, finding);
+            } else {
+                ++summary.repetitions;
+            }
+        }
+        return lines;
+    }
+
+    bool isNew(Finding &finding)
+    {
+        // Nothing is looked up in the highest level but repetitions, which are of the same size.
+        if (finding.group != currentGroup && finding.group->order == input.largestOrder()) {
+            current.clear();
+        }
+        currentGroup = finding.group;
+        const auto [place, isInserted] = current.try_emplace(std::move(finding.key), quint32(summary.graphs));
+        if (!isInserted && options.strict) {
+            // No graph was dropped before, so that numbers in the database and in the input are the same.
+            throw CommandError(QStringLiteral("%1: isomorphic to the graph of %2")
+                                   .arg(input.locate(std::size_t(summary.graphs)), input.locate(place->second)));
+        }
+        return isInserted;
+    }
+
+    void appendLine(QByteArray &lines, const Finding &finding)
+    {
+        lines.append(finding.name.data(), int(finding.name.size()));
+        for (const quint32 subGraph : finding.subGraphs) {
+            lines.append('\t').append(QByteArray::number(subGraph));
+        }
+        lines.append('\n');
+        ++summary.graphs;
+        summary.links += qint64(finding.subGraphs.size());
+    }
+
+    const BuildOptions &options;
+    GraphInput input;
+    BuildSummary summary;
+    Index lower;   // the graphs of the level below: their numbers in the database by canonical form
+    Index current; // those of the level at hand, so far
+    Level currentLevel{-1, 0};
+    const GraphGroup *currentGroup = nullptr;
+    qint64 examined = 0;
+};
+} // namespace
+
+BuildSummary buildDatabase(const BuildOptions &options)
+{
+    return Builder(options).run();
+}
