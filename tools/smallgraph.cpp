@@ -4,7 +4,7 @@
 
 namespace
 {
-constexpr int bitsPerByte = 6;
+constexpr int bitsPerCharacter = 6;
 constexpr unsigned char firstByte = 63;
 constexpr unsigned char lastByte = 126;
 
@@ -83,7 +83,7 @@ SmallGraph SmallGraph::withoutVertex(int vertex) const
 
 std::size_t graph6Length(int order)
 {
-    return std::size_t(1 + (pairCount(order) + bitsPerByte - 1) / bitsPerByte);
+    return std::size_t(1 + (pairCount(order) + bitsPerCharacter - 1) / bitsPerCharacter);
 }
 
 QString parseGraph6(std::string_view text, SmallGraph &graph)
@@ -109,7 +109,7 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
             .arg(graph.order)
             .arg(length);
     }
-    const int unused = int(length - 1) * bitsPerByte - pairCount(graph.order);
+    const int unused = int(length - 1) * bitsPerCharacter - pairCount(graph.order);
     if (unused > 0 && (sixBits(text.back()) & ((1 << unused) - 1)) != 0) {
         return QStringLiteral("not graph6: bits are set behind the last pair of vertices");
     }
@@ -117,8 +117,8 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     int pair = 0;
     for (int v = 1; v < graph.order; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
-            const int byte = sixBits(text[size_t(1 + pair / bitsPerByte)]);
-            if ((byte >> (bitsPerByte - 1 - pair % bitsPerByte) & 1) != 0) {
+            const int byte = sixBits(text[size_t(1 + pair / bitsPerCharacter)]);
+            if ((byte >> (bitsPerCharacter - 1 - pair % bitsPerCharacter) & 1) != 0) {
                 graph.addEdge(u, v);
             }
         }
