@@ -1,0 +1,231 @@
+// Random operations on the viewer: its bytes are the operations of an input, each with its arguments behind it.
+
+#include "fuzztarget.h"
+#include "olm/node.h"
+#include "viewerchecks.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <memory>
+#include <vector>
+
+namespace
+{
+constexpr int maxOperations = 40;
+constexpr int viewSize = 400;
+
+enum class Effect {
+    None,     ///< the current graph stays as it is, or is published
+    Changes,  ///< the current graph may become another one than the best graph
+    Publishes ///< the current graph and the best graph are the same afterwards
+};
+
+struct Operation {
+    Effect effect;
+    void (*apply)(Graph &graph, InputBytes &input);
+};
+
+/// A number around those of the slots.
+int slot(InputBytes &input)
+{
+    return input.below(Graph::MAX_NODES + 4) - 2;
+}
+
+double coordinate(InputBytes &input)
+{
+    return (input.byte() - 128) * 7.5;
+}
+
+template<typename Result, Result (Graph::*Member)()> void call(Graph &graph, InputBytes &)
+{
+    (graph.*Member)();
+}
+
+template<void (Graph::*Command)()> constexpr Operation command(Effect effect = Effect::None)
+{
+    return {effect, call<void, Command>};
+}
+
+void pressKey(Graph &graph, InputBytes &input)
+{
+    // All that have a meaning but the one that opens a dialog.
+    constexpr int keys[] = {Qt::Key_X,    Qt::Key_K,         Qt::Key_O, Qt::Key_E,      Qt::Key_V,     Qt::Key_C,
+                            Qt::Key_A,    Qt::Key_I,         Qt::Key_R, Qt::Key_Z,      Qt::Key_U,     Qt::Key_D,
+                            Qt::Key_L,    Qt::Key_Right,     Qt::Key_H, Qt::Key_Left,   Qt::Key_Up,    Qt::Key_Down,
+                            Qt::Key_Plus, Qt::Key_Minus,     Qt::Key_T, Qt::Key_B,      Qt::Key_Space, Qt::Key_M,
+                            Qt::Key_Alt,  Qt::Key_Backspace, Qt::Key_F, Qt::Key_Control};
+    const int key = keys[input.below(std::size(keys))];
+    const int choice = input.byte();
+    const Qt::KeyboardModifiers modifiers = (choice & 1) != 0 ? Qt::ControlModifier : Qt::NoModifier;
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(&graph, &press);
+    if ((choice & 2) != 0) {
+        QKeyEvent release(QEvent::KeyRelease, key, modifiers);
+        QApplication::sendEvent(&graph, &release);
+    }
+}
+
+/// Sends a mouse event at a vertex or anywhere.
+void useMouse(Graph &graph, InputBytes &input)
+{
+    constexpr QEvent::Type types[] = {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseButtonRelease,
+                                      QEvent::MouseButtonDblClick};
+    const QEvent::Type type = types[input.below(std::size(types))];
+    const Qt::KeyboardModifiers modifiers = input.below(2) != 0 ? Qt::AltModifier : Qt::NoModifier;
+    const Node *vertex = graph.node(slot(input));
+    const QPoint place =
+        vertex != nullptr ? graph.mapFromScene(vertex->pos()) : QPoint(input.byte() * 2 - 50, input.byte() * 2 - 50);
+    QMouseEvent event(type, place, Qt::LeftButton, Qt::LeftButton, modifiers);
+    QApplication::sendEvent(graph.viewport(), &event);
+}
+
+void draw(Graph &graph, InputBytes &)
+{
+    QImage image(64, 64, QImage::Format_RGB32);
+    QPainter painter(&image);
+    graph.render(&painter);
+    graph.print(&painter, 64);
+}
+
+QVector<double> numbers(InputBytes &input)
+{
+    QVector<double> values(input.below(Graph::MAX_NODES + 4));
+    for (double &value : values) {
+        value = coordinate(input) / (1 + input.below(3));
+    }
+    return values;
+}
+
+/// A graph to copy, of up to as many vertices as there are slots.
+void copyOther(Graph &graph, InputBytes &input)
+{
+    Graph other(QStringLiteral("other"), false);
+    other.randomGraph(input.below(Graph::MAX_NODES + 1));
+    graph.copy(&other);
+    graph.copy(&graph);
+}
+
+void toggleOneWay(Graph &graph, InputBytes &input)
+{
+    const int i = input.below(Graph::MAX_NODES);
+    const int j = input.below(Graph::MAX_NODES);
+    graph.toggleEdge(i, j);
+    require(graph.edge(i, j) == graph.edge(j, i), "an edge has no direction");
+    graph.toggleEdge(j, i); // back to symmetry
+}
+
+const std::vector<Operation> &operations()
+{
+    static const std::vector<Operation> all = {
+        // The model.
+        {Effect::Changes, call<bool, static_cast<bool (Graph::*)()>(&Graph::addNode)>},
+        {Effect::Changes, call<bool, static_cast<bool (Graph::*)()>(&Graph::remNode)>},
+        {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.remNode(slot(input)); }},
+        {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.addEdge(slot(input), slot(input)); }},
+        {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.remEdge(slot(input), slot(input)); }},
+        {Effect::Changes, toggleOneWay},
+        {Effect::Changes, copyOther},
+        {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.randomGraph(slot(input)); }},
+        {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.perturb(input.below(40)); }},
+        command<&Graph::clear>(Effect::Changes),
+        command<&Graph::invert>(Effect::Changes),
+        command<&Graph::relabel>(Effect::Changes),
+        command<&Graph::slot_reorganize>(Effect::Changes),
+        command<&Graph::best_backup>(Effect::Publishes),
+        command<&Graph::best_restore>(Effect::Publishes),
+        command<&Graph::changeBest>(Effect::Publishes),
+        {Effect::None, [](Graph &graph, InputBytes &) { delete graph.clone(); }},
+        // Texts.
+        {Effect::Publishes, [](Graph &graph, InputBytes &) { graph.loadolm(graph.graphData(), true); }},
+        {Effect::Changes, [](Graph &graph, InputBytes &) { graph.loadCurrentGraph(graph.graphData()); }},
+        {Effect::Changes, [](Graph &graph, InputBytes &) { graph.loadg6(graph.g6currentGraphData(), true); }},
+        // Editing.
+        command<&Graph::backup>(),
+        command<&Graph::slot_undo>(),
+        command<&Graph::slot_redo>(),
+        command<&Graph::slot_select_all>(),
+        command<&Graph::slot_unselect_all>(),
+        command<&Graph::slot_invert_selection>(),
+        {Effect::None,
+         [](Graph &graph, InputBytes &input) { graph.node(input.below(Graph::MAX_NODES))->toggleSelected(); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setEdgeEditMode(input.below(2) != 0); }},
+        command<&Graph::slot_set_add_k>(),
+        command<&Graph::slot_set_add_bip>(),
+        command<&Graph::slot_set_add_tail>(),
+        {Effect::Changes, pressKey},
+        {Effect::Changes, useMouse},
+        // Commands.
+        command<&Graph::addK>(),
+        command<&Graph::addBip>(),
+        command<&Graph::addTail>(),
+        command<&Graph::slot_adde>(),
+        command<&Graph::slot_reme>(),
+        command<&Graph::slot_remcut>(),
+        command<&Graph::slot_addv>(),
+        command<&Graph::slot_remv>(),
+        command<&Graph::slot_complement>(),
+        command<&Graph::slot_duplicate>(),
+        command<&Graph::slot_duplicate_link>(),
+        command<&Graph::slot_duplicate_twins>(),
+        command<&Graph::slot_duplicate_link_twins>(),
+        command<&Graph::slot_link_diameter>(),
+        command<&Graph::slot_link_one_diameter>(),
+        // Places and looks.
+        command<&Graph::update_display>(),
+        command<&Graph::center>(),
+        command<&Graph::slot_randomPosition>(),
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.place_circle(coordinate(input)); }},
+        {Effect::None,
+         [](Graph &graph, InputBytes &input) { graph.setPos(slot(input), coordinate(input), coordinate(input), 1); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.rotate(coordinate(input), coordinate(input), 1); }},
+        {Effect::None,
+         [](Graph &graph, InputBytes &input) { graph.scaleCoords(coordinate(input), coordinate(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.scaleCoords(coordinate(input), 5, 0); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.slot_rescale_graph(input.byte()); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.scaleView(coordinate(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.slot_set_node_radius(coordinate(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setLabels(numbers(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setColors(numbers(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setSizes(numbers(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setELabels({numbers(input)}, true); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setEHilight({{}, numbers(input)}, true); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.hilight(slot(input)); }},
+        {Effect::None, [](Graph &graph, InputBytes &input) { graph.setViolated(input.below(2) != 0); }},
+        {Effect::None, draw},
+    };
+    return all;
+}
+} // namespace
+
+int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    return startViewerTarget(argc, argv);
+}
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    InputBytes input(data, size);
+    qsrand(1);
+    Graph graph(QStringLiteral("graph"), true);
+    graph.resize(viewSize, viewSize);
+    bool published = true;
+    bool emitted = false;
+    QObject::connect(&graph, &Graph::signal_best_graph_changed, [&] { emitted = true; });
+    for (int count = 0; count < maxOperations && !input.atEnd(); count++) {
+        const Operation &operation = operations()[std::size_t(input.below(int(operations().size())))];
+        emitted = false;
+        operation.apply(graph, input);
+        published =
+            emitted || operation.effect == Effect::Publishes || (published && operation.effect != Effect::Changes);
+        requireCount(graph);
+        requireSound(graph);
+        if (published) {
+            requirePublished(graph);
+        }
+    }
+    return 0;
+}
