@@ -20,3 +20,4 @@ install_packages() {
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils groff-base nauty poppler-utils)
+fuzz_packages=(clang libclang-rt-14-dev)
