@@ -20,7 +20,8 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const QString text = QString::fromUtf8(InputBytes(data, size).restAsBytes());
+    const QByteArray bytes = InputBytes(data, size).restAsBytes();
+    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     Graph graph(QStringLiteral("graph"), false);
     graph.loadolm(text, true);
     requireCount(graph);

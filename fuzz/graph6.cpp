@@ -24,7 +24,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes = InputBytes(data, size).restAsBytes();
-    const QString text = QString::fromLatin1(bytes);
+    const QString text = QString::fromLatin1(bytes.constData(), bytes.size());
     Graph graph(QStringLiteral("graph"), false);
     const bool inPlace = graph.loadg6(text, false);
     const QString edges = graph.currentGraphData();
