@@ -73,6 +73,20 @@ SmallGraph cycle(int n)
     return graph;
 }
 
+/// All edges but those for which @p isMissing holds, asked with the larger vertex first.
+SmallGraph completeBut(int n, bool (*isMissing)(int v, int u))
+{
+    SmallGraph graph = withOrder(n);
+    for (int v = 1; v < n; ++v) {
+        for (int u = 0; u < v; ++u) {
+            if (!isMissing(v, u)) {
+                graph.addEdge(u, v);
+            }
+        }
+    }
+    return graph;
+}
+
 SmallGraph petersen()
 {
     SmallGraph graph = withOrder(10);
@@ -388,6 +402,8 @@ private slots:
     void forests();
     void againstTrial();
     void chromaticNumbersBeyondTheClique();
+    void cliquesOfDenseGraphs_data();
+    void cliquesOfDenseGraphs();
     void texts_data();
     void texts();
     void names();
@@ -537,11 +553,35 @@ void TestInvariants::chromaticNumbersBeyondTheClique()
             next.addEdge(u + n, 2 * n);
         }
         graph = next;
-        if (colours < 6.0) {
-            QCOMPARE(*valueOf("chromatic-number", graph), colours);
-        }
+        QCOMPARE(*valueOf("chromatic-number", graph), colours);
         QCOMPARE(*valueOf("clique-number", graph), 2.0);
     }
+}
+
+/// A largest clique takes a vertex of every part, every second of the cycle, two of every pentagon.
+void TestInvariants::cliquesOfDenseGraphs_data()
+{
+    QTest::addColumn<SmallGraph>("graph");
+    QTest::addColumn<int>("size");
+    QTest::newRow("complete multipartite, parts of 3")
+        << completeBut(62, [](int v, int u) { return v / 3 == u / 3; }) << 21;
+    QTest::newRow("complete multipartite, parts of 6")
+        << completeBut(62, [](int v, int u) { return v / 6 == u / 6; }) << 11;
+    QTest::newRow("complement of a cycle")
+        << completeBut(62, [](int v, int u) { return v - u == 1 || v - u == 61; }) << 31;
+    QTest::newRow("join of pentagons") << completeBut(60, [](int v, int u) {
+        return v / 5 == u / 5 && (v - u == 2 || v - u == 3);
+    }) << 24;
+}
+
+void TestInvariants::cliquesOfDenseGraphs()
+{
+    QFETCH(SmallGraph, graph);
+    QFETCH(int, size);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(*valueOf("clique-number", graph), double(size));
+    QVERIFY(timer.elapsed() < 10000);
 }
 
 void TestInvariants::texts_data()

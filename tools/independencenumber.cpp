@@ -5,6 +5,19 @@
 
 namespace
 {
+/// Whether the vertices of the set @p rest next to @p v are mutually adjacent.
+bool isSimplicial(const SmallGraph &graph, int v, std::uint64_t rest)
+{
+    const std::uint64_t neighbours = graph.rows[size_t(v)] & rest;
+    for (int u = 0; u < graph.order; ++u) {
+        if ((neighbours & SmallGraph::bit(u)) != 0 &&
+            (neighbours & ~graph.rows[size_t(u)] & ~SmallGraph::bit(u)) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The largest number of mutually non-adjacent vertices in the set @p rest.
 int largestWithin(const SmallGraph &graph, std::uint64_t rest)
 {
@@ -31,8 +44,9 @@ int largestWithin(const SmallGraph &graph, std::uint64_t rest)
     const auto sizeWith = [&](int v) {
         return 1 + largestWithin(graph, rest & ~graph.rows[size_t(v)] & ~SmallGraph::bit(v));
     };
-    // Some largest set has the vertex when it has at most one neighbour, and when the graph consists of cycles.
-    if (smallestDegree <= 1 || largestDegree == 2) {
+    // Some largest set has the vertex when its neighbours are mutually adjacent, as each set has at most one of them,
+    // and when the graph consists of cycles.
+    if (largestDegree == 2 || isSimplicial(graph, least, rest)) {
         return sizeWith(least);
     }
     return std::max(sizeWith(most), largestWithin(graph, rest & ~SmallGraph::bit(most)));

@@ -152,11 +152,24 @@ Value wienerIndex(const SmallGraph &graph)
 /// @name Sets of vertices and edges
 /// @{
 
-igraph_integer_t largestClique(const SmallGraph &graph)
+SmallGraph complementOf(const SmallGraph &graph)
 {
-    igraph_integer_t vertices = 0;
-    check(igraph_clique_number(LibraryGraph(graph).get(), &vertices));
-    return vertices;
+    SmallGraph complement;
+    complement.order = graph.order;
+    for (int v = 1; v < graph.order; ++v) {
+        for (int u = 0; u < v; ++u) {
+            if (!graph.adjacent(u, v)) {
+                complement.addEdge(u, v);
+            }
+        }
+    }
+    return complement;
+}
+
+/// A clique is an independent set of the complement; independencenumber.h tells why it is not searched for with igraph.
+int largestClique(const SmallGraph &graph)
+{
+    return independenceNumber(complementOf(graph));
 }
 
 Value cliqueNumber(const SmallGraph &graph)
@@ -171,7 +184,7 @@ Value mostIndependent(const SmallGraph &graph)
 
 Value fewestColours(const SmallGraph &graph)
 {
-    return chromaticNumber(graph, int(largestClique(graph)));
+    return chromaticNumber(graph, largestClique(graph));
 }
 
 Value matchingSize(const SmallGraph &graph)
