@@ -15,20 +15,21 @@ void note(int number)
     lastSignal = number;
 }
 
-void handleBy(void (*handler)(int))
-{
-    for (const int number : endingSignals) {
-        struct sigaction action = {};
-        action.sa_handler = handler;
-        sigaction(number, &action, nullptr);
-    }
-}
+/// What the signals did before the scope, in their order.
+std::array<struct sigaction, endingSignals.size()> actionsBefore;
 } // namespace
 
 InterruptionScope::InterruptionScope()
 {
     lastSignal = 0;
-    handleBy(note);
+    struct sigaction noting = {};
+    noting.sa_handler = note;
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+        sigaction(endingSignals[i], nullptr, &actionsBefore[i]);
+        if (actionsBefore[i].sa_handler != SIG_IGN) {
+            sigaction(endingSignals[i], &noting, nullptr);
+        }
+    }
 }
 
 InterruptionScope::~InterruptionScope()
@@ -50,7 +51,9 @@ void InterruptionScope::check()
 
 void InterruptionScope::leave()
 {
-    handleBy(SIG_DFL);
+    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+        sigaction(endingSignals[i], &actionsBefore[i], nullptr);
+    }
 }
 
 void endBySignal(int number)

@@ -16,7 +16,8 @@ private:
 };
 
 /// While one lives, the signals that end a process (SIGINT, SIGTERM, SIGHUP, SIGPIPE) are noted instead, so that a file
-/// that is being written can be taken back first. There is never more than one.
+/// that is being written can be taken back first. One that was ignored before, as nohup ignores SIGHUP, stays ignored.
+/// There is never more than one scope.
 class InterruptionScope
 {
 public:
@@ -29,7 +30,7 @@ public:
     static bool isRequested();
     /// Throws Interrupted when one has.
     static void check();
-    /// Lets the signals end the process again, which is a child of the one that the scope belongs to.
+    /// Lets the signals do what they did before the scope: at its end, and in a child of the process it belongs to.
     static void leave();
 };
 
