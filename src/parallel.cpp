@@ -8,6 +8,13 @@
 #include <future>
 #include <vector>
 
+namespace
+{
+/// Makes a thread for the work. Where no more can be made, get() of the future does it: the library falls back on that
+/// when both are allowed.
+constexpr std::launch threadIfPossible = std::launch::async | std::launch::deferred;
+} // namespace
+
 int processorCount()
 {
     return std::max(1, QThread::idealThreadCount());
@@ -24,7 +31,7 @@ void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
     };
     std::vector<std::future<void>> helpers;
     for (int job = 1; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
-        helpers.push_back(std::async(std::launch::async, takePieces));
+        helpers.push_back(std::async(threadIfPossible, takePieces));
     }
     takePieces();
     for (std::future<void> &helper : helpers) {
@@ -39,7 +46,7 @@ void forEachPiece(std::size_t count, std::size_t pieceLength,
     std::queue<std::future<QByteArray>> ahead;
     for (std::size_t begin = 0; begin < count || !ahead.empty();) {
         for (; begin < count && ahead.size() <= std::size_t(processorCount()); begin += pieceLength) {
-            ahead.push(std::async(std::launch::async, make, begin, std::min(begin + pieceLength, count)));
+            ahead.push(std::async(threadIfPossible, make, begin, std::min(begin + pieceLength, count)));
         }
         take(ahead.front().get());
         ahead.pop();

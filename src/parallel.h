@@ -11,12 +11,13 @@ int processorCount();
 
 /// Calls @p work for ranges [begin, end) that together make up [0, @p count), on @p jobs threads, the caller's being
 /// one of them. A thread takes a range of @p pieceLength at a time, in ascending order. Returns when all are done;
-/// throws what @p work throws.
+/// throws what @p work throws. Fewer threads work when no more can be made.
 void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
                   const std::function<void(std::size_t begin, std::size_t end)> &work);
 
 /// Calls @p make for ranges of @p pieceLength that together make up [0, @p count), several at the same time on all
-/// processors, and @p take, in the caller's thread, for what it returns, in the order of the ranges.
+/// processors, and @p take, in the caller's thread, for what it returns, in the order of the ranges. The caller's
+/// thread does what no thread can be made for.
 void forEachPiece(std::size_t count, std::size_t pieceLength,
                   const std::function<QByteArray(std::size_t begin, std::size_t end)> &make,
                   const std::function<void(const QByteArray &piece)> &take);

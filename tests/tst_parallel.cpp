@@ -3,8 +3,52 @@
 #include <QtTest>
 
 #include <numeric>
+#include <pthread.h>
 #include <stdexcept>
+#include <system_error>
+#include <thread>
 #include <vector>
+
+namespace
+{
+/// While one lives no thread can be made: there is no memory for its stack.
+class NoThreads
+{
+public:
+    NoThreads()
+    {
+        pthread_attr_t attributes;
+        pthread_getattr_default_np(&attributes);
+        pthread_attr_getstacksize(&attributes, &usualSize);
+        pthread_attr_destroy(&attributes);
+        setStackSize(size_t(1) << 60);
+    }
+    ~NoThreads() { setStackSize(usualSize); }
+    NoThreads(const NoThreads &) = delete;
+    NoThreads &operator=(const NoThreads &) = delete;
+
+private:
+    static void setStackSize(size_t size)
+    {
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, size);
+        pthread_setattr_default_np(&attributes);
+        pthread_attr_destroy(&attributes);
+    }
+
+    size_t usualSize = 0;
+};
+
+QByteArray numbers(size_t begin, size_t end)
+{
+    QByteArray text;
+    for (size_t i = begin; i < end; ++i) {
+        text += QByteArray::number(int(i)) + ' ';
+    }
+    return text;
+}
+} // namespace
 
 /// Work that is shared out among threads.
 class TestParallel : public QObject
@@ -57,22 +101,25 @@ private slots:
     {
         for (const size_t count : {size_t(0), size_t(1), size_t(9), size_t(10), size_t(11), size_t(1000)}) {
             QByteArray all;
-            forEachPiece(
-                count, 10,
-                [](size_t begin, size_t end) {
-                    QByteArray piece;
-                    for (size_t i = begin; i < end; ++i) {
-                        piece += QByteArray::number(int(i)) + ' ';
-                    }
-                    return piece;
-                },
-                [&all](const QByteArray &piece) { all += piece; });
-            QByteArray expected;
-            for (size_t i = 0; i < count; ++i) {
-                expected += QByteArray::number(int(i)) + ' ';
-            }
-            QCOMPARE(all, expected);
+            forEachPiece(count, 10, numbers, [&all](const QByteArray &piece) { all += piece; });
+            QCOMPARE(all, numbers(0, count));
         }
+    }
+
+    void theWorkIsDoneWithoutThreads()
+    {
+        const NoThreads shortage;
+        QVERIFY_EXCEPTION_THROWN(std::thread([] {}).join(), std::system_error);
+        std::vector<int> visits(1000, 0);
+        forEachRange(visits.size(), 10, 8, [&](size_t begin, size_t end) {
+            for (size_t i = begin; i < end; ++i) {
+                ++visits[i];
+            }
+        });
+        QVERIFY(visits == std::vector<int>(1000, 1));
+        QByteArray all;
+        forEachPiece(1000, 10, numbers, [&all](const QByteArray &piece) { all += piece; });
+        QCOMPARE(all, numbers(0, 1000));
     }
 
     void thereIsAProcessor() { QVERIFY(processorCount() >= 1); }

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <exception>
 #include <new>
 
 namespace
@@ -84,6 +85,8 @@ int main(int argc, char *argv[])
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {
         return report(CommandError(QStringLiteral("Out of memory.")));
+    } catch (const std::exception &exception) {
+        return report(CommandError(QString::fromLocal8Bit(exception.what())));
     }
     return Success;
 }
