@@ -37,7 +37,7 @@ tavoline_window_test(tst_graph_menu tavoline_viewer)
 # The companion program.
 tavoline_test(tst_invariants tavoline_tools)
 tavoline_test(tst_interruption tavoline_tools)
-tavoline_test(tst_workers tavoline_tools)
+tavoline_test(tst_workers tavoline_tools ${CMAKE_DL_LIBS})
 tavoline_tool_test(tst_tav_build tavoline_core)
 tavoline_tool_test(tst_tav)
 tavoline_tool_test(tst_tav_info tavoline_core)

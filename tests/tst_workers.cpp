@@ -5,10 +5,30 @@
 #include <QtTest>
 
 #include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
 #include <csignal>
+#include <dlfcn.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace
+{
+int possibleChildren = INT_MAX; // how many fork() makes before it fails
+} // namespace
+
+/// Stands in front of the one of the system.
+extern "C" pid_t fork()
+{
+    if (possibleChildren == 0) {
+        errno = EAGAIN;
+        return -1;
+    }
+    --possibleChildren;
+    return reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"))();
+}
 
 namespace
 {
@@ -92,6 +112,70 @@ private slots:
                  QStringLiteral("a child process was ended by a signal: Killed"));
         QCOMPARE(errorOf([](std::size_t index) -> std::optional<double> { _exit(index == 0 ? 1 : 0); }),
                  QStringLiteral("a child process ended with status 1"));
+    }
+
+    /// As it is with children of a process that was started with SIGCHLD ignored.
+    void aDeadChildIsAnErrorWhereChildrenAreIgnored()
+    {
+        const sighandler_t before = std::signal(SIGCHLD, SIG_IGN);
+        QCOMPARE(errorOf([](std::size_t index) {
+                     if (index == 500) {
+                         std::raise(SIGKILL);
+                     }
+                     return half(index);
+                 }),
+                 QStringLiteral("a child process was ended by a signal: Killed"));
+        QVERIFY(std::signal(SIGCHLD, before) == SIG_IGN);
+    }
+
+    void aChildThatEndsEarlyIsAnError()
+    {
+        QCOMPARE(errorOf([](std::size_t index) {
+                     if (index == 500) {
+                         _exit(0);
+                     }
+                     return half(index);
+                 }),
+                 QStringLiteral("a child process ended before its work was done"));
+    }
+
+    /// Both fail while the parent, in its first report, looks away.
+    void ofTwoMessagesOneIsTold()
+    {
+        const SharedMemory memory(sizeof(std::atomic<bool>));
+        auto &go = *new (memory.data()) std::atomic<bool>(false);
+        SharedValues values(count);
+        QString message;
+        try {
+            computeInProcesses(
+                values, count, 2,
+                [&](std::size_t) -> std::optional<double> {
+                    while (!go) {
+                        usleep(1000);
+                    }
+                    throw CommandError(QStringLiteral("the work failed"));
+                },
+                [&](std::size_t) {
+                    go = true;
+                    usleep(500000);
+                });
+        } catch (const CommandError &error) {
+            message = error.text();
+        }
+        QCOMPARE(message, QStringLiteral("the work failed"));
+    }
+
+    void fewerChildrenDoTheWork()
+    {
+        possibleChildren = 2;
+        SharedValues values(count);
+        computeInProcesses(values, count, 8, half, ignoreReport);
+        QCOMPARE(possibleChildren, 0);
+        for (std::size_t index = 0; index < count; ++index) {
+            QVERIFY(values.at(index) == half(index));
+        }
+        QCOMPARE(errorOf(half), QStringLiteral("fork: Resource temporarily unavailable"));
+        possibleChildren = INT_MAX;
     }
 
     /// The others do not wait for the end of their work.

@@ -62,10 +62,12 @@ public:
         }
     }
 
-    /// Tells @p text, of which at most PIPE_BUF bytes arrive.
+    /// Tells the line @p text, of which fewer than PIPE_BUF bytes arrive: so many are written at once, and do not mix
+    /// with what another child tells.
     void tell(const char *text) const
     {
-        const ssize_t written = write(ends[1], text, std::min<std::size_t>(strlen(text), PIPE_BUF));
+        const QByteArray line = QByteArray(text).left(PIPE_BUF - 1) + '\n';
+        const ssize_t written = write(ends[1], line.constData(), std::size_t(line.size()));
         static_cast<void>(written); // a parent that is gone needs no message
     }
 
@@ -76,16 +78,36 @@ public:
         poll(&readEnd, 1, millisecondsBetweenReports);
     }
 
-    /// What was told first, or an empty text.
+    /// The line that was told first, or an empty text.
     QString told() const
     {
         std::array<char, PIPE_BUF> text{};
         const ssize_t length = read(ends[0], text.data(), text.size());
-        return length > 0 ? QString::fromLocal8Bit(text.data(), int(length)) : QString();
+        const char *const end = std::find(text.data(), text.data() + std::max<ssize_t>(length, 0), '\n');
+        return QString::fromLocal8Bit(text.data(), int(end - text.data()));
     }
 
 private:
     std::array<int, 2> ends{-1, -1};
+};
+
+/// While one lives, a child that has ended waits until it is asked how, even if the process was started with SIGCHLD
+/// ignored.
+class ChildrenWait
+{
+public:
+    ChildrenWait()
+    {
+        struct sigaction action = {};
+        action.sa_handler = SIG_DFL;
+        sigaction(SIGCHLD, &action, &before);
+    }
+    ~ChildrenWait() { sigaction(SIGCHLD, &before, nullptr); }
+    ChildrenWait(const ChildrenWait &) = delete;
+    ChildrenWait &operator=(const ChildrenWait &) = delete;
+
+private:
+    struct sigaction before = {};
 };
 
 class Children
@@ -102,18 +124,23 @@ public:
     Children(const Children &) = delete;
     Children &operator=(const Children &) = delete;
 
-    /// Makes a child that calls @p work and ends.
-    void start(const std::function<void()> &work)
+    /// Makes at most @p count children, which call @p work and end; fewer where no more can be made.
+    void start(std::size_t count, const std::function<void()> &work)
     {
         const pid_t parent = getpid();
-        const pid_t child = fork();
-        if (child < 0) {
-            throw systemError("fork");
+        while (living.size() < count) {
+            const pid_t child = fork();
+            if (child < 0 && living.empty()) {
+                throw systemError("fork");
+            }
+            if (child < 0) {
+                return;
+            }
+            if (child == 0) {
+                live(parent, work);
+            }
+            living.push_back(child);
         }
-        if (child == 0) {
-            live(parent, work);
-        }
-        living.push_back(child);
     }
 
     /// Calls @p tick now and then until all children have ended.
@@ -121,9 +148,9 @@ public:
     {
         for (messages.closeWriteEnd(); !living.empty(); tick()) {
             messages.waitAWhile();
-            InterruptionScope::check();
             living.erase(std::remove_if(living.begin(), living.end(), [this](pid_t child) { return hasEnded(child); }),
                          living.end());
+            InterruptionScope::check(); // first, as the signal may have ended the children too
             if (!failure.isEmpty()) {
                 throw CommandError(failure);
             }
@@ -148,25 +175,33 @@ private:
         _exit(Success);
     }
 
-    /// Whether @p child has ended; notes as the failure how, unless with success.
+    /// Whether @p child has ended; notes how, if it is the first that did not end with success.
     bool hasEnded(pid_t child)
     {
         int status = 0;
-        if (waitpid(child, &status, WNOHANG) == 0) {
-            return false;
+        const pid_t ended = waitpid(child, &status, WNOHANG);
+        if (ended != 0 && failure.isEmpty()) {
+            failure = ended < 0 ? systemError("waitpid").text() : failureOf(status);
         }
-        if (WIFSIGNALED(status)) {
-            failure = QStringLiteral("a child process was ended by a signal: %1")
-                          .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
-        } else if (WEXITSTATUS(status) != Success) {
-            const QString message = messages.told();
-            failure = message.isEmpty()
-                          ? QStringLiteral("a child process ended with status %1").arg(WEXITSTATUS(status))
-                          : message;
-        }
-        return true;
+        return ended != 0;
     }
 
+    /// How a child with the status @p status failed; an empty text when it ended with success.
+    QString failureOf(int status) const
+    {
+        if (WIFSIGNALED(status)) {
+            return QStringLiteral("a child process was ended by a signal: %1")
+                .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+        }
+        if (WEXITSTATUS(status) == Success) {
+            return QString();
+        }
+        const QString message = messages.told();
+        return message.isEmpty() ? QStringLiteral("a child process ended with status %1").arg(WEXITSTATUS(status))
+                                 : message;
+    }
+
+    ChildrenWait waiting; // the longest: until the last child is gone
     Pipe messages;
     std::vector<pid_t> living;
     QString failure;
@@ -204,19 +239,24 @@ void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
 {
     using Counter = std::atomic<std::size_t>;
     static_assert(Counter::is_always_lock_free, "processes share it");
-    const SharedMemory memory(sizeof(Counter));
-    auto &next = *new (memory.data()) Counter(0);
+    const SharedMemory memory(2 * sizeof(Counter));
+    auto *const counters = static_cast<Counter *>(memory.data());
+    auto &next = *new (counters) Counter(0);
+    auto &done = *new (counters + 1) Counter(0);
     const auto takePieces = [&] {
         for (std::size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
             const std::size_t end = std::min(begin + pieceLength, count);
             for (std::size_t index = begin; index < end; ++index) {
                 values.set(index, work(index));
             }
+            done += end - begin;
         }
     };
+    const std::size_t pieces = (count + pieceLength - 1) / pieceLength;
     Children children;
-    for (int job = 0; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
-        children.start(takePieces);
+    children.start(std::min(std::size_t(jobs), pieces), takePieces);
+    children.wait([&] { report(done); });
+    if (done != count) {
+        throw CommandError(QStringLiteral("a child process ended before its work was done"));
     }
-    children.wait([&] { report(std::min(next.load(), count)); });
 }

@@ -38,9 +38,10 @@ private:
 };
 
 /// Sets every index below @p count of @p values to what @p work gives for it, in @p jobs child processes, which share
-/// the indices out among themselves: for work that threads cannot do at the same time. Tells @p report now and then how
-/// many are done. Throws CommandError, with what the exception says, when @p work throws, and when a child ends in any
-/// other way; Interrupted when a signal asks for the end. No child outlives the call, nor this process.
+/// the indices out among themselves: for work that threads cannot do at the same time. Fewer children work when no more
+/// can be made. Tells @p report now and then how many are done. Throws CommandError, with what the exception says, when
+/// @p work throws, when a child ends in any other way before the work is done, and when no child can be made;
+/// Interrupted when a signal asks for the end. No child outlives the call, nor this process.
 void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
                         const std::function<std::optional<double>(std::size_t index)> &work,
                         const std::function<void(std::size_t done)> &report);
