@@ -1,4 +1,6 @@
+#include "commandline.h"
 #include "invariant.h"
+#include "support/stderrcapture.h"
 #include "support/testdata.h"
 
 #include <QtTest>
@@ -106,11 +108,10 @@ double factorial(int n)
 /// What is known of a graph: a value for every invariant.
 using Known = std::map<QString, Value>;
 
-/// The closed formulas below are those of F. Harary, "Graph Theory" (1969), for degrees, distances, sets, colourings
-/// and connectivities; of A. E. Brouwer and W. H. Haemers, "Spectra of Graphs" (2012), section 1.4, for the spectra,
-/// from which the energies follow by adding up; of M. Fiedler, "Algebraic connectivity of graphs" (1973), section 4;
-/// and of I. Gutman and B. Furtula, "Recent Results in the Theory of Randić Index" (2008), for the Randić index. Every
-/// row has at least three vertices.
+/// The closed formulas below are those of F. Harary, "Graph Theory" (1969); of I. Gutman and B. Furtula, "Recent
+/// Results in the Theory of Randić Index" (2008); of A. E. Brouwer and W. H. Haemers, "Spectra of Graphs" (2012),
+/// section 1.4, for the spectra, from which the energies follow by adding up; and of M. Fiedler, "Algebraic
+/// connectivity of graphs" (1973), section 4. Every row has at least three vertices.
 Known known(std::initializer_list<std::pair<const char *, Value>> values)
 {
     Known result;
@@ -122,7 +123,8 @@ Known known(std::initializer_list<std::pair<const char *, Value>> values)
 
 Known ofComplete(int n)
 {
-    return known({{"order", n},
+    return known({// Harary
+                  {"order", n},
                   {"size", n * (n - 1) / 2},
                   {"minimum-degree", n - 1},
                   {"maximum-degree", n - 1},
@@ -132,18 +134,23 @@ Known ofComplete(int n)
                   {"girth", 3},
                   {"diameter", 1},
                   {"radius", 1},
-                  {"average-distance", 1},
-                  {"wiener-index", n * (n - 1) / 2},
-                  {"randic-index", n / 2.0}, // regular
                   {"clique-number", n},
                   {"independence-number", 1},
                   {"chromatic-number", n},
                   {"matching-number", n / 2},
                   {"vertex-connectivity", n - 1},
                   {"edge-connectivity", n - 1},
-                  {"spectral-radius", n - 1}, // n - 1, and -1 n - 1 times
+                  // the distances added up
+                  {"average-distance", 1},
+                  {"wiener-index", n * (n - 1) / 2},
+                  // Gutman and Furtula
+                  {"randic-index", n / 2.0},
+                  // Brouwer and Haemers: n - 1, and -1 n - 1 times
+                  {"spectral-radius", n - 1},
                   {"energy", 2 * (n - 1)},
+                  // Fiedler
                   {"algebraic-connectivity", n},
+                  // Harary
                   {"automorphisms", factorial(n)}});
 }
 
@@ -154,7 +161,8 @@ Known ofCycle(int n)
         energy += std::abs(2 * std::cos(2 * pi * j / n));
     }
     const double wiener = n % 2 == 0 ? n * n * n / 8.0 : n * (n * n - 1) / 8.0;
-    return known({{"order", n},
+    return known({// Harary
+                  {"order", n},
                   {"size", n},
                   {"minimum-degree", 2},
                   {"maximum-degree", 2},
@@ -164,18 +172,23 @@ Known ofCycle(int n)
                   {"girth", n},
                   {"diameter", n / 2},
                   {"radius", n / 2},
-                  {"average-distance", wiener * 2 / (n * (n - 1))},
-                  {"wiener-index", wiener},
-                  {"randic-index", n / 2.0},
                   {"clique-number", n == 3 ? 3 : 2},
                   {"independence-number", n / 2},
                   {"chromatic-number", n % 2 == 0 ? 2 : 3},
                   {"matching-number", n / 2},
                   {"vertex-connectivity", 2},
                   {"edge-connectivity", 2},
+                  // the distances added up
+                  {"average-distance", wiener * 2 / (n * (n - 1))},
+                  {"wiener-index", wiener},
+                  // Gutman and Furtula
+                  {"randic-index", n / 2.0},
+                  // Brouwer and Haemers
                   {"spectral-radius", 2},
                   {"energy", energy},
+                  // Fiedler
                   {"algebraic-connectivity", 2 * (1 - std::cos(2 * pi / n))},
+                  // Harary
                   {"automorphisms", 2 * n}});
 }
 
@@ -185,7 +198,8 @@ Known ofPath(int n)
     for (int j = 1; j <= n; ++j) {
         energy += std::abs(2 * std::cos(pi * j / (n + 1)));
     }
-    return known({{"order", n},
+    return known({// Harary
+                  {"order", n},
                   {"size", n - 1},
                   {"minimum-degree", 1},
                   {"maximum-degree", 2},
@@ -195,18 +209,23 @@ Known ofPath(int n)
                   {"girth", NA},
                   {"diameter", n - 1},
                   {"radius", n / 2},
-                  {"average-distance", (n + 1) / 3.0},
-                  {"wiener-index", n * (n * n - 1) / 6},
-                  {"randic-index", (n - 3) / 2.0 + std::sqrt(2.0)},
                   {"clique-number", 2},
                   {"independence-number", (n + 1) / 2},
                   {"chromatic-number", 2},
                   {"matching-number", n / 2},
                   {"vertex-connectivity", 1},
                   {"edge-connectivity", 1},
+                  // the distances added up
+                  {"average-distance", (n + 1) / 3.0},
+                  {"wiener-index", n * (n * n - 1) / 6},
+                  // Gutman and Furtula
+                  {"randic-index", (n - 3) / 2.0 + std::sqrt(2.0)},
+                  // Brouwer and Haemers
                   {"spectral-radius", 2 * std::cos(pi / (n + 1))},
                   {"energy", energy},
+                  // Fiedler
                   {"algebraic-connectivity", 2 * (1 - std::cos(pi / n))},
+                  // Harary
                   {"automorphisms", 2}});
 }
 
@@ -215,7 +234,8 @@ Known ofCompleteBipartite(int a, int b)
 {
     const int n = a + b;
     const double wiener = a * b + a * (a - 1) + b * (b - 1);
-    return known({{"order", n},
+    return known({// Harary
+                  {"order", n},
                   {"size", a * b},
                   {"minimum-degree", std::min(a, b)},
                   {"maximum-degree", std::max(a, b)},
@@ -225,18 +245,23 @@ Known ofCompleteBipartite(int a, int b)
                   {"girth", std::min(a, b) == 1 ? NA : 4},
                   {"diameter", 2},
                   {"radius", std::min(a, b) == 1 ? 1 : 2},
-                  {"average-distance", 2 * wiener / (n * (n - 1))},
-                  {"wiener-index", wiener},
-                  {"randic-index", std::sqrt(a * b)},
                   {"clique-number", 2},
                   {"independence-number", std::max(a, b)},
                   {"chromatic-number", 2},
                   {"matching-number", std::min(a, b)},
                   {"vertex-connectivity", std::min(a, b)},
                   {"edge-connectivity", std::min(a, b)},
-                  {"spectral-radius", std::sqrt(a * b)}, // sqrt(ab), -sqrt(ab), 0
+                  // the distances added up
+                  {"average-distance", 2 * wiener / (n * (n - 1))},
+                  {"wiener-index", wiener},
+                  // Gutman and Furtula
+                  {"randic-index", std::sqrt(a * b)},
+                  // Brouwer and Haemers: sqrt(ab), -sqrt(ab), 0
+                  {"spectral-radius", std::sqrt(a * b)},
                   {"energy", 2 * std::sqrt(a * b)},
+                  // Fiedler
                   {"algebraic-connectivity", std::min(a, b)},
+                  // Harary
                   {"automorphisms", factorial(a) * factorial(b) * (a == b ? 2 : 1)}});
 }
 
@@ -407,6 +432,7 @@ private slots:
     void texts_data();
     void texts();
     void names();
+    void aFailureOfTheLibrary();
 };
 
 Q_DECLARE_METATYPE(SmallGraph)
@@ -615,6 +641,20 @@ void TestInvariants::names()
     for (const Invariant &invariant : invariants()) {
         QCOMPARE(findInvariant(QLatin1String(invariant.name)), &invariant);
     }
+}
+
+/// The library refuses a negative number of vertices, and leaves it to the caller to tell.
+void TestInvariants::aFailureOfTheLibrary()
+{
+    StderrCapture capture;
+    QString message;
+    try {
+        valueOf("vertex-connectivity", withOrder(-1));
+    } catch (const CommandError &error) {
+        message = error.text();
+    }
+    QCOMPARE(message, QStringLiteral("igraph: Invalid value"));
+    QCOMPARE(capture.take(), QByteArray());
 }
 
 QTEST_APPLESS_MAIN(TestInvariants)

@@ -143,8 +143,18 @@ private slots:
         QCOMPARE(result.status, 1);
     }
 
-    void anInterruptionLeavesNothingBehind()
+    void aSignalLeavesNothingBehind_data()
     {
+        QTest::addColumn<int>("number");
+        QTest::newRow("Ctrl+C") << SIGINT;
+        QTest::newRow("end") << SIGTERM;
+        QTest::newRow("hang-up") << SIGHUP;
+        QTest::newRow("no reader") << SIGPIPE;
+    }
+
+    void aSignalLeavesNothingBehind()
+    {
+        QFETCH(int, number);
         const QTemporaryDir directory;
         QProcess process;
         process.start(
@@ -152,12 +162,38 @@ private slots:
             invariant("vertex-connectivity", {QStringLiteral("-o"), directory.filePath(QStringLiteral("out.txt")),
                                               QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav")}));
         QTRY_VERIFY_WITH_TIMEOUT(hasFileOpenIn(process.processId(), directory.path()), 60000);
-        process.terminate();
+        ::kill(pid_t(process.processId()), number);
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-        QCOMPARE(process.exitCode(), SIGTERM);
+        QCOMPARE(process.exitCode(), number);
         QCOMPARE(process.readAllStandardError(), QByteArray());
         QVERIFY(QDir(directory.path()).isEmpty());
+    }
+
+    void aHangUpThatIsIgnoredDoesNotEndIt()
+    {
+        const QTemporaryDir directory;
+        const QString file = directory.filePath(QStringLiteral("out.txt"));
+        QProcess process;
+        process.start(QStringLiteral("bash"),
+                      {QStringLiteral("-c"), QStringLiteral("trap '' HUP; exec '%1' invariant girth -o '%2' '%3'")
+                                                 .arg(QStringLiteral(TAVOLINE_TAV), file, example("connected-8.tav"))});
+        QTRY_VERIFY_WITH_TIMEOUT(hasFileOpenIn(process.processId(), directory.path()), 60000);
+        ::kill(pid_t(process.processId()), SIGHUP);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+        QCOMPARE(contents(file).count('\n'), 12114);
+    }
+
+    void aReaderThatLeavesEndsItQuietly()
+    {
+        const QString command =
+            QStringLiteral("'%1' invariant size '%2' | head -1; echo \"${PIPESTATUS[0]}\"")
+                .arg(QStringLiteral(TAVOLINE_TAV), QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav"));
+        const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command});
+        QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n141\n"));
+        QCOMPARE(result.errors, QByteArray());
     }
 };
 
