@@ -1,6 +1,7 @@
 #include "interruption.h"
 
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 
@@ -8,7 +9,9 @@ namespace
 {
 constexpr std::array<int, 4> endingSignals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
-volatile std::sig_atomic_t lastSignal = 0;
+/// Read by all threads.
+std::atomic<int> lastSignal = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may set it");
 
 void note(int number)
 {

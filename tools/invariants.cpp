@@ -116,7 +116,7 @@ Value diameter(const SmallGraph &graph)
 
 Value radius(const SmallGraph &given)
 {
-    if (given.order == 0 || !given.isConnected()) {
+    if (!given.isConnected()) {
         return std::nullopt;
     }
     double value = 0.0;
