@@ -50,5 +50,7 @@ tavoline_tool_test(tst_guide)
 # The window.
 tavoline_window_test(tst_browsing window_fixture)
 tavoline_window_test(tst_commands window_fixture)
+tavoline_window_test(tst_loadraces window_fixture)
+tavoline_patient_test(tst_loadraces)
 tavoline_window_test(tst_mainwidget window_fixture)
 tavoline_window_test(tst_mainwindow window_fixture)
