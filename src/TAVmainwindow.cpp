@@ -5,6 +5,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
+#include <QEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
@@ -54,6 +56,18 @@ TAVMainWindow::~TAVMainWindow()
 void TAVMainWindow::about()
 {
     QMessageBox::about(this, tr("About ") + QLatin1String(applicationTitle), aboutText());
+}
+
+/// Puts the deletion of the window off while a dialog of it is up: the command that opened the dialog is still running,
+/// and holds the dialog on its stack. The end of a session closes the window at such a moment.
+bool TAVMainWindow::event(QEvent *event)
+{
+    const QDialog *dialog = event->type() == QEvent::DeferredDelete ? findChild<QDialog *>() : nullptr;
+    if (dialog != nullptr) {
+        connect(dialog, &QObject::destroyed, this, &QObject::deleteLater);
+        return true;
+    }
+    return QMainWindow::event(event);
 }
 
 void TAVMainWindow::createActions()

@@ -9,7 +9,7 @@ class QToolBar;
 class TAVMainWidget;
 
 /// The main window: four actions, a menu, a tool bar and the About box around the central widget. It deletes itself
-/// when it is closed.
+/// when it is closed, once its dialogs are gone.
 class TAVMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -21,6 +21,9 @@ public:
 public slots:
     /// Opens the About box.
     void about();
+
+protected:
+    bool event(QEvent *event) override;
 
 private:
     void createActions();

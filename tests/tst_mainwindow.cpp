@@ -15,6 +15,8 @@
 #include <QToolBar>
 #include <QtTest>
 
+#include <memory>
+
 /// The main window: actions, menu, tool bar, About box and shortcuts.
 class TestMainWindow : public QObject
 {
@@ -35,6 +37,7 @@ private slots:
     void shortcutsWorkWithoutTheToolBar();
     void viewerKeepsItsControlKeys();
     void exitClosesAndDeletesTheWindow();
+    void windowOutlivesTheDialogOfItsCommands();
 };
 
 namespace
@@ -256,6 +259,27 @@ void TestMainWindow::exitClosesAndDeletesTheWindow()
 {
     const MainWindowFixture fixture;
     action(fixture, QStringLiteral("&Exit"))->trigger();
+    QTRY_VERIFY(fixture.window.isNull());
+}
+
+// The end of a session closes the dialog and then the window; the command goes on and opens another dialog.
+void TestMainWindow::windowOutlivesTheDialogOfItsCommands()
+{
+    MainWindowFixture fixture;
+    showViewer(fixture);
+    bool windowWasThere = false;
+    std::unique_ptr<driver::DialogAnswer> warning;
+    const driver::DialogAnswer sessionEnd([&](QDialog *) {
+        warning = std::make_unique<driver::DialogAnswer>([&](QDialog *box) {
+            QTest::qWait(20);
+            windowWasThere = !fixture.window.isNull();
+            box->reject();
+        });
+        QApplication::closeAllWindows();
+    });
+    fixture.view()->slot_save();
+    QVERIFY(warning->done());
+    QVERIFY(windowWasThere);
     QTRY_VERIFY(fixture.window.isNull());
 }
 
