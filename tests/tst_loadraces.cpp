@@ -364,11 +364,11 @@ void TestLoadRaces::windowClosedDuringLoad()
         const int before = ofTheWindow.recorded().size();
         fixture.window->close();
         QTRY_VERIFY(fixture.window.isNull());
-        const QStringList whole = ofTheWindow.recorded();
-        QCOMPARE(whole, QStringList(large.expected.mid(0, whole.size())));
-        QVERIFY(whole.size() >= before);
+        const QStringList delivered = large.expected.mid(0, ofTheWindow.recorded().size());
+        QCOMPARE(ofTheWindow.recorded(), delivered);
+        QVERIFY(delivered.size() >= before);
         passPartOfALoad();
-        QCOMPARE(ofTheWindow.recorded(), whole);
+        QCOMPARE(ofTheWindow.recorded(), delivered);
     }
 }
 

@@ -82,7 +82,7 @@ void addEntries(const QMenu *menu, QVector<QAction *> &entries)
 }
 
 /// Presses and releases a key where the keyboard input goes; the press may close the window.
-void pressKey(QPointer<QWidget> target, Qt::Key key, Qt::KeyboardModifiers modifiers)
+void pressKey(const QPointer<QWidget> &target, Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
     if (target != nullptr) {
         QTest::keyPress(target, key, modifiers);
