@@ -75,9 +75,10 @@ private:
     {
 #ifdef __GLIBC__
         mallopt(M_TOP_PAD, bytes);
-        // This stops growing by itself when the step is set; as large as it can get, chunks of the file use their
-        // memory again.
+        // These stop growing by themselves when the step is set. Chunks of the file use their memory again, and what is
+        // freed record by record goes back in large steps, too.
         mallopt(M_MMAP_THRESHOLD, 32 << 20);
+        mallopt(M_TRIM_THRESHOLD, 8 << 20);
 #endif
     }
 };
