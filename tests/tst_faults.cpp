@@ -209,37 +209,36 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<int>("status");
         QTest::addColumn<int>("factor"); // how many times the size of the file may be needed
-        const auto row = [](const char *title, const QByteArray &bytes, const QByteArray &output, int status,
-                            int factor) { QTest::newRow(title) << bytes << output << status << factor; };
+        const auto row = [](const char *title, const QByteArray &bytes, const QByteArray &output, int factor) {
+            QTest::newRow(title) << bytes << output << factor;
+        };
         constexpr int million = 1000000;
         row("a name of 100 MB", QByteArray(100 * million, 'A') + "\n", "1 lines.\nData loaded : 1 nodes and 0 links.\n",
-            0, 8);
+            8);
         // A link is two bytes in this file and two pointers in the database, and a number on the way.
         row("50 million links in a line", "A" + QByteArray("\t0").repeated(50 * million) + "\n",
-            "1 lines.\nData loaded : 1 nodes and 50000000 links.\n", 0, 16);
+            "1 lines.\nData loaded : 1 nodes and 50000000 links.\n", 16);
         row("100 MB without a line end", QByteArray(100 * million, '\t'),
-            "1 lines.\nData loaded : 0 nodes and 0 links.\n", 0, 8);
+            "1 lines.\nData loaded : 0 nodes and 0 links.\n", 8);
         row("10 million empty lines", QByteArray(10 * million, '\n'),
-            "10000000 lines.\nData loaded : 0 nodes and 0 links.\n", 0, 8);
+            "10000000 lines.\nData loaded : 0 nodes and 0 links.\n", 8);
         row("an index beyond 32 bits", "A\nB\t4294967296\nC\t99999999999999999999\n",
-            "3 lines.\nData loaded : 3 nodes and 2 links.\n", 0, 8);
-        row("the largest index", "A\nB\t2147483647\n", "2 lines.\nERROR in database format.\n", 1, 8);
-        row("the smallest index", "A\nB\t-2147483648\n", "2 lines.\nERROR in database format.\n", 1, 8);
+            "3 lines.\nData loaded : 3 nodes and 2 links.\n", 8);
+        row("the largest index", "A\nB\t2147483647\n", "2 lines.\nERROR in database format.\n", 8);
+        row("the smallest index", "A\nB\t-2147483648\n", "2 lines.\nERROR in database format.\n", 8);
     }
 
     void oddDatabasesTakeMemoryInProportion()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QByteArray, output);
-        QFETCH(int, status);
         QFETCH(int, factor);
         write(path(QStringLiteral("odd.tav")), bytes);
         QProcess process;
         process.setWorkingDirectory(folder->path());
         process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
-        process.write("load odd.tav\n");
+        process.write("-load odd.tav\n"); // stays when the load fails
         const QByteArray expected = "Loading data ... please wait.\n" + output;
         QByteArray said;
         while (said.size() < expected.size() && process.waitForReadyRead(100000)) {
@@ -250,7 +249,7 @@ private slots:
         QVERIFY(memory > 0);
         process.closeWriteChannel();
         QVERIFY(process.waitForFinished(100000));
-        QCOMPARE(process.exitCode(), status);
+        QCOMPARE(process.exitCode(), 0);
         constexpr qint64 program = 100 * 1000 * 1000;
         const qint64 allowed = memoryOverhead * (program + factor * qint64(bytes.size()));
         QVERIFY2(memory < allowed, QByteArray::number(memory).constData());
