@@ -4,8 +4,12 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <csignal>
+
 int main(int argc, char *argv[])
 {
+    // The reader of the error stream, or of a FIFO that a list is saved into, may leave; the window stays.
+    std::signal(SIGPIPE, SIG_IGN);
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tavoline"));
     QApplication::setOrganizationDomain(QStringLiteral("tavoline.example"));

@@ -4,12 +4,24 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <fcntl.h>
+
 namespace
 {
+/// Opens what is no regular file. A FIFO that nobody reads is refused: a plain open would wait for a reader, and the
+/// window with it.
+bool openWithoutWaiting(QFile &file)
+{
+    const int descriptor = ::open(QFile::encodeName(file.fileName()).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    // From here on a slow reader is waited for.
+    return descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_WRONLY) == 0 &&
+           file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+}
+
 WriteResult writeDirectly(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (!openWithoutWaiting(file)) {
         return WriteResult::NotOpened;
     }
     OutputFile output(file);

@@ -22,6 +22,8 @@ public:
     explicit OutputFile(QIODevice &target) : device(target) {}
 
     void write(const QByteArray &bytes);
+    /// What was to be written cannot be had: the old file stays.
+    void giveUp() { complete = false; }
     bool tookEverything() const { return complete; }
 
 private:
@@ -31,7 +33,7 @@ private:
 
 /// Writes the file @p path with what @p write gives to the file. A file that stands there is
 /// replaced when the new one is complete, and stays as it is on any result but Written. What is no regular file, a
-/// device for example, is written to directly.
+/// device for example, is written to directly; a FIFO that nobody reads cannot be opened.
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write);
 
 #endif

@@ -1,6 +1,7 @@
 #include "olm/edge.h"
 #include "olm/graph.h"
 #include "olm/node.h"
+#include "support/fulldisk.h"
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
@@ -127,6 +128,7 @@ private slots:
     void cancelledDialogDoesNothing();
     void unwritableFileLeavesTheLayout_data();
     void unwritableFileLeavesTheLayout();
+    void fullDiskKeepsTheOldFile();
 
     void print_intoASquare();
     void print_shifted();
@@ -459,7 +461,6 @@ void TestGraphPrinting::unwritableFileLeavesTheLayout()
     graph.setPos(0, 1, 2, 3);
     graph.setPos(1, 4, 5, 6);
     const driver::DialogAnswer answer = driver::DialogAnswer::withFile(path(file));
-    QTest::ignoreMessage(QtWarningMsg, "QPainter::begin(): Returned false");
     graph.slot_print();
     QVERIFY(answer.done());
     QVERIFY(!QFile::exists(path(file)));
@@ -468,22 +469,28 @@ void TestGraphPrinting::unwritableFileLeavesTheLayout()
     QCOMPARE(graph.node(1)->getCoordZ(), 6.0);
 }
 
-void TestGraphPrinting::print_intoASquare()
+void TestGraphPrinting::fullDiskKeepsTheOldFile()
 {
     Graph graph(QStringLiteral("graph"), true);
-    fillDiagonal(graph);
-    QImage image = whiteSquare(300);
-    QPainter painter(&image);
-    graph.print(&painter, 300);
-    QCOMPARE(inkAt(image, QPointF(50, 50)), Ink::Disc);
-    QCOMPARE(inkAt(image, QPointF(250, 250)), Ink::Disc);
-    QCOMPARE(inkAt(image, QPointF(150, 150)), Ink::Line);
-    QCOMPARE(inkAt(image, QPointF(50, 250)), Ink::Paper);
-    // The painter is where it was; the vertices stay where they were put for the drawing.
-    QVERIFY(painter.transform().isIdentity());
-    QCOMPARE(graph.node(0)->position(), QPointF(-100, -100));
-    QCOMPARE(graph.node(1)->position(), QPointF(100, 100));
-    QCOMPARE(graph.node(1)->getCoordZ(), 0.0);
+    fill(graph, QStringLiteral("2 1"));
+    QFile old(printed(graph));
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    const QByteArray bytes = old.readAll();
+    const driver::DialogAnswer answer([&](QDialog *shown) {
+        auto *dialog = qobject_cast<QFileDialog *>(shown);
+        dialog->setOption(QFileDialog::DontConfirmOverwrite);
+        driver::chooseFile(dialog, old.fileName());
+    });
+    {
+        const FullDisk disk;
+        graph.slot_print();
+    }
+    QVERIFY(answer.done());
+    QFile file(old.fileName());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), bytes);
+    QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("graph.pdf.*")}, QDir::AllEntries | QDir::Hidden),
+             QStringList());
 }
 
 void TestGraphPrinting::print_shifted()

@@ -6,7 +6,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <fstream>
+#include <future>
+#include <iterator>
 #include <memory>
+#include <sys/stat.h>
 
 namespace
 {
@@ -36,6 +40,8 @@ private slots:
     void fullDiskLeavesNoNewFile();
     void targetsThatCannotBeOpened();
     void devices();
+    void aFifo();
+    void givingUpKeepsTheOldFile();
 
 private:
     QString path(const char *name) const { return directory->filePath(QString::fromLatin1(name)); }
@@ -116,6 +122,40 @@ void TestOutputFile::devices()
     QCOMPARE(writeFile(QStringLiteral("/dev/null"), text("x")), WriteResult::Written);
     QCOMPARE(writeFile(QStringLiteral("/dev/full"), text("x")), WriteResult::Failed);
     QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(1000000, 'x'))), WriteResult::Failed);
+}
+
+void TestOutputFile::aFifo()
+{
+    const std::string name = path("fifo").toStdString();
+    QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
+    QCOMPARE(writeFile(path("fifo"), text("x")), WriteResult::NotOpened);
+
+    // More than the FIFO holds: the writer waits for its reader.
+    const std::string longText(1000000, 'x');
+    auto arrived = std::async(std::launch::async, [&] {
+        std::ifstream reader(name);
+        return std::string(std::istreambuf_iterator<char>(reader), {});
+    });
+    WriteResult result = WriteResult::NotOpened;
+    const auto isOpened = [&] {
+        result = writeFile(path("fifo"), text(longText.c_str()));
+        return result != WriteResult::NotOpened;
+    };
+    QVERIFY(QTest::qWaitFor(isOpened));
+    QCOMPARE(result, WriteResult::Written);
+    QVERIFY(arrived.get() == longText);
+}
+
+void TestOutputFile::givingUpKeepsTheOldFile()
+{
+    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
+    const WriteResult result = writeFile(path("file"), [](OutputFile &file) {
+        file.write("new");
+        file.giveUp();
+    });
+    QCOMPARE(result, WriteResult::Failed);
+    QCOMPARE(contents(path("file")), QByteArray("old"));
+    QCOMPARE(files(), QStringList{QStringLiteral("file")});
 }
 
 QTEST_GUILESS_MAIN(TestOutputFile)

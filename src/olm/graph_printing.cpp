@@ -1,12 +1,14 @@
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
+#include "outputfile.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrinter>
+#include <QTemporaryFile>
 
 #include <algorithm>
 
@@ -28,6 +30,21 @@ template<typename Item> void paintAt(QPainter *painter, Item *item, QPointF orig
     item->paint(painter, nullptr, nullptr);
     painter->translate(-place);
 }
+
+/// Writes the page with @p graph to the PDF file @p path. The vertices are left where the page has them.
+void printToFile(Graph &graph, const QString &path)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setResolution(dotsPerInch);
+    printer.setFullPage(true);
+    printer.setOutputFileName(path);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageSizeMM(QSizeF(pageSide, pageSide));
+    const QRect page = printer.pageRect();
+
+    QPainter painter(&printer);
+    graph.print(&painter, std::min(page.width(), page.height()));
+}
 } // namespace
 
 void Graph::slot_print()
@@ -40,20 +57,21 @@ void Graph::slot_print()
     }
     setWD(QFileInfo(path).dir().path());
 
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setResolution(dotsPerInch);
-    printer.setFullPage(true);
-    printer.setOutputFileName(path);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setPageSizeMM(QSizeF(pageSide, pageSide));
-    const QRect page = printer.pageRect();
-
-    QPainter painter;
-    if (!painter.begin(&printer)) {
+    // The printer would empty a file that stands there before it writes, and does not tell when the disk is full.
+    QTemporaryFile pdf;
+    if (!pdf.open()) {
         return;
     }
-    print(&painter, std::min(page.width(), page.height()));
-    slot_rescale(uniformScale);
+    writeFile(path, [&](OutputFile &output) {
+        printToFile(*this, pdf.fileName());
+        slot_rescale(uniformScale);
+        const QByteArray bytes = pdf.readAll();
+        if (bytes.endsWith("%%EOF\n")) {
+            output.write(bytes);
+        } else {
+            output.giveUp();
+        }
+    });
 }
 
 void Graph::print(QPainter *painter, double size, double dx, double dy)
