@@ -493,6 +493,24 @@ void TestGraphPrinting::fullDiskKeepsTheOldFile()
              QStringList());
 }
 
+void TestGraphPrinting::print_intoASquare()
+{
+    Graph graph(QStringLiteral("graph"), true);
+    fillDiagonal(graph);
+    QImage image = whiteSquare(300);
+    QPainter painter(&image);
+    graph.print(&painter, 300);
+    QCOMPARE(inkAt(image, QPointF(50, 50)), Ink::Disc);
+    QCOMPARE(inkAt(image, QPointF(250, 250)), Ink::Disc);
+    QCOMPARE(inkAt(image, QPointF(150, 150)), Ink::Line);
+    QCOMPARE(inkAt(image, QPointF(50, 250)), Ink::Paper);
+    // The painter is where it was; the vertices stay where they were put for the drawing.
+    QVERIFY(painter.transform().isIdentity());
+    QCOMPARE(graph.node(0)->position(), QPointF(-100, -100));
+    QCOMPARE(graph.node(1)->position(), QPointF(100, 100));
+    QCOMPARE(graph.node(1)->getCoordZ(), 0.0);
+}
+
 void TestGraphPrinting::print_shifted()
 {
     Graph graph(QStringLiteral("graph"), true);
