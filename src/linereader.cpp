@@ -18,10 +18,7 @@ LineReader::LineReader(QIODevice &source, int blockSize)
 
 LineReader::Status LineReader::next(std::string_view &line)
 {
-    const Status status = take(line, [](std::string_view unread, size_t searched) {
-        const void *newline = std::memchr(unread.data() + searched, '\n', unread.size() - searched);
-        return newline != nullptr ? size_t(static_cast<const char *>(newline) - unread.data()) + 1 : 0;
-    });
+    const Status status = take(line, [](std::string_view bytes) { return bytes.find('\n'); });
     if (status == Status::Line && line.back() == '\n') {
         line.remove_suffix(1);
     }
@@ -30,19 +27,19 @@ LineReader::Status LineReader::next(std::string_view &line)
 
 LineReader::Status LineReader::nextLines(std::string_view &lines)
 {
-    return take(lines, [](std::string_view unread, size_t) { return unread.rfind('\n') + 1; });
+    return take(lines, [](std::string_view bytes) { return bytes.rfind('\n'); });
 }
 
-/// Hands out what is read up to where @p findEnd says, reading on as long as that is 0; the first @p searched bytes of
-/// what it is given then held no end before.
-LineReader::Status LineReader::take(std::string_view &bytes, FindEnd findEnd)
+/// Hands out what is read up to the newline that @p findNewline finds, reading on as long as there is none.
+LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNewline)
 {
     size_t searched = 0;
     for (;;) {
         const std::string_view unread(buffer.constData() + begin, size_t(end - begin));
-        if (const size_t length = findEnd(unread, searched); length > 0) {
-            bytes = unread.substr(0, length);
-            begin += int(length);
+        // Each byte is searched once, however long the line is.
+        if (const size_t newline = findNewline(unread.substr(searched)); newline != std::string_view::npos) {
+            bytes = unread.substr(0, searched + newline + 1);
+            begin += int(bytes.size());
             return Status::Line;
         }
         searched = unread.size();

@@ -23,8 +23,8 @@ public:
         TooLong, ///< a line is longer than MaxLineLength
     };
 
-    /// The longest line in bytes: what a QString can hold of it with room to spare.
-    static constexpr int MaxLineLength = 1 << 30;
+    /// The longest line in bytes: half of what a QString can hold.
+    static constexpr int MaxLineLength = 1 << 29;
 
     /// Reads @p source, which is open and outlives the reader, @p blockSize bytes at a time.
     explicit LineReader(QIODevice &source, int blockSize = 1 << 18);
@@ -38,8 +38,8 @@ public:
     Status nextLines(std::string_view &lines);
 
 private:
-    using FindEnd = size_t (*)(std::string_view unread, size_t searched);
-    Status take(std::string_view &bytes, FindEnd findEnd);
+    using FindNewline = size_t (*)(std::string_view bytes);
+    Status take(std::string_view &bytes, FindNewline findNewline);
     Status readBlock();
 
     QIODevice &device;

@@ -107,6 +107,8 @@ private slots:
     void staysAtTheEnd();
     void lineIsLeftAloneWithoutALine();
     void refusesAnEndlessLine();
+    void severalLinesAtATime();
+    void longLinesTakeTimeInProportion();
 };
 
 void TestLineReader::lines_data()
@@ -216,6 +218,45 @@ void TestLineReader::refusesAnEndlessLine()
     LineReader reader(device, 1 << 24);
     std::string_view line;
     QCOMPARE(reader.next(line), LineReader::Status::TooLong);
+}
+
+void TestLineReader::severalLinesAtATime()
+{
+    std::mt19937 generator(4712);
+    for (int round = 0; round < 500; ++round) {
+        QByteArray content(int(generator() % 300), 'a');
+        for (int newlines = int(generator() % 30); newlines > 0 && !content.isEmpty(); --newlines) {
+            content[int(generator() % unsigned(content.size()))] = '\n';
+        }
+        DribblingDevice device(content, 1 + generator() % 100, 0);
+        LineReader reader(device, 1 + int(generator() % 64));
+        QByteArray all;
+        std::string_view lines;
+        LineReader::Status status = LineReader::Status::Line;
+        while ((status = reader.nextLines(lines)) == LineReader::Status::Line) {
+            all.append(lines.data(), int(lines.size()));
+            QVERIFY(!lines.empty());
+            QVERIFY(lines.back() == '\n' || all.size() == content.size());
+        }
+        QCOMPARE(status, LineReader::Status::End);
+        QCOMPARE(all, content);
+    }
+}
+
+void TestLineReader::longLinesTakeTimeInProportion()
+{
+    // A million blocks: a reader that looked at the whole line again after each would never end.
+    QByteArray content((1 << 24) - 1, 'x');
+    content += '\n';
+    for (const auto read : {&LineReader::next, &LineReader::nextLines}) {
+        QBuffer device(&content);
+        QVERIFY(device.open(QIODevice::ReadOnly));
+        LineReader reader(device, 16);
+        std::string_view line;
+        QCOMPARE((reader.*read)(line), LineReader::Status::Line);
+        QVERIFY(content.startsWith(QByteArray::fromRawData(line.data(), int(line.size()))));
+        QVERIFY(line.size() >= size_t(content.size()) - 1);
+    }
 }
 
 QTEST_APPLESS_MAIN(TestLineReader)
