@@ -45,7 +45,7 @@ void TAVGraph::maxOver1() { extremum({&over}, std::greater<>()); }
 void TAVGraph::maxAll1()  { extremum({&sub, &over}, std::greater<>()); }
 // clang-format on
 
-void TAVGraph::average(Neighbours lists)
+void TAVGraph::average(Lists lists)
 {
     double sum = 0.0;
     double count = 0.0;
@@ -64,7 +64,7 @@ void TAVGraph::average(Neighbours lists)
 }
 
 // The comparison is strict, so that a NaN that comes first stays and a later one is ignored.
-template<typename Better> void TAVGraph::extremum(Neighbours lists, Better better)
+template<typename Better> void TAVGraph::extremum(Lists lists, Better better)
 {
     errInv2 = true;
     for (const QList<TAVGraph *> *list : lists) {

@@ -70,19 +70,19 @@ public:
     void maxAll1();
 
 private:
-    using Neighbours = std::initializer_list<const QList<TAVGraph *> *>;
-    void average(Neighbours lists);
-    template<typename Better> void extremum(Neighbours lists, Better better);
+    using Lists = std::initializer_list<const QList<TAVGraph *> *>;
+    void average(Lists lists);
+    template<typename Better> void extremum(Lists lists, Better better);
 
     QList<TAVGraph *> sub;
     QList<TAVGraph *> over;
     QString name;
     bool checked = false;
-    int position = -1;
     double inv1 = 0.0;
     double inv2 = 0.0;
     bool errInv1 = true;
     bool errInv2 = true;
+    int position = -1;
 };
 
 #endif

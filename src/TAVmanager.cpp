@@ -5,6 +5,8 @@
 #include "linereader.h"
 #include "nameset.h"
 #include "outputfile.h"
+#include "parallel.h"
+#include "textline.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -12,6 +14,9 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <new>
+#include <optional>
+#include <utility>
 
 namespace
 {
@@ -41,6 +46,43 @@ QStringList intersectionOf(const QStringList &a, const QStringList &b)
 QStringList differenceOf(const QStringList &a, const QStringList &b)
 {
     return selectFrom(a, b, false);
+}
+
+/// The lines of a list file that are not empty; nothing when they cannot be read.
+std::optional<QStringList> readNames(QIODevice &file)
+{
+    QStringList names;
+    LineReader reader(file);
+    std::string_view line;
+    LineReader::Status status = LineReader::Status::Line;
+    try {
+        bool first = true;
+        for (; (status = reader.next(line)) == LineReader::Status::Line; first = false) {
+            QString name = isPlain(line) ? plainText(line) : decodeText(line, first);
+            if (!name.isEmpty()) {
+                names.append(std::move(name));
+            }
+        }
+    } catch (const std::bad_alloc &) { // more names than a list can hold
+        return std::nullopt;
+    }
+    return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;
+}
+
+void writeNames(const QStringList &names, OutputFile &file)
+{
+    constexpr size_t namesAtOnce = 1 << 14;
+    const auto linesOf = [&names](size_t begin, size_t end) {
+        QByteArray lines;
+        for (size_t i = begin; i < end; ++i) {
+            if (i > 0) {
+                lines.append('\n');
+            }
+            lines.append(names.at(int(i)).toLatin1());
+        }
+        return lines;
+    };
+    forEachPiece(size_t(names.size()), namesAtOnce, linesOf, [&file](const QByteArray &lines) { file.write(lines); });
 }
 } // namespace
 
@@ -158,14 +200,12 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
         emit signal_console(QStringLiteral("Unable to open file :") + fileName);
         return refuse();
     }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
+    const std::optional<QStringList> names = readNames(file);
+    if (!names) {
         emit signal_console(QStringLiteral("Unable to read file :") + fileName);
         return refuse();
     }
-    file.close();
-    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
-    return addList(newName, text.split(QLatin1Char('\n'), Qt::SkipEmptyParts));
+    return addList(newName, *names);
 }
 
 bool TAVManager::saveList(const QString &listName, const QString &fileName)
@@ -174,8 +214,8 @@ bool TAVManager::saveList(const QString &listName, const QString &fileName)
     if (index < 0) {
         return refuse();
     }
-    const QByteArray text = lists.at(index)->getList().join(QLatin1Char('\n')).toLatin1();
-    switch (writeFile(fileName, [&text](OutputFile &file) { file.write(text); })) {
+    const QStringList names = lists.at(index)->getList();
+    switch (writeFile(fileName, [&names](OutputFile &file) { writeNames(names, file); })) {
     case WriteResult::Written:
         emit signal_manager_ready();
         return true;
@@ -245,6 +285,16 @@ void TAVManager::loadDatabase(const QString &fileName)
     engine->setFilename(fileName);
     loading = true;
     engine->start(QThread::InheritPriority);
+    if (!engine->isRunning() && !engine->isFinished()) {
+        // The system has no thread left. The outcome comes later, as that of any load does.
+        QMetaObject::invokeMethod(
+            mailbox,
+            [this] {
+                slot_console(tr("Unable to start loading."));
+                slot_load_failed();
+            },
+            Qt::QueuedConnection);
+    }
 }
 
 void TAVManager::resetDatabase()

@@ -3,6 +3,7 @@
 #include "databasechunk.h"
 #include "databaseline.h"
 #include "databaselinks.h"
+#include "heap.h"
 #include "invariantline.h"
 #include "linereader.h"
 #include "nameset.h"
@@ -15,11 +16,8 @@
 #include <iostream>
 #include <iterator>
 #include <limits>
+#include <new>
 #include <utility>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace
 {
@@ -51,37 +49,6 @@ bool openDatabase(QFile &file)
     }
     return opened;
 }
-
-/// Gives the memory of what was deleted back to the system: the C library keeps hundreds of megabytes otherwise.
-void releaseFreeMemory()
-{
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
-}
-
-/// While it lives, threads take memory from the system in pieces of this size: the C library otherwise asks for every
-/// page of a thread's heap by itself, half a million times in the load of a large database.
-class LargeHeapSteps
-{
-public:
-    LargeHeapSteps() { setStep(64 << 20); }
-    ~LargeHeapSteps() { setStep(128 << 10); }
-    LargeHeapSteps(const LargeHeapSteps &) = delete;
-    LargeHeapSteps &operator=(const LargeHeapSteps &) = delete;
-
-private:
-    static void setStep([[maybe_unused]] int bytes)
-    {
-#ifdef __GLIBC__
-        mallopt(M_TOP_PAD, bytes);
-        // These stop growing by themselves when the step is set. Chunks of the file use their memory again, and what is
-        // freed record by record goes back in large steps, too.
-        mallopt(M_MMAP_THRESHOLD, 32 << 20);
-        mallopt(M_TRIM_THRESHOLD, 8 << 20);
-#endif
-    }
-};
 
 void prefetch(const TAVGraph *graph)
 {
@@ -119,12 +86,12 @@ void TAVSearchEngine::setFilename(const QString &path)
 void TAVSearchEngine::run()
 {
     emit signal_console(QStringLiteral("Loading data ... please wait."));
-    qint64 lineCount = 0;
     qint64 linkCount = 0;
-    Outcome outcome = countLines(lineCount);
-    if (outcome == Outcome::Done) {
-        emit signal_console(QStringLiteral("%1 lines.").arg(lineCount));
-        outcome = readRecords(lineCount, linkCount);
+    Outcome outcome = Outcome::Failed;
+    try {
+        outcome = readFile(linkCount);
+    } catch (const std::bad_alloc &) { // a list of links, for example, that is longer than a list can be
+        rejectUnreadable(filename);
     }
     if (outcome == Outcome::Done) {
         emit signal_console(QStringLiteral("Data loaded : %1 nodes and %2 links.").arg(graphs.size()).arg(linkCount));
@@ -187,8 +154,8 @@ void TAVSearchEngine::clear()
 void TAVSearchEngine::eraseDatabase()
 {
     graphs = QVector<TAVGraph *>();
-    forEachRange(storage.size(), 1, processorCount(), [this](size_t i, size_t) { storage[i] = {}; });
-    storage = {};
+    forEachRange(storage.size(), 1, threadCount(), [this](size_t i, size_t) { storage[i] = std::vector<TAVGraph>(); });
+    storage.clear();
     releaseFreeMemory();
 }
 
@@ -273,6 +240,17 @@ QStringList TAVSearchEngine::I1leI2graphs() const
     return namesWhere(graphs, [](double inv1, double inv2) { return inv2 + TOLERANCE >= inv1; });
 }
 
+TAVSearchEngine::Outcome TAVSearchEngine::readFile(qint64 &linkCount)
+{
+    qint64 lineCount = 0;
+    const Outcome counted = countLines(lineCount);
+    if (counted != Outcome::Done) {
+        return counted;
+    }
+    emit signal_console(QStringLiteral("%1 lines.").arg(lineCount));
+    return readRecords(lineCount, linkCount);
+}
+
 TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
 {
     QFile file(filename);
@@ -301,7 +279,6 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
     if (!openDatabase(file)) {
         return Outcome::Failed;
     }
-    const LargeHeapSteps steps;
     DatabaseReader reader(file, chunkLength);
     DatabaseChunk chunk;
     std::vector<RecordLinks> links;
@@ -329,14 +306,20 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
         return Outcome::Failed;
     }
     linkRecords(graphs, firstNew, std::move(links), [this] { return isInterruptionRequested(); });
+    if (isInterruptionRequested()) {
+        return Outcome::Interrupted;
+    }
     releaseFreeMemory();
-    return isInterruptionRequested() ? Outcome::Interrupted : Outcome::Done;
+    return Outcome::Done;
 }
 
 /// Appends the records of @p chunk, without links. Returns the number in the chunk of the first line with an index that
 /// names no record up to its own, with the records before it in place, or nothing when all are good.
 std::optional<qint64> TAVSearchEngine::addRecords(DatabaseChunk &chunk)
 {
+    if (chunk.records.empty()) {
+        return std::nullopt; // nothing but empty lines, for which room was made all the same
+    }
     storage.push_back(std::move(chunk.records));
     auto index = chunk.links.indices.begin();
     for (size_t i = 0; i < storage.back().size(); ++i) {
@@ -459,7 +442,7 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
     };
     const NameSet seeds(names);
     std::vector<char> isSeed(size_t(graphs.size()), 0);
-    forEachRange(isSeed.size(), graphsAtOnce, processorCount(), [&](size_t begin, size_t end) {
+    forEachRange(isSeed.size(), graphsAtOnce, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             isSeed[i] = seeds.contains(graphs.at(int(i))->getName()) ? 1 : 0;
         }
@@ -482,7 +465,7 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
 
 void TAVSearchEngine::forEachGraph(void (TAVGraph::*operation)())
 {
-    forEachRange(size_t(graphs.size()), graphsAtOnce, processorCount(), [&](size_t begin, size_t end) {
+    forEachRange(size_t(graphs.size()), graphsAtOnce, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             (graphs.at(int(i))->*operation)();
         }

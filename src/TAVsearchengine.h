@@ -115,6 +115,7 @@ signals:
 private:
     enum class Outcome { Done, Failed, Interrupted };
 
+    Outcome readFile(qint64 &linkCount);
     Outcome countLines(qint64 &lineCount);
     Outcome readRecords(qint64 lineCount, qint64 &linkCount);
     std::optional<qint64> addRecords(DatabaseChunk &chunk);
@@ -133,9 +134,9 @@ private:
 
     QString filename;
     QVector<TAVGraph *> graphs;
-    std::vector<std::vector<TAVGraph>> storage; // the records themselves; none of the inner vectors ever grows anew
     QStringList spareListA;
     QStringList spareListB;
+    std::vector<std::vector<TAVGraph>> storage; // the records themselves; none of the inner vectors ever grows anew
 };
 
 #endif

@@ -34,9 +34,9 @@ DatabaseReader::DatabaseReader(QIODevice &source, int chunkLength) : reader(sour
 LineReader::Status DatabaseReader::next(DatabaseChunk &chunk)
 {
     std::string_view lines;
-    while (status == LineReader::Status::Line && ahead.size() <= size_t(processorCount()) &&
+    while (status == LineReader::Status::Line && ahead.size() <= size_t(threadCount()) &&
            (status = reader.nextLines(lines)) == LineReader::Status::Line) {
-        ahead.push(std::async(std::launch::async, [bytes = std::string(lines)] { return parseDatabaseChunk(bytes); }));
+        ahead.push(std::async(threadIfPossible, [bytes = std::string(lines)] { return parseDatabaseChunk(bytes); }));
     }
     if (ahead.empty()) {
         return status;

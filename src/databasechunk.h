@@ -4,9 +4,8 @@
 #include "TAVgraph.h"
 #include "linereader.h"
 
-#include <queue>
-
 #include <future>
+#include <queue>
 #include <string_view>
 #include <vector>
 

@@ -2,8 +2,6 @@
 
 #include "textline.h"
 
-#include <QVector>
-
 #include <algorithm>
 
 namespace
@@ -51,10 +49,11 @@ bool parseDatabaseLine(std::string_view bytes, DatabaseLine &line)
 
 void splitDatabaseLine(const QString &text, DatabaseLine &line)
 {
-    const QVector<QStringRef> fields = text.splitRef(QLatin1Char('\t'));
-    line.name = fields.first().toString();
+    QStringRef rest(&text);
+    bool more = false;
+    line.name = takeField(rest, more).toString();
     line.indices.clear();
-    for (auto field = fields.begin() + 1; field != fields.end(); ++field) {
-        line.indices.push_back(field->toInt());
+    while (more) {
+        line.indices.push_back(takeField(rest, more).toInt());
     }
 }

@@ -10,6 +10,7 @@
 namespace
 {
 using Records = QList<TAVGraph *>;
+using Stop = std::function<bool()>;
 
 /// A list of @p length entries and one more: every list up to that length is cut out of it in one step, and is a copy.
 Records blankList(quint32 length)
@@ -40,10 +41,13 @@ void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &li
 }
 
 /// By position: how often a record is named.
-std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks> &links)
+std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks> &links, const Stop &stop)
 {
     std::vector<quint32> counts(size_t(graphCount), 0);
     for (const RecordLinks &piece : links) {
+        if (stop()) {
+            return counts;
+        }
         for (const int index : piece.indices) {
             ++counts[size_t(index)];
         }
@@ -75,9 +79,9 @@ std::vector<size_t> shareOut(const std::vector<quint32> &counts, size_t parts)
 }
 
 /// Makes the super-graph lists of the records at the positions [begin, end), @p counts telling how many links each
-/// gets.
+/// gets; none when it is stopped.
 void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector<RecordLinks> &links,
-                 const std::vector<quint32> &counts, size_t begin, size_t end)
+                 const std::vector<quint32> &counts, size_t begin, size_t end, const Stop &stop)
 {
     const auto at = [&](size_t position) { return counts.begin() + std::ptrdiff_t(position); };
     const Records blank = blankList(*std::max_element(at(begin), at(end)));
@@ -91,6 +95,9 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
     }
     int position = first;
     for (const RecordLinks &piece : links) {
+        if (stop()) {
+            return;
+        }
         auto index = piece.indices.begin();
         for (const quint32 count : piece.counts) {
             TAVGraph *graph = graphs.at(position++);
@@ -108,21 +115,22 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
 }
 } // namespace
 
-void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> &&links,
+void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> links,
                  const std::function<bool()> &stop)
 {
-    const std::vector<quint32> counts = countNamings(graphs.size(), links);
-    const std::vector<size_t> bounds = shareOut(counts, size_t(processorCount()));
-    forEachRange(bounds.size() - 1, 1, processorCount(), [&](size_t part, size_t) {
-        if (!stop()) {
-            linkUpwards(graphs, first, links, counts, bounds[part], bounds[part + 1]);
-        }
+    const std::vector<quint32> counts = countNamings(graphs.size(), links, stop);
+    if (stop()) {
+        return; // the counts are not those of all links
+    }
+    const std::vector<size_t> bounds = shareOut(counts, size_t(threadCount()));
+    forEachRange(bounds.size() - 1, 1, threadCount(), [&](size_t part, size_t) {
+        linkUpwards(graphs, first, links, counts, bounds[part], bounds[part + 1], stop);
     });
     std::vector<int> firstOfPiece = {first};
     for (const RecordLinks &piece : links) {
         firstOfPiece.push_back(firstOfPiece.back() + int(piece.counts.size()));
     }
-    forEachRange(links.size(), 1, processorCount(), [&](size_t i, size_t) {
+    forEachRange(links.size(), 1, threadCount(), [&](size_t i, size_t) {
         if (!stop()) {
             linkDownwards(graphs, firstOfPiece[i], links[i]);
         }

@@ -14,7 +14,7 @@
 ///
 /// Each list is made once, at its size, and filled where it stands: lists that grow link by link cost most of the time
 /// and much of the memory of a load.
-void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> &&links,
+void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> links,
                  const std::function<bool()> &stop);
 
 #endif

@@ -2,8 +2,6 @@
 
 #include "textline.h"
 
-#include <QVector>
-
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -40,17 +38,17 @@ void appendNumber(QByteArray &text, double value)
 bool parseInvariantLine(std::string_view bytes, InvariantLine &line)
 {
     bytes = withoutLineEnd(bytes);
+    bool more = false;
     if (!isPlain(bytes)) {
         const QString text = decodeLine(bytes);
-        const QVector<QStringRef> fields = text.splitRef(QLatin1Char('\t'));
-        if (fields.size() < 2) {
+        QStringRef rest(&text);
+        line.name = takeField(rest, more).toString();
+        if (!more) {
             return false;
         }
-        line.name = fields.at(0).toString();
-        setValue(line, fields.at(1).toString());
+        setValue(line, takeField(rest, more).toString());
         return true;
     }
-    bool more = false;
     const std::string_view name = takeField(bytes, more);
     if (!more) {
         return false;

@@ -1,5 +1,6 @@
 #include "TAVmainwindow.h"
 #include "applicationtitle.h"
+#include "heap.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -8,6 +9,7 @@
 
 int main(int argc, char *argv[])
 {
+    useLargeHeapSteps();
     // The reader of the error stream, or of a FIFO that a list is saved into, may leave; the window stays.
     std::signal(SIGPIPE, SIG_IGN);
     QApplication application(argc, argv);

@@ -3,6 +3,7 @@
 #include "parallel.h"
 
 #include <QHash>
+#include <QRandomGenerator>
 
 #include <utility>
 
@@ -24,12 +25,13 @@ size_t tableLength(int nameCount)
 
 NameSet::NameSet(QStringList list)
     : names(std::move(list))
+    , seed(QRandomGenerator::global()->generate())
     , hashes(size_t(names.size()))
     , places(tableLength(names.size()), 0)
 {
-    forEachRange(hashes.size(), namesAtOnce, processorCount(), [this](size_t begin, size_t end) {
+    forEachRange(hashes.size(), namesAtOnce, threadCount(), [this](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
-            hashes[i] = qHash(names.at(int(i)));
+            hashes[i] = qHash(names.at(int(i)), seed);
         }
     });
     for (size_t i = 0; i < hashes.size(); ++i) {
@@ -39,7 +41,7 @@ NameSet::NameSet(QStringList list)
 
 bool NameSet::contains(const QString &name) const
 {
-    return places[slotOf(name, qHash(name))] != 0;
+    return places[slotOf(name, qHash(name, seed))] != 0;
 }
 
 /// Where @p name, which has this hash, stands in the table, or would stand.

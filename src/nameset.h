@@ -19,6 +19,7 @@ private:
     size_t slotOf(const QString &name, uint hash) const;
 
     QStringList names;
+    uint seed;                   // another one each time: nobody can choose names that all have the same hash
     std::vector<uint> hashes;    // by place in the list
     std::vector<quint32> places; // by hash, with linear probing: a place in the list and one, or 0
 };

@@ -200,7 +200,7 @@ private:
     /// all as a rule, at the same time, and then the others one after the other.
     void visitBatch(size_t begin, size_t end)
     {
-        forEachRange(end - begin, pieceLength, processorCount(), [&](size_t from, size_t to) {
+        forEachRange(end - begin, pieceLength, threadCount(), [&](size_t from, size_t to) {
             for (size_t step = begin + from; step < begin + to; ++step) {
                 visit(positionOf(step), begin);
             }
@@ -294,7 +294,7 @@ QStringList namesOf(const std::vector<TAVGraph *> &graphs)
     // To share a name is to write to its count of users, and that is to wait for its memory: several can at a time.
     constexpr size_t namesAtOnce = 1 << 14;
     const QStringList::iterator first = names.begin();
-    forEachRange(graphs.size(), namesAtOnce, processorCount(), [&](size_t begin, size_t end) {
+    forEachRange(graphs.size(), namesAtOnce, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             *(first + int(i)) = graphs[i]->getName();
         }

@@ -36,7 +36,8 @@ enum class Match {
 /// NaN counts neither for nor against, and the walk does not go on from it.
 ///
 /// @p graphs is the database: each record knows its position in it, and its sub-graphs are earlier records or itself.
-/// Takes time in proportion to the number of links.
+/// Takes time in proportion to the number of links, and for Equal, once more for each different I1 below 6e-8 in
+/// magnitude from which some I2 is exactly 1e-8 away, to the number of records with about that I2 and of their links.
 QStringList walkNeighbours(const QVector<TAVGraph *> &graphs, Neighbours neighbours, Match match);
 
 #endif

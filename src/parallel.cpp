@@ -1,23 +1,31 @@
 #include "parallel.h"
 
 #include <QThread>
-#include <queue>
 
 #include <algorithm>
 #include <atomic>
-#include <future>
+#include <queue>
 #include <vector>
 
 namespace
 {
-/// Makes a thread for the work. Where no more can be made, get() of the future does it: the library falls back on that
-/// when both are allowed.
-constexpr std::launch threadIfPossible = std::launch::async | std::launch::deferred;
+std::atomic<int> chosenThreadCount = 0;
 } // namespace
 
 int processorCount()
 {
     return std::max(1, QThread::idealThreadCount());
+}
+
+int threadCount()
+{
+    const int chosen = chosenThreadCount;
+    return chosen > 0 ? chosen : processorCount();
+}
+
+void setThreadCount(int count)
+{
+    chosenThreadCount = count;
 }
 
 void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
@@ -45,7 +53,7 @@ void forEachPiece(std::size_t count, std::size_t pieceLength,
 {
     std::queue<std::future<QByteArray>> ahead;
     for (std::size_t begin = 0; begin < count || !ahead.empty();) {
-        for (; begin < count && ahead.size() <= std::size_t(processorCount()); begin += pieceLength) {
+        for (; begin < count && ahead.size() <= std::size_t(threadCount()); begin += pieceLength) {
             ahead.push(std::async(threadIfPossible, make, begin, std::min(begin + pieceLength, count)));
         }
         take(ahead.front().get());

@@ -5,9 +5,20 @@
 
 #include <cstddef>
 #include <functional>
+#include <future>
 
-/// How many threads work that is not given a number of its own is shared out to.
+/// The policy of std::async that makes a thread for the work. Where no more can be made, get() of the future does it:
+/// the library falls back on that when both are allowed.
+constexpr std::launch threadIfPossible = std::launch::async | std::launch::deferred;
+
+/// The number of processors, at least 1.
 int processorCount();
+
+/// How many threads work that is not given a number of its own is shared out to: setThreadCount()'s, else
+/// processorCount().
+int threadCount();
+/// Sets threadCount(), for work that starts from now on; 0 for the number of processors.
+void setThreadCount(int count);
 
 /// Calls @p work for ranges [begin, end) that together make up [0, @p count), on @p jobs threads, the caller's being
 /// one of them. A thread takes a range of @p pieceLength at a time, in ascending order. Returns when all are done;
