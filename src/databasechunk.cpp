@@ -4,6 +4,7 @@
 #include "parallel.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -36,7 +37,9 @@ LineReader::Status DatabaseReader::next(DatabaseChunk &chunk)
     std::string_view lines;
     while (status == LineReader::Status::Line && ahead.size() <= size_t(threadCount()) &&
            (status = reader.nextLines(lines)) == LineReader::Status::Line) {
-        ahead.push(std::async(threadIfPossible, [bytes = std::string(lines)] { return parseDatabaseChunk(bytes); }));
+        // The library loses work that is moved into a thread which cannot be made: it gets a copy, of a pointer.
+        const auto parse = [bytes = std::make_shared<const std::string>(lines)] { return parseDatabaseChunk(*bytes); };
+        ahead.push(std::async(threadIfPossible, parse));
     }
     if (ahead.empty()) {
         return status;

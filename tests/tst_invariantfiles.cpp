@@ -2,6 +2,7 @@
 #include "support/loadedengine.h"
 #include "support/signalrecorder.h"
 #include "support/testdata.h"
+#include "support/threads.h"
 
 #include <QFileInfo>
 #include <QtTest>
@@ -17,6 +18,7 @@ private slots:
     void savedBytes();
     void oneThird();
     void savedGraphs();
+    void aHundredThousandGraphs();
     void saveI1LoadI2();
     void numbersComeBack();
     void missingHeaderLosesTheFirstLine();
@@ -66,6 +68,28 @@ void TestInvariantFiles::savedGraphs()
     LoadedEngine database("b\na\t0\n\xc3\xa9\nb\n");
     QVERIFY(database.engine.saveGraphs(database.path("all.g6")));
     QCOMPARE(contents(database.path("all.g6")), QByteArray("b\na\n\xe9\nb\n"));
+}
+
+void TestInvariantFiles::aHundredThousandGraphs()
+{
+    // More than a thread takes at a time.
+    constexpr int count = 100000;
+    QByteArray names;
+    QByteArray inv1 = "GRAPH\tINV1\n";
+    for (int i = 0; i < count; ++i) {
+        const QByteArray name = "G" + QByteArray::number(i);
+        names += name + '\n';
+        inv1 += name + '\t' + (i % 7 == 0 ? QByteArray("NA") : QByteArray::number(i / 8.0)) + '\n';
+    }
+    LoadedEngine database(names);
+    for (const int threads : {1, 2, 3, 8}) {
+        const ThreadCount chosen(threads);
+        QVERIFY(database.engine.loadInv1(database.write("given.txt", inv1)));
+        QVERIFY(database.engine.saveInv1(database.path("saved.txt")));
+        QCOMPARE(contents(database.path("saved.txt")), inv1);
+        QVERIFY(database.engine.saveGraphs(database.path("names.g6")));
+        QCOMPARE(contents(database.path("names.g6")), names);
+    }
 }
 
 void TestInvariantFiles::saveI1LoadI2()

@@ -1,9 +1,11 @@
 #include "TAVmanager.h"
 #include "support/signalrecorder.h"
+#include "support/threads.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -78,6 +80,7 @@ private slots:
     void deletionLaterInTheSlotOfTheOutcome();
     void requestsThatWaitInTheEventQueue();
     void deletionWithRequestsInTheEventQueue();
+    void noThreadForTheLoad();
 
 private:
     Database write(const char *name, const QByteArray &content, const QStringList &expected);
@@ -276,6 +279,22 @@ void TestLoading::deletionWithRequestsInTheEventQueue()
     manager.reset();
     QCoreApplication::processEvents();
     QCOMPARE(recorder->take(), QStringList());
+}
+
+void TestLoading::noThreadForTheLoad()
+{
+    QTest::ignoreMessage(QtCriticalMsg, QRegularExpression(QStringLiteral("^QThread::start: Thread creation error")));
+    {
+        const NoThreads shortage;
+        manager->loadDatabase(small.path);
+    }
+    QCOMPARE(recorder->take(), QStringList()); // told later, as always
+    QVERIFY(waitForOutcome(*recorder));
+    QCOMPARE(recorder->take(),
+             (QStringList{QStringLiteral("console Unable to start loading."), QStringLiteral("database_empty")}));
+    manager->loadDatabase(small.path);
+    QVERIFY(waitForOutcome(*recorder));
+    QCOMPARE(recorder->take(), small.expected);
 }
 
 QTEST_GUILESS_MAIN(TestLoading)

@@ -1,9 +1,9 @@
 #include "parallel.h"
+#include "support/threads.h"
 
 #include <QtTest>
 
 #include <numeric>
-#include <pthread.h>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -11,35 +11,6 @@
 
 namespace
 {
-/// While one lives no thread can be made: there is no memory for its stack.
-class NoThreads
-{
-public:
-    NoThreads()
-    {
-        pthread_attr_t attributes;
-        pthread_getattr_default_np(&attributes);
-        pthread_attr_getstacksize(&attributes, &usualSize);
-        pthread_attr_destroy(&attributes);
-        setStackSize(size_t(1) << 60);
-    }
-    ~NoThreads() { setStackSize(usualSize); }
-    NoThreads(const NoThreads &) = delete;
-    NoThreads &operator=(const NoThreads &) = delete;
-
-private:
-    static void setStackSize(size_t size)
-    {
-        pthread_attr_t attributes;
-        pthread_attr_init(&attributes);
-        pthread_attr_setstacksize(&attributes, size);
-        pthread_setattr_default_np(&attributes);
-        pthread_attr_destroy(&attributes);
-    }
-
-    size_t usualSize = 0;
-};
-
 QByteArray numbers(size_t begin, size_t end)
 {
     QByteArray text;
@@ -123,6 +94,16 @@ private slots:
     }
 
     void thereIsAProcessor() { QVERIFY(processorCount() >= 1); }
+
+    void theNumberOfThreadsCanBeChosen()
+    {
+        QCOMPARE(threadCount(), processorCount());
+        {
+            const ThreadCount three(3);
+            QCOMPARE(threadCount(), 3);
+        }
+        QCOMPARE(threadCount(), processorCount());
+    }
 };
 
 QTEST_APPLESS_MAIN(TestParallel)

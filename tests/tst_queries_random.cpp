@@ -1,6 +1,7 @@
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"
 #include "support/stderrcapture.h"
+#include "support/threads.h"
 
 #include <QTemporaryFile>
 #include <QtTest>
@@ -262,11 +263,12 @@ public:
         }
     }
 
-    QStringList someNames()
+    /// Fewer names than @p bound, and now and then one that no record has.
+    QStringList someNames(int bound)
     {
         QStringList names;
-        for (int i = below(5); i > 0; --i) {
-            names.append(chance(20) ? QStringLiteral("unknown") : name(below(mostRecords)));
+        for (int i = below(bound); i > 0; --i) {
+            names.append(chance(20) ? QStringLiteral("unknown") : name(below(qMax(mostRecords, graphs().size()))));
         }
         return names;
     }
@@ -381,9 +383,9 @@ void checkComparisons(const RandomDatabase &database)
     QCOMPARE(database.engine.I1leI2graphs(), atMostOwn);
 }
 
-void checkClosures(RandomDatabase &database)
+void checkClosures(RandomDatabase &database, int mostNames)
 {
-    const QStringList names = database.someNames();
+    const QStringList names = database.someNames(mostNames);
     QCOMPARE(database.engine.subgraphs(names), literalClosure(database.graphs(), &TAVGraph::subGraphs, names));
     QCOMPARE(database.engine.overgraphs(names), literalClosure(database.graphs(), &TAVGraph::superGraphs, names));
 }
@@ -447,7 +449,7 @@ void TestQueriesRandom::everyQueryOnRandomDatabases()
         RandomDatabase database(seed);
         checkWalks(database);
         checkComparisons(database);
-        checkClosures(database);
+        checkClosures(database, 5);
         checkDerivations(database);
         checkExchanges(database);
         if (QTest::currentTestFailed()) {
@@ -460,20 +462,31 @@ void TestQueriesRandom::everyQueryOnLargeDatabases_data()
 {
     // The sizes at which the work is shared out, and begins a new batch, and those beside them.
     QTest::addColumn<int>("records");
-    for (const int records : {4096, 4097, 16384, 16385, 32767, 32768, 32769, 65536, 70001}) {
-        QTest::addRow("%d", records) << records;
+    QTest::addColumn<int>("threads");
+    const struct {
+        int records;
+        QVector<int> threads;
+    } sizes[] = {{4096, {2}},  {4097, {3}},  {16384, {2}}, {16385, {8}},         {32767, {3}},
+                 {32768, {2}}, {32769, {8}}, {65536, {3}}, {70001, {1, 2, 3, 8}}};
+    for (const auto &size : sizes) {
+        for (const int threads : size.threads) {
+            QTest::addRow("%d records, %d threads", size.records, threads) << size.records << threads;
+        }
     }
 }
 
 void TestQueriesRandom::everyQueryOnLargeDatabases()
 {
     QFETCH(int, records);
+    QFETCH(int, threads);
+    const ThreadCount count(threads);
     const StderrCapture silence;
     for (const int turns : {2, 7, 40}) {
         RandomDatabase database(unsigned(records + turns), records, records / turns);
         checkWalks(database);
         checkComparisons(database);
-        checkClosures(database);
+        checkClosures(database, 5);
+        checkClosures(database, 200);
         checkDerivations(database);
         checkExchanges(database);
     }

@@ -2,6 +2,7 @@
 #include "TAVsearchengine.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
+#include "support/threads.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -191,6 +192,10 @@ private slots:
     void runOnFileThatCannotBeRead();
     void runAppendsToTheRecordsThatAreThere();
     void runOnRandomBytes();
+    void bordersOfChunks_data();
+    void bordersOfChunks();
+    void runWithoutNewThreads();
+    void whatDoesNotFitIsUnreadable();
     void realDatabase_data();
     void realDatabase();
     void interruptedRunHasNoOutcome();
@@ -456,6 +461,71 @@ void TestSearchEngine::runOnRandomBytes()
     QVERIFY(wellFormed > 0 && wellFormed < rounds);
 }
 
+void TestSearchEngine::bordersOfChunks_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("wellFormed");
+    // Each line names the one before and the first; a megabyte is read at a time.
+    constexpr int chunk = 1 << 20;
+    QByteArray lines = "G0\n";
+    for (int i = 1; lines.size() < 3 * chunk; ++i) {
+        lines += 'G' + QByteArray::number(i) + '\t' + QByteArray::number(i - 1) + "\t0\n";
+    }
+    for (const int size : {chunk - 1, chunk, chunk + 1, 2 * chunk, 2 * chunk + 1}) {
+        // The last line is made as long as it takes.
+        QByteArray content = lines.left(lines.lastIndexOf('\n', size - 100) + 1);
+        content += QByteArray(size - content.size(), 'x');
+        QTest::addRow("%d bytes, no newline at the end", size) << content << true;
+        content.chop(1);
+        QTest::addRow("%d bytes", size) << content + '\n' << true;
+    }
+    const QByteArray twoChunks = lines.left(lines.indexOf('\n', 2 * chunk + chunk / 2) + 1);
+    QTest::newRow("a bad index in the third chunk") << twoChunks + "bad\t999999999\nA\n" << false;
+    QTest::newRow("a bad index in the first chunk of three") << "A\nbad\t2\n" + twoChunks << false;
+    QTest::newRow("chunks of empty lines")
+        << QByteArray(3 * chunk, '\n') + "A\nB\t0\n" + QByteArray(chunk, '\n') << true;
+}
+
+void TestSearchEngine::bordersOfChunks()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, wellFormed);
+    const ExpectedDatabase expected(content);
+    QCOMPARE(expected.wellFormed, wellFormed);
+    const QString path = write(content);
+    for (const int threads : {2, 8}) {
+        const ThreadCount count(threads);
+        const Load load(Loader::Run, path);
+        QCOMPARE(load.emitted, expected.signalsOfRun());
+        QCOMPARE(load.records, wellFormed ? expected.records : QStringList());
+    }
+}
+
+void TestSearchEngine::runWithoutNewThreads()
+{
+    const NoThreads shortage;
+    const Load load(Loader::Run, write("A\nB\t0\n"));
+    QCOMPARE(load.emitted.last(), text("load_succedded"));
+    QCOMPARE(load.records, (QStringList{text("A sub[] over[1]"), text("B sub[0] over[]")}));
+}
+
+void TestSearchEngine::whatDoesNotFitIsUnreadable()
+{
+    const QString path = write("A\nB\t0\n");
+    StderrCapture capture;
+    TAVSearchEngine engine;
+    SignalRecorder recorder(engine);
+    // Stands for a list that cannot become long enough: such a file has gigabytes.
+    connect(
+        &engine, &TAVSearchEngine::signal_progress, &engine, [] { throw std::bad_alloc(); }, Qt::DirectConnection);
+    engine.setFilename(path);
+    engine.run();
+    QCOMPARE(recorder.recorded().mid(2),
+             (QStringList{text("progress 0 2"), text("console Unable to read file :") + path, text("load_failed")}));
+    QCOMPARE(capture.take(), QByteArray("Starting...\nUnable to read file\n"));
+    QVERIFY(engine.records().isEmpty());
+}
+
 void TestSearchEngine::realDatabase_data()
 {
     QTest::addColumn<QString>("path");
@@ -474,11 +544,14 @@ void TestSearchEngine::realDatabase()
     QFETCH(int, progressSignals);
     const ExpectedDatabase expected(fileContent(path));
     QCOMPARE(expected.records.size(), lines);
-    const Load load(Loader::Thread, path);
-    QCOMPARE(load.emitted.filter(text("progress ")).size(), progressSignals);
-    QCOMPARE(load.emitted, expected.signalsOfRun());
-    QCOMPARE(load.standardError, QByteArray("Starting...\n"));
-    QCOMPARE(load.records, expected.records);
+    for (const int threads : {1, 3, 8}) {
+        const ThreadCount count(threads);
+        const Load load(Loader::Thread, path);
+        QCOMPARE(load.emitted.filter(text("progress ")).size(), progressSignals);
+        QCOMPARE(load.emitted, expected.signalsOfRun());
+        QCOMPARE(load.standardError, QByteArray("Starting...\n"));
+        QCOMPARE(load.records, expected.records);
+    }
 }
 
 void TestSearchEngine::interruptedRunHasNoOutcome()
