@@ -30,7 +30,7 @@
 #include <cstdio>
 #include <functional>
 #include <limits>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace
@@ -96,23 +96,48 @@ struct Invariants {
     Value second = nullptr;
 };
 
-/// A row of the table.
+using Step = std::function<bool()>;
+
+/// A row of the table: work, which returns whether it succeeded, on a database without lists.
 struct Row {
+    Row(QByteArray rowName, Step rowWork) : name(std::move(rowName)), work(std::move(rowWork)) {}
+
+    Row onEmptyDatabase() const { return with(&Row::needsDatabase, false); }
+    Row onInvariants(const Invariants &needed) const { return with(&Row::invariants, needed); }
+    /// The work starts from lists with the names of the files of names.
+    Row onLists(const QStringList &needed) const { return with(&Row::lists, needed); }
+    /// The work makes the list named "result".
+    Row makingList(const Size &expected) const { return with(&Row::size, expected); }
+    /// The work makes something else, too, which @p test finds right.
+    Row checkedBy(const Step &test) const { return with(&Row::check, test); }
+    /// The floor has a pass of that name for such work.
+    Row besideFloor(const QByteArray &pass) const { return with(&Row::floor, pass); }
+
     QByteArray name;
-    QByteArray floor;                                  ///< the pass of the floor that it is compared with, or nothing
-    bool needsDatabase;                                ///< else the database is empty
-    Invariants invariants;                             ///< that it needs
-    QStringList lists;                                 ///< that it needs; there are no others
-    std::function<bool()> work;                        ///< does what is measured and returns whether it succeeded
-    Size size = Size::exactly(0);                      ///< of the list named "result", afterwards
-    std::function<bool()> check = [] { return true; }; ///< whether the rest of what it made is right
+    Step work;
+    bool needsDatabase = true;
+    Invariants invariants;
+    QStringList lists;
+    Size size = Size::exactly(0);
+    Step check = [] { return true; };
+    QByteArray floor;
+
+private:
+    template<typename Part, typename Value> Row with(Part Row::*part, const Value &value) const
+    {
+        Row row = *this;
+        row.*part = value;
+        return row;
+    }
 };
+
+using Query = bool (TAVManager::*)(const QString &newName);
 
 /// A question to the neighbours, which the manager asks the sub-graphs and the super-graphs.
 struct Walk {
     QByteArray name;
-    bool (TAVManager::*subs)(const QString &newName);
-    bool (TAVManager::*over)(const QString &newName);
+    Query subs;
+    Query over;
     Value matching; ///< the I2 with which every neighbour matches a graph whose I1 is level
 };
 
@@ -158,59 +183,66 @@ public:
     }
 
 private:
+    using Derivation = void (TAVManager::*)();
+    using LoadInvariant = void (TAVManager::*)(const QString &fileName);
+
     // The table.
 
     void addLoading()
     {
-        add({"load", "load", false, {}, {}, [this] { return load(); }});
-        add({"empty", "", true, {}, {}, [this] { return reset(); }});
+        add(Row("load", [this] { return load(); }).onEmptyDatabase().besideFloor("load"));
+        add(Row("empty", [this] { return reset(); }));
     }
 
     void addInvariants()
     {
         const Invariants varied = {variedFirst};
         const QString saved = files.path(QStringLiteral("saved.txt"));
-        add({"load-i1", "", true, varied, {}, [this] { return loadInvariant(&TAVManager::loadInv1, firstFile); }});
-        add({"save-i1",
-             "",
-             true,
-             varied,
-             {},
-             [=] { return manager.saveInv1(saved); },
-             Size::exactly(0),
-             [=] { return haveSameContents(saved, files.path(firstFile)); }});
-        using Derivation = void (TAVManager::*)();
-        const std::tuple<const char *, const char *, Derivation> derivations[] = {
-            {"i2-gets-i1", "", &TAVManager::I2getsI1},           {"avg-sub", "average-sub", &TAVManager::avgSub1},
-            {"min-sub", "average-sub", &TAVManager::minSub1},    {"max-sub", "average-sub", &TAVManager::maxSub1},
-            {"avg-over", "average-over", &TAVManager::avgOver1}, {"min-over", "average-over", &TAVManager::minOver1},
-            {"max-over", "average-over", &TAVManager::maxOver1},
+        add(Row("load-i1", [this] { return loadInvariant(&TAVManager::loadInv1, firstFile); }).onInvariants(varied));
+        add(Row("save-i1", [=] { return manager.saveInv1(saved); }).onInvariants(varied).checkedBy([=] {
+            return haveSameContents(saved, files.path(firstFile));
+        }));
+        const auto addDerivation = [&](const char *name, Derivation derivation, const char *pass) {
+            add(Row(name, [=] { return derive(derivation); }).onInvariants(varied).besideFloor(pass));
         };
-        for (const auto &[name, pass, derivation] : derivations) {
-            add({name, pass, true, varied, {}, [this, derivation = derivation] { return derive(derivation); }});
-        }
+        addDerivation("i2-gets-i1", &TAVManager::I2getsI1, "");
+        addDerivation("avg-sub", &TAVManager::avgSub1, "average-sub");
+        addDerivation("min-sub", &TAVManager::minSub1, "average-sub");
+        addDerivation("max-sub", &TAVManager::maxSub1, "average-sub");
+        addDerivation("avg-over", &TAVManager::avgOver1, "average-over");
+        addDerivation("min-over", &TAVManager::minOver1, "average-over");
+        addDerivation("max-over", &TAVManager::maxOver1, "average-over");
     }
 
     void addWalks()
     {
         const Invariants varied = {variedFirst, variedSecond};
-        addList("list-ge/varied", "compare", varied, &TAVManager::addI1geI2List, found("compare"));
         for (const Walk &walk : walks) {
             const bool asFloor = walk.subs == &TAVManager::addI1geI2subsList;
-            addList(walk.name + "-subs/varied", "walk-varied", varied, walk.subs,
-                    asFloor ? found("walk-varied") : Size::atLeast(0));
-            addList(walk.name + "-over/varied", "walk-varied", varied, walk.over, Size::atLeast(0));
+            addQuery(walk.name + "-subs/varied", walk.subs, varied, "walk-varied",
+                     asFloor ? found("walk-varied") : Size::atLeast(0));
+            addQuery(walk.name + "-over/varied", walk.over, varied, "walk-varied", Size::atLeast(0));
         }
         for (const Walk &walk : walks) {
             const Invariants matching = {level, walk.matching};
-            addList(walk.name + "-subs/matching", "walk-matching", matching, walk.subs,
-                    Size::exactly(files.withSubGraphs));
-            addList(walk.name + "-over/matching", "walk-matching", matching, walk.over,
-                    Size::exactly(files.withSuperGraphs));
+            addQuery(walk.name + "-subs/matching", walk.subs, matching, "walk-matching",
+                     Size::exactly(files.withSubGraphs));
+            addQuery(walk.name + "-over/matching", walk.over, matching, "walk-matching",
+                     Size::exactly(files.withSuperGraphs));
         }
         // Values that neither match nor fail stand between a graph and the others.
-        addList("list-eq-subs/barred", "walk-matching", {level, nearLevel}, &TAVManager::addI1eqI2subsList,
-                Size::exactly(files.withLevelSubGraphs));
+        addQuery("list-eq-subs/barred", &TAVManager::addI1eqI2subsList, {level, nearLevel}, "walk-matching",
+                 Size::exactly(files.withLevelSubGraphs));
+        addQuery("list-ge/varied", &TAVManager::addI1geI2List, varied, "compare", found("compare"));
+    }
+
+    /// A row that makes a list by comparing the invariants.
+    void addQuery(const QByteArray &name, Query query, const Invariants &invariants, const char *pass, const Size &size)
+    {
+        add(Row(name, [=] { return (manager.*query)(result); })
+                .onInvariants(invariants)
+                .makingList(size)
+                .besideFloor(pass));
     }
 
     void addLists()
@@ -218,39 +250,23 @@ private:
         const QString half = QStringLiteral("half");
         const QString other = QStringLiteral("other-half");
         const QString thousand = QStringLiteral("thousand");
-        const qint64 bothHalves = files.bothHalves;
-        addClosures("1000", thousand, files.thousand);
-        addClosures("half", half, files.half);
-        const auto combine = [&](const char *name, auto combination, qint64 size) {
-            add({name,
-                 "",
-                 false,
-                 {},
-                 {half, other},
-                 [=] { return (manager.*combination)(result, half, other); },
-                 Size::exactly(size)});
+        const auto addClosure = [&](const char *name, auto closure, const QString &list, qint64 listSize) {
+            add(Row(name, [=] { return (manager.*closure)(result, list); })
+                    .onLists({list})
+                    .makingList(Size::atLeast(listSize)));
         };
-        combine("union", &TAVManager::addUnionList, files.half + files.otherHalf - bothHalves);
-        combine("intersection", &TAVManager::addInterList, bothHalves);
-        combine("difference", &TAVManager::addExceptList, files.half - bothHalves);
-    }
-
-    void addClosures(const QByteArray &of, const QString &list, qint64 listSize)
-    {
-        add({"subs/" + of,
-             "",
-             true,
-             {},
-             {list},
-             [=] { return manager.addSubsList(result, list); },
-             Size::atLeast(listSize)});
-        add({"over/" + of,
-             "",
-             true,
-             {},
-             {list},
-             [=] { return manager.addOverList(result, list); },
-             Size::atLeast(listSize)});
+        addClosure("subs/1000", &TAVManager::addSubsList, thousand, files.thousand);
+        addClosure("over/1000", &TAVManager::addOverList, thousand, files.thousand);
+        addClosure("subs/half", &TAVManager::addSubsList, half, files.half);
+        addClosure("over/half", &TAVManager::addOverList, half, files.half);
+        const auto addCombination = [&](const char *name, auto combination, qint64 size) {
+            add(Row(name, [=] { return (manager.*combination)(result, half, other); })
+                    .onLists({half, other})
+                    .makingList(Size::exactly(size)));
+        };
+        addCombination("union", &TAVManager::addUnionList, files.half + files.otherHalf - files.bothHalves);
+        addCombination("intersection", &TAVManager::addInterList, files.bothHalves);
+        addCombination("difference", &TAVManager::addExceptList, files.half - files.bothHalves);
     }
 
     void addFilesOfNames()
@@ -259,44 +275,19 @@ private:
         const QString allFile = files.path(QStringLiteral("all.g6"));
         const QString halfFile = files.path(QStringLiteral("half.g6"));
         const QString saved = files.path(QStringLiteral("saved.g6"));
-        add({"list-from-file/half",
-             "",
-             true,
-             {},
-             {},
-             [=] { return manager.addListFromFile(result, halfFile); },
-             Size::exactly(files.half)});
-        add({"list-from-file/all",
-             "",
-             true,
-             {},
-             {},
-             [=] { return manager.addListFromFile(result, allFile); },
-             Size::exactly(files.graphs)});
+        add(Row("list-from-file/half", [=] {
+                return manager.addListFromFile(result, halfFile);
+            }).makingList(Size::exactly(files.half)));
+        add(Row("list-from-file/all", [=] {
+                return manager.addListFromFile(result, allFile);
+            }).makingList(Size::exactly(files.graphs)));
         // The last line ends without "\n".
-        add({"save-list/all",
-             "",
-             true,
-             {},
-             {all},
-             [=] { return manager.saveList(all, saved); },
-             Size::exactly(0),
-             [=] { return QFileInfo(saved).size() == QFileInfo(allFile).size() - 1; }});
-        add({"save-graphs",
-             "",
-             true,
-             {},
-             {},
-             [=] { return manager.saveGraphs(saved); },
-             Size::exactly(0),
-             [=] { return haveSameContents(saved, allFile); }});
-    }
-
-    /// A row that makes a list by comparing the invariants.
-    void addList(const QByteArray &name, const QByteArray &pass, const Invariants &invariants,
-                 bool (TAVManager::*query)(const QString &newName), const Size &size)
-    {
-        add({name, pass, true, invariants, {}, [this, query] { return (manager.*query)(result); }, size});
+        add(Row("save-list/all", [=] { return manager.saveList(all, saved); }).onLists({all}).checkedBy([=] {
+            return QFileInfo(saved).size() == QFileInfo(allFile).size() - 1;
+        }));
+        add(Row("save-graphs", [=] { return manager.saveGraphs(saved); }).checkedBy([=] {
+            return haveSameContents(saved, allFile);
+        }));
     }
 
     /// How many graphs a pass of the floor has found.
@@ -370,8 +361,6 @@ private:
         });
     }
 
-    using LoadInvariant = void (TAVManager::*)(const QString &fileName);
-
     bool provideInvariant(Value needed, Value &there, LoadInvariant loader, const QString &file)
     {
         if (needed == nullptr || needed == there) {
@@ -413,7 +402,7 @@ private:
     }
 
     /// A derivation says nothing unless it is refused.
-    bool derive(void (TAVManager::*derivation)())
+    bool derive(Derivation derivation)
     {
         said.clear();
         (manager.*derivation)();
