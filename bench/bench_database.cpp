@@ -3,13 +3,12 @@
 ///
 ///     bench_database [DATABASE.tav] [BENCHMARK_OPTION...]
 ///
-/// Without a file it takes the 273 193 connected graphs on up to nine vertices. Lines of the file must name different
-/// graphs, none of them without vertices.
+/// Without a file it takes the 273 193 connected graphs on up to nine vertices. A file must not name a graph twice.
 ///
-/// A row's time is that of its rounds on average; "floors" is how many times the floor's least time its own least time
-/// is. "MB" is the memory after it, "peakMB" the highest during a load. A row stands for itself: what it needs, the
-/// database, values, lists, is made before each round, outside its time. One that does not what it should ends with an
-/// error, and so does the program.
+/// The time of a row is that of its rounds on average; "floors" is its least time as a multiple of the floor's. "MB" is
+/// the memory after the last round, "peakMB" the highest in it. Rows can be left out and repeated: the database, the
+/// values and the lists that one needs are made before each round, outside its time. A row that fails or has a wrong
+/// result ends with an error, and so does the program.
 
 #include "TAVmanager.h"
 #include "databasefiles.h"
@@ -306,7 +305,7 @@ private:
     void measure(const Row &row, benchmark::State &state)
     {
         double least = std::numeric_limits<double>::infinity();
-        for (auto _ : state) {
+        while (state.KeepRunning()) {
             if (!provide(row)) {
                 return fail(state, "what it needs could not be made");
             }
@@ -367,8 +366,9 @@ private:
             return true;
         }
         files.writeInvariant(file, needed);
-        there = needed;
-        return loadInvariant(loader, file);
+        const bool succeeded = loadInvariant(loader, file);
+        there = succeeded ? needed : nullptr;
+        return succeeded;
     }
 
     // Work of which the manager does not return whether it succeeded.
@@ -380,8 +380,8 @@ private:
         QObject::connect(&manager, &TAVManager::signal_database_empty, &loop, &QEventLoop::quit);
         manager.loadDatabase(database);
         loop.exec();
-        isLoaded = true;
-        return said == QStringLiteral("Data loaded : %1 nodes and %2 links.").arg(files.graphs).arg(files.links);
+        isLoaded = said == QStringLiteral("Data loaded : %1 nodes and %2 links.").arg(files.graphs).arg(files.links);
+        return isLoaded;
     }
 
     bool reset()
@@ -428,9 +428,9 @@ int main(int argc, char *argv[])
 {
     // Rounds for a tenth of a second, unless the arguments say otherwise.
     char leastTime[] = "--benchmark_min_time=0.1";
-    std::vector<char *> arguments(argv, argv + argc);
+    std::vector<char *> arguments(argv, argv + argc + 1);
     arguments.insert(arguments.begin() + 1, leastTime);
-    argc = int(arguments.size());
+    ++argc;
     benchmark::Initialize(&argc, arguments.data());
     const QCoreApplication application(argc, arguments.data());
     const QTemporaryDir folder;
