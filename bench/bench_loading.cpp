@@ -163,7 +163,7 @@ private:
     {
         benchmark::RegisterBenchmark(name,
                                      [=](benchmark::State &state) {
-                                         for (auto _ : state) {
+                                         while (state.KeepRunning()) {
                                              provide(full);
                                              measure(state, full);
                                          }

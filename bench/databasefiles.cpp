@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -64,7 +65,7 @@ void appendNumber(QByteArray &text, double value)
 }
 } // namespace
 
-DatabaseFiles::DatabaseFiles(const QString &databasePath, const QString &temporaryFolder) : folder(temporaryFolder)
+DatabaseFiles::DatabaseFiles(const QString &databasePath, QString temporaryFolder) : folder(std::move(temporaryFolder))
 {
     QFile database(databasePath);
     openToRead(database);

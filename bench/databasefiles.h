@@ -19,7 +19,7 @@ class DatabaseFiles
 {
 public:
     /// Reads the file @p databasePath and writes the files of names to @p temporaryFolder.
-    DatabaseFiles(const QString &databasePath, const QString &temporaryFolder);
+    DatabaseFiles(const QString &databasePath, QString temporaryFolder);
 
     QString path(const QString &name) const { return folder + QLatin1Char('/') + name; }
 
