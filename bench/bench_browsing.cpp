@@ -75,7 +75,7 @@ QStringList graphsOfOrder(int order)
 void browse(benchmark::State &state)
 {
     BrowsingWindow window(graphsOfOrder(int(state.range(0))));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         window.showNext();
     }
     state.SetItemsProcessed(state.iterations());

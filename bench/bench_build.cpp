@@ -61,7 +61,7 @@ private:
     {
         benchmark::RegisterBenchmark(name,
                                      [=](benchmark::State &state) {
-                                         for (auto _ : state) {
+                                         while (state.KeepRunning()) {
                                              run(state, command, output);
                                          }
                                          if (contents(output) != contents(expected)) {

@@ -42,7 +42,7 @@ int runUntilFirstPaint(int argc, char *argv[])
 
 void startUp(benchmark::State &state)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (QProcess::execute(QCoreApplication::applicationFilePath(), {QLatin1String(paintOnce)}) != 0) {
             state.SkipWithError("the window was not painted");
         }

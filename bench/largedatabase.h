@@ -11,7 +11,7 @@ inline QString largeDatabase(int argc, char *argv[], const QString &folder)
     if (argc > 1) {
         return QString::fromLocal8Bit(argv[1]);
     }
-    const QString path = folder + QStringLiteral("/connected-9.tav");
+    QString path = folder + QStringLiteral("/connected-9.tav");
     QProcess unpack;
     unpack.setStandardOutputFile(path);
     unpack.start(QStringLiteral("xz"), {QStringLiteral("-dc"), QStringLiteral(TAVOLINE_LARGE_DATABASE)});

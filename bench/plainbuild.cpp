@@ -29,7 +29,7 @@ Rows decode(const std::string &name)
     int pair = 0;
     for (int v = 1; v < name[0] - 63; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
-            if ((name[size_t(1 + pair / 6)] - 63) >> (5 - pair % 6) & 1) {
+            if ((name[1 + size_t(pair) / 6] - 63) >> (5 - pair % 6) & 1) {
                 ADDONEEDGE(rows.data(), u, v, 1);
             }
         }
