@@ -12,6 +12,7 @@
 
 #include "TAVmanager.h"
 #include "databasefiles.h"
+#include "heap.h"
 #include "largedatabase.h"
 #include "values.h"
 
@@ -426,6 +427,7 @@ private:
 
 int main(int argc, char *argv[])
 {
+    useLargeHeapSteps();
     // Rounds for a tenth of a second, unless the arguments say otherwise.
     char leastTime[] = "--benchmark_min_time=0.1";
     std::vector<char *> arguments(argv, argv + argc + 1);

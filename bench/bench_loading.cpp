@@ -13,6 +13,7 @@
 #include "TAVmainwidget.h"
 #include "TAVmainwindow.h"
 #include "TAVmanager.h"
+#include "heap.h"
 #include "largedatabase.h"
 
 #include <QApplication>
@@ -241,6 +242,7 @@ private:
 
 int main(int argc, char *argv[])
 {
+    useLargeHeapSteps();
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }

@@ -66,12 +66,15 @@ void TAVGraph::average(Lists lists)
 // The comparison is strict, so that a NaN that comes first stays and a later one is ignored.
 template<typename Better> void TAVGraph::extremum(Lists lists, Better better)
 {
-    errInv2 = true;
+    bool found = false;
+    double best = inv2;
     for (const QList<TAVGraph *> *list : lists) {
         for (const TAVGraph *neighbour : *list) {
-            if (!neighbour->errInv1 && (errInv2 || better(neighbour->inv1, inv2))) {
-                setInv2(neighbour->inv1, false);
+            if (!neighbour->errInv1) {
+                best = !found || better(neighbour->inv1, best) ? neighbour->inv1 : best;
+                found = true;
             }
         }
     }
+    setInv2(best, !found);
 }
