@@ -5,9 +5,36 @@
 #include <QSaveFile>
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
+/// The standard input, output or error that is the file @p path and can be written to, or -1.
+int standardStreamAt(const QString &path)
+{
+    struct stat file = {};
+    if (::stat(QFile::encodeName(path).constData(), &file) != 0) {
+        return -1;
+    }
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        struct stat stream = {};
+        const bool isSame =
+            ::fstat(descriptor, &stream) == 0 && stream.st_dev == file.st_dev && stream.st_ino == file.st_ino;
+        if (isSame && (::fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_RDONLY) {
+            return descriptor;
+        }
+    }
+    return -1;
+}
+
+/// Opens a standard stream a second time, at the place to which it is written.
+bool openStandardStream(QFile &file, int stream)
+{
+    const int descriptor = ::fcntl(stream, F_DUPFD_CLOEXEC, 0);
+    return descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+}
+
 /// Opens what is no regular file. A FIFO that nobody reads is refused: a plain open would wait for a reader, and the
 /// window with it.
 bool openWithoutWaiting(QFile &file)
@@ -21,7 +48,8 @@ bool openWithoutWaiting(QFile &file)
 WriteResult writeDirectly(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     QFile file(path);
-    if (!openWithoutWaiting(file)) {
+    const int stream = standardStreamAt(path);
+    if (!(stream >= 0 ? openStandardStream(file, stream) : openWithoutWaiting(file))) {
         return WriteResult::NotOpened;
     }
     OutputFile output(file);
@@ -35,13 +63,18 @@ void OutputFile::write(const QByteArray &bytes)
     complete = complete && device.write(bytes) == bytes.size();
 }
 
+bool isReplaced(const QString &path)
+{
+    const QFileInfo target(path);
+    return !target.exists() || (target.isFile() && standardStreamAt(path) < 0);
+}
+
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write)
 {
     if (path.isEmpty()) {
         return WriteResult::NotOpened; // a cancelled dialog; the toolkit would complain on its own account
     }
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile()) {
+    if (!isReplaced(path)) {
         return writeDirectly(path, write);
     }
     // Without the fallback to writing directly: it would truncate the old file before the new one is complete.

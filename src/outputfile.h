@@ -31,9 +31,13 @@ private:
     bool complete = true;
 };
 
-/// Writes the file @p path with what @p write gives to the file. A file that stands there is
-/// replaced when the new one is complete, and stays as it is on any result but Written. What is no regular file, a
-/// device for example, is written to directly; a FIFO that nobody reads cannot be opened.
+/// Whether writeFile() makes the file @p path, in place of one that stands there: it does unless that is no regular
+/// file, a device for example, or is where a standard stream of the process goes.
+bool isReplaced(const QString &path);
+
+/// Writes the file @p path with what @p write gives to the file. A file that stands there is replaced when the new one
+/// is complete, and stays as it is on any result but Written. What is not to be replaced is written to directly, behind
+/// what a standard stream has written there; a FIFO that nobody reads cannot be opened.
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write);
 
 #endif

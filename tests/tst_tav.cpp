@@ -54,6 +54,22 @@ private slots:
         }
     }
 
+    /// By whatever name it is written to, a file that is standard output gets one thing after the other.
+    void theFileThatIsStandardOutput()
+    {
+        const QString file = folder.filePath(QStringLiteral("everything"));
+        for (const char *name : {"/dev/stdout", "\"$2\""}) {
+            const QByteArray line =
+                QByteArray("{ echo before; printf '@\\nA_\\n' | $1 build -o OUT; printf 'list-from-file a \"%s\"\\n"
+                           "save-list a \"%s\"\\nlists\\n' $3 OUT | $1 run; echo after; } >\"$2\"")
+                    .replace("OUT", name);
+            shell(line.constData(), {file, example("regular-8.g6")});
+            const QByteArray saved = contents(example("regular-8.g6")).trimmed();
+            QCOMPARE(contents(file),
+                     "before\n@\nA_\t0\nList added : a [ 17 element(s)]\nList added : a\n" + saved + "a\t17\nafter\n");
+        }
+    }
+
     void pipesAreRead()
     {
         QCOMPARE(shell("$1 build <(echo A_) <(echo @)").output, QByteArray("@\nA_\t0\n"));
