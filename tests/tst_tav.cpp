@@ -4,7 +4,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -52,6 +56,46 @@ private slots:
             QCOMPARE(result.errors, QByteArray("tav: The name of the output file is empty.\nTry 'tav --help'.\n"));
             QCOMPARE(result.status, 2);
         }
+    }
+
+    void aSignalEndsTheWaitForAReader_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("build") << QByteArray("$1 build <(cut -f1 \"$3\") >\"$2\"");
+        QTest::newRow("build, with a name") << QByteArray("$1 build -o \"$2\" <(cut -f1 \"$3\")");
+        QTest::newRow("invariant") << QByteArray("$1 invariant order \"$3\" >\"$2\"");
+        QTest::newRow("invariant, with a name") << QByteArray("$1 invariant order -o \"$2\" \"$3\"");
+        QTest::newRow("show") << QByteArray("$1 run <(printf 'list-from-file a \"%s\"\\nshow a\\n' \"$3\") >\"$2\"");
+        QTest::newRow("save-list") << QByteArray(
+            "$1 run <(printf 'list-from-file a \"%s\"\\nsave-list a \"%s\"\\n' \"$3\" \"$2\")");
+    }
+
+    /// A pipe that is open and full: the program waits until somebody reads it.
+    void aSignalEndsTheWaitForAReader()
+    {
+        QFETCH(QByteArray, line);
+        const QTemporaryDir place;
+        const QString pipe = place.filePath(QStringLiteral("pipe"));
+        QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        const int reader = ::open(pipe.toLocal8Bit().constData(), O_RDONLY | O_NONBLOCK);
+        const int writer = ::open(pipe.toLocal8Bit().constData(), O_WRONLY);
+        QVERIFY(reader >= 0 && writer >= 0);
+        QProcess process;
+        process.start(QStringLiteral("bash"),
+                      QStringList{QStringLiteral("-c"), QStringLiteral("exec ") + QString::fromUtf8(line),
+                                  QStringLiteral("bash"), QStringLiteral(TAVOLINE_TAV), pipe,
+                                  example("connected-8.tav")});
+        const auto isFull = [&] {
+            pollfd end = {writer, POLLOUT, 0};
+            return ::poll(&end, 1, 0) == 0;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isFull(), 20000);
+        ::kill(pid_t(process.processId()), SIGTERM);
+        QVERIFY(process.waitForFinished(10000));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGTERM);
+        ::close(reader);
+        ::close(writer);
     }
 
     /// By whatever name it is written to, a file that is standard output gets one thing after the other.

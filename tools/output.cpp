@@ -7,6 +7,7 @@
 #include <QFile>
 
 #include <cstdio>
+#include <optional>
 
 namespace
 {
@@ -35,9 +36,7 @@ void writeStandardOutput(const std::function<void(const Write &)> &produce)
     }
     OutputFile file(stream);
     produceInto(file, standardStream, produce);
-    const bool complete = stream.flush() && std::fflush(stdout) == 0;
-    InterruptionScope::check();
-    if (!complete) {
+    if (!stream.flush() || std::fflush(stdout) != 0) {
         throw cannotWrite(standardStream);
     }
 }
@@ -45,7 +44,10 @@ void writeStandardOutput(const std::function<void(const Write &)> &produce)
 
 void writeOutput(const QString &path, const std::function<void(const Write &)> &produce)
 {
-    const InterruptionScope scope;
+    std::optional<InterruptionScope> scope; // while there is something to take back
+    if (path != standardStream && isReplaced(path)) {
+        scope.emplace();
+    }
     if (path == standardStream) {
         writeStandardOutput(produce);
         return;

@@ -5,6 +5,7 @@
 #include "interruption.h"
 #include "investigation.h"
 #include "output.h"
+#include "outputfile.h"
 #include "script.h"
 
 #include <cstdio>
@@ -42,11 +43,19 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     return {};
 }
 
+/// Whether the command, whose last argument then names it, makes a file.
+bool makesFile(const ScriptStep &step)
+{
+    const std::vector<ScriptArgument> &arguments = step.command->arguments;
+    return !arguments.empty() && arguments.back().kind == ScriptArgument::OutputFile &&
+           isReplaced(step.arguments.last());
+}
+
 /// A save that has begun is ended before a signal is obeyed.
 bool carryOut(const ScriptStep &step, Investigation &investigation)
 {
     std::optional<InterruptionScope> scope;
-    if (step.command->takes(ScriptArgument::OutputFile)) {
+    if (makesFile(step)) {
         scope.emplace();
     }
     const bool succeeded = step.command->run(investigation, step.arguments);
