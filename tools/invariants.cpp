@@ -2,8 +2,8 @@
 
 #include "canonicalform.h"
 #include "chromaticnumber.h"
+#include "cliquesearch.h"
 #include "graphlibrary.h"
-#include "independencenumber.h"
 #include "matchingnumber.h"
 
 #include <algorithm>
@@ -166,10 +166,9 @@ SmallGraph complementOf(const SmallGraph &graph)
     return complement;
 }
 
-/// A clique is an independent set of the complement; independencenumber.h tells why it is not searched for with igraph.
 int largestClique(const SmallGraph &graph)
 {
-    return independenceNumber(complementOf(graph));
+    return findLargestClique(graph.order, graph.rows.data());
 }
 
 Value cliqueNumber(const SmallGraph &graph)
@@ -177,9 +176,10 @@ Value cliqueNumber(const SmallGraph &graph)
     return largestClique(graph);
 }
 
-Value mostIndependent(const SmallGraph &graph)
+/// An independent set is a clique of the complement.
+Value independenceNumber(const SmallGraph &graph)
 {
-    return independenceNumber(graph);
+    return largestClique(complementOf(graph));
 }
 
 Value fewestColours(const SmallGraph &graph)
@@ -279,7 +279,7 @@ const std::vector<Invariant> &invariants()
         {"wiener-index", "sum of the distances of all pairs of vertices; NA unless connected", wienerIndex},
         {"randic-index", "sum of 1/sqrt(d(u)d(v)) over the edges uv", randicIndex},
         {"clique-number", "largest number of mutually adjacent vertices", cliqueNumber},
-        {"independence-number", "largest number of mutually non-adjacent vertices", mostIndependent},
+        {"independence-number", "largest number of mutually non-adjacent vertices", independenceNumber},
         {"chromatic-number", "smallest number of colours of a proper vertex colouring", fewestColours},
         {"matching-number", "largest number of edges without common vertices", matchingSize},
         {"vertex-connectivity", "smallest number of vertices that disconnect the graph or leave one",
