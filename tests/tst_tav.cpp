@@ -178,7 +178,7 @@ private slots:
         const QByteArray faults =
             shell("script -qec \"(cat '$2'; echo x) | $1 info - >/dev/null\" /dev/null </dev/null", database).output;
         QCOMPARE(faults, QByteArray("\rReading standard input: 10000\r\033[K"
-                                    "tav: standard input:12114: 'x': not graph6: 1 bytes where a graph on 57 vertices "
+                                    "tav: standard input:12114: 'x': not graph6: 1 byte where a graph on 57 vertices "
                                     "has 267\r\ntav: standard input: faults found: 1\r\n"));
     }
 

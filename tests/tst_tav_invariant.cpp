@@ -113,7 +113,7 @@ private slots:
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("no graph6") << QByteArray("@\n\nA\t0\n")
-                                   << QByteArray("3: not graph6: 1 bytes where a graph on 2 vertices has 2");
+                                   << QByteArray("3: not graph6: 1 byte where a graph on 2 vertices has 2");
         QTest::newRow("blank") << QByteArray("@\nA_ \t0\n") << QByteArray("2: not graph6: byte 32 at column 3");
         QTest::newRow("too large") << QByteArray("~??~\n") << QByteArray("1: more than 62 vertices");
         QTest::newRow("no graph") << QByteArray("\n\t1\n") << QByteArray("1: the database holds no graph");
