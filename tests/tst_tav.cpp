@@ -13,10 +13,10 @@
 namespace
 {
 /// Runs a line of the shell, in which $1 is the companion program and what follows the further arguments.
-ToolResult shell(const char *line, const QStringList &arguments = {})
+ToolResult shell(const QByteArray &line, const QStringList &arguments = {})
 {
     return runProgram(QStringLiteral("bash"),
-                      words({"-c", line, "bash"}) + QStringList{QStringLiteral(TAVOLINE_TAV)} + arguments);
+                      words({"-c", line.constData(), "bash"}) + QStringList{QStringLiteral(TAVOLINE_TAV)} + arguments);
 }
 } // namespace
 
@@ -51,11 +51,77 @@ private slots:
 
     void noNameForTheOutput()
     {
-        for (const char *line : {"echo @ | $1 build -o ''", "echo @ | $1 invariant -o '' order -"}) {
-            const ToolResult result = shell(line);
-            QCOMPARE(result.errors, QByteArray("tav: The name of the output file is empty.\nTry 'tav --help'.\n"));
+        for (const QString &command : {QStringLiteral("build -"), QStringLiteral("invariant order -")}) {
+            const ToolResult result = shell(qPrintable(QStringLiteral("$1 %1 -o ''").arg(command)));
+            QCOMPARE(result.errors, "tav: The name of the output file is empty.\nTry 'tav " +
+                                        command.section(QLatin1Char(' '), 0, 0).toUtf8() + " --help'.\n");
             QCOMPARE(result.status, 2);
         }
+    }
+
+    void help_data()
+    {
+        QTest::addColumn<QByteArray>("begin");
+        QTest::newRow("") << QByteArray("Usage: tav COMMAND [OPTION...] [FILE...]\nMakes and examines databases");
+        QTest::newRow("build") << QByteArray(
+            "Usage: tav build [options] [FILE...]\n"
+            "Makes a database of the graphs whose graph6 strings stand, one a line, in the\n"
+            "files or on standard input. Isomorphic repetitions are dropped.\n\nOptions:\n");
+        QTest::newRow("info") << QByteArray("Usage: tav info [options] DATABASE.tav\n"
+                                            "Tells what a database holds and checks its lines; the exit status is 1 "
+                                            "when one\nhas a fault.\n\nOptions:\n");
+        QTest::newRow("invariant") << QByteArray(
+            "Usage: tav invariant [options] NAME DATABASE\n"
+            "Computes an invariant of every graph of a database and writes the file of it\n"
+            "that Tavoline loads: a name and a value a line, 'NA' where the invariant is\nundefined.\n\nOptions:\n");
+        QTest::newRow("run") << QByteArray(
+            "Usage: tav run [options] [SCRIPT]\n"
+            "Repeats an investigation without the window. The lines of the window's console\n"
+            "go to standard output. A command that fails ends the script, unless its line\n"
+            "begins with '-'.\n\nOptions:\n");
+    }
+
+    void help()
+    {
+        QFETCH(QByteArray, begin);
+        const QByteArray command = QTest::currentDataTag();
+        const ToolResult result = shell("$1 " + command + " --help");
+        QCOMPARE(result.output.left(begin.size()), begin);
+        QVERIFY(result.output.contains("-h, --help") && result.output.contains("--version"));
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        QCOMPARE(shell("$1 " + command + " -h").output, result.output);
+    }
+
+    void version()
+    {
+        for (const char *line : {"$1 --version", "$1 build --version", "$1 info --version", "$1 invariant --version",
+                                 "$1 run --version"}) {
+            const ToolResult result = shell(line);
+            QCOMPARE(result.output, QByteArray("tav 0.2.1\n"));
+            QCOMPARE(result.errors, QByteArray());
+            QCOMPARE(result.status, 0);
+        }
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("") << QByteArray("No command given.");
+        QTest::newRow("rebuild") << QByteArray("Unknown command 'rebuild'.");
+        QTest::newRow("help") << QByteArray("Unknown command 'help'.");
+        QTest::newRow("--fast") << QByteArray("Unknown command '--fast'.");
+        QTest::newRow("--help build") << QByteArray("Unexpected argument 'build'.");
+        QTest::newRow("--version 1 2") << QByteArray("Unexpected argument '1'.");
+    }
+
+    void wrongUsage()
+    {
+        QFETCH(QByteArray, message);
+        const ToolResult result = shell(QByteArray("$1 ") + QTest::currentDataTag());
+        QCOMPARE(result.errors, "tav: " + message + "\nTry 'tav --help'.\n");
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 2);
     }
 
     void aSignalEndsTheWaitForAReader_data()

@@ -94,6 +94,8 @@ private slots:
                                      << QByteArray("Exactly one database file expected, 0 given.");
         QTest::newRow("two databases") << words({"invariant", "girth", "x.tav", "y.tav"})
                                        << QByteArray("Exactly one database file expected, 2 given.");
+        QTest::newRow("list of one") << words({"invariant", "--list", "girth"})
+                                     << QByteArray("Unexpected argument 'girth'.");
         QTest::newRow("jobs") << words({"invariant", "girth", "-j", "0", "x.tav"})
                               << QByteArray("Not a number of processors from 1 to 1024: '0'.");
     }
@@ -103,7 +105,7 @@ private slots:
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, message);
         const ToolResult result = runTav(arguments);
-        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav --help'.\n"));
+        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav invariant --help'.\n"));
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.status, 2);
     }

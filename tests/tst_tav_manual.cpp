@@ -110,8 +110,10 @@ private slots:
             QVERIFY2(!manualOf(command).isEmpty(), qPrintable(command));
             QVERIFY2(offered.contains(command), qPrintable(command));
         }
-        QVERIFY(offered.contains(QStringLiteral("--help")));
-        QVERIFY(offered.contains(QStringLiteral("--version")));
+        for (const char *option : {"-h", "--help", "--version"}) {
+            QVERIFY2(offered.contains(QLatin1String(option)), option);
+            QVERIFY2(names(manual(), QStringLiteral("tav ") + QLatin1String(option)), option);
+        }
     }
 
     void everyOption_data()

@@ -550,7 +550,7 @@ private slots:
     void wrongUsage()
     {
         ToolResult result = runTav(words({"run", "a", "b"}));
-        QCOMPARE(result.errors, QByteArray("tav: Exactly one script expected, 2 given.\nTry 'tav --help'.\n"));
+        QCOMPARE(result.errors, QByteArray("tav: Exactly one script expected, 2 given.\nTry 'tav run --help'.\n"));
         QCOMPARE(result.status, 2);
         result = runTav(words({"run", "missing"}));
         QCOMPARE(result.errors, QByteArray("tav: missing: cannot be opened: No such file or directory\n"));

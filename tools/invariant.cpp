@@ -111,7 +111,7 @@ const Invariant *invariantOf(const QString &name)
 {
     const Invariant *invariant = findInvariant(name);
     if (invariant == nullptr) {
-        throw CommandError(QStringLiteral("Unknown invariant '%1'; 'tav invariant --list' names them.").arg(name),
+        throw CommandError(QStringLiteral("Unknown invariant %1; 'tav invariant --list' names them.").arg(quoted(name)),
                            WrongUsage);
     }
     return invariant;
@@ -156,11 +156,12 @@ void runInvariant(const QStringList &arguments)
     if (!parseArguments(parser, arguments)) {
         return;
     }
+    const QStringList operands = parser.positionalArguments();
     if (parser.isSet(list)) {
+        expectNoMore(operands);
         printInvariants();
         return;
     }
-    const QStringList operands = parser.positionalArguments();
     if (operands.isEmpty()) {
         throw CommandError(QStringLiteral("No invariant given; 'tav invariant --list' names them."), WrongUsage);
     }

@@ -8,7 +8,7 @@
 #include "outputfile.h"
 #include "script.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -117,12 +117,18 @@ void runFile(const QString &script)
     }
 }
 
-void printCommands()
+/// What the help tells of the commands.
+QString commandHelp()
 {
-    std::puts("\nCommands of a script, one a line:");
+    int width = 0;
     for (const ScriptCommand &command : scriptCommands()) {
-        std::printf("  %-24s %s\n", qPrintable(command.usage()), command.summary);
+        width = std::max(width, int(command.usage().size()));
     }
+    QString text = QStringLiteral("\nCommands of a script, one a line:\n");
+    for (const ScriptCommand &command : scriptCommands()) {
+        text += QStringLiteral("  %1 %2\n").arg(command.usage().leftJustified(width), QLatin1String(command.summary));
+    }
+    return text;
 }
 } // namespace
 
@@ -136,8 +142,7 @@ void runScript(const QStringList &arguments)
                                  QStringLiteral("The file of commands; by default, and for '-', standard input, of "
                                                 "which each line is carried out as soon as it is there."),
                                  QStringLiteral("[SCRIPT]"));
-    if (!parseArguments(parser, arguments)) {
-        printCommands();
+    if (!parseArguments(parser, arguments, commandHelp())) {
         return;
     }
     const QString script =

@@ -30,6 +30,14 @@ constexpr std::array commands = {
     Command{"run", "repeats an investigation without the window", runScript},
 };
 
+/// The command of that name; null when there is none.
+const Command *findCommand(const QString &name)
+{
+    const auto *command = std::find_if(commands.begin(), commands.end(),
+                                       [&](const Command &one) { return name == QLatin1String(one.name); });
+    return command != commands.end() ? command : nullptr;
+}
+
 void printHelp()
 {
     std::puts("Usage: tav COMMAND [OPTION...] [FILE...]\n"
@@ -38,7 +46,9 @@ void printHelp()
     for (const Command &command : commands) {
         std::printf("  %-10s  %s\n", command.name, command.summary);
     }
-    std::puts("\n'tav COMMAND --help' tells more of one; 'tav --version' tells the version.");
+    std::puts("\nOptions:\n"
+              "  -h, --help  displays this help; 'tav COMMAND --help' tells more of a command\n"
+              "  --version   displays the version");
 }
 
 void runCommand(const QStringList &arguments)
@@ -47,40 +57,49 @@ void runCommand(const QStringList &arguments)
         throw CommandError(QStringLiteral("No command given."), WrongUsage);
     }
     const QString &name = arguments.first();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        expectNoMore(arguments.mid(1));
         printHelp();
-        return;
-    }
-    if (name == QLatin1String("--version")) {
-        std::puts("tav " TAVOLINE_VERSION);
-        return;
-    }
-    const auto *command = std::find_if(commands.begin(), commands.end(),
-                                       [&](const Command &one) { return name == QLatin1String(one.name); });
-    if (command == commands.end()) {
+    } else if (name == QLatin1String("--version")) {
+        expectNoMore(arguments.mid(1));
+        printVersion();
+    } else if (const Command *command = findCommand(name)) {
+        command->run(arguments);
+    } else {
         throw CommandError(QStringLiteral("Unknown command %1.").arg(quoted(name)), WrongUsage);
     }
-    command->run(arguments);
 }
 
 int report(const CommandError &error)
 {
     tell(error.text());
-    if (error.status() == WrongUsage) {
-        std::fputs("Try 'tav --help'.\n", stderr);
-    }
     return error.status();
+}
+
+/// Where to read of the usage that @p arguments did not keep to.
+void printHint(const QStringList &arguments)
+{
+    QString program = QStringLiteral("tav");
+    if (findCommand(arguments.value(0)) != nullptr) {
+        program += QLatin1Char(' ') + arguments.first();
+    }
+    std::fprintf(stderr, "Try '%s --help'.\n", qPrintable(program));
 }
 } // namespace
 
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
-        runCommand(QCoreApplication::arguments().mid(1));
+        runCommand(arguments);
         flushStandardOutput();
     } catch (const CommandError &error) {
-        return report(error);
+        report(error);
+        if (error.status() == WrongUsage) {
+            printHint(arguments);
+        }
+        return error.status();
     } catch (const Interrupted &interruption) {
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {
