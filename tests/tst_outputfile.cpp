@@ -112,15 +112,18 @@ void TestOutputFile::fullDiskKeepsTheOldFile()
     QFETCH(int, size);
     QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
     WriteResult result = WriteResult::Written;
+    QString reason;
     {
         const FullDisk disk;
-        result = writeFile(path("file"), [&](OutputFile &file) {
+        const auto write = [&](OutputFile &file) {
             for (int i = 0; i < blocks; i++) {
                 file.write(QByteArray(size, 'x'));
             }
-        });
+        };
+        result = writeFile(path("file"), write, &reason);
     }
     QCOMPARE(result, WriteResult::Failed);
+    QCOMPARE(reason, QStringLiteral("File too large"));
     QCOMPARE(contents(path("file")), QByteArray("old"));
     QCOMPARE(files(), QStringList{QStringLiteral("file")});
 }
@@ -142,16 +145,22 @@ void TestOutputFile::fullDiskLeavesNoNewFile()
 void TestOutputFile::targetsThatCannotBeOpened()
 {
     QCOMPARE(writeFile(QString(), text("x")), WriteResult::NotOpened);
-    QCOMPARE(writeFile(directory->path(), text("x")), WriteResult::NotOpened);
-    QCOMPARE(writeFile(path("missing/file"), text("x")), WriteResult::NotOpened);
+    QString reason;
+    QCOMPARE(writeFile(directory->path(), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(reason, QStringLiteral("Is a directory"));
+    QCOMPARE(writeFile(path("missing/file"), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(reason, QStringLiteral("No such file or directory"));
     QCOMPARE(files(), QStringList());
 }
 
 void TestOutputFile::devices()
 {
     QCOMPARE(writeFile(QStringLiteral("/dev/null"), text("x")), WriteResult::Written);
-    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text("x")), WriteResult::Failed);
-    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(1000000, 'x'))), WriteResult::Failed);
+    for (const int size : {1, 1000000}) {
+        QString reason;
+        QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(size, 'x')), &reason), WriteResult::Failed);
+        QCOMPARE(reason, QStringLiteral("No space left on device"));
+    }
 }
 
 void TestOutputFile::aFifo()

@@ -45,7 +45,8 @@ private slots:
     {
         QFETCH(QByteArray, line);
         const ToolResult result = shell(line.constData());
-        QVERIFY2(result.errors.endsWith("tav: standard output: cannot be written\n"), result.errors.constData());
+        QVERIFY2(result.errors.endsWith("tav: standard output: cannot be written: No space left on device\n"),
+                 result.errors.constData());
         QCOMPARE(result.status, 1);
     }
 

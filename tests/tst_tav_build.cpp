@@ -449,10 +449,14 @@ private slots:
         const QString nowhere = path("no/such/folder.tav");
         result = runTav(build({QStringLiteral("-o"), nowhere}), "@\n");
         QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors, QByteArray("tav: " + nowhere.toUtf8() + ": cannot be written\n"));
+        QCOMPARE(result.errors,
+                 QByteArray("tav: " + nowhere.toUtf8() + ": cannot be written: No such file or directory\n"));
+        result = runTav(build({QStringLiteral("-o"), folder.path()}), "@\n");
+        QCOMPARE(result.status, 1);
+        QCOMPARE(result.errors, QByteArray("tav: " + folder.path().toUtf8() + ": cannot be written: Is a directory\n"));
         result = runTav(build({QStringLiteral("-o"), QStringLiteral("/dev/full")}), "@\n");
         QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors, QByteArray("tav: /dev/full: cannot be written\n"));
+        QCOMPARE(result.errors, QByteArray("tav: /dev/full: cannot be written: No space left on device\n"));
     }
 
     void wrongUsage_data()

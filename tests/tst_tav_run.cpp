@@ -564,7 +564,8 @@ private slots:
         process.setStandardOutputFile(QStringLiteral("/dev/full"));
         process.start(QStringLiteral(TAVOLINE_TAV), words({"run", "script"}));
         QVERIFY(process.waitForFinished(patience));
-        QCOMPARE(process.readAllStandardError(), start + "List added : a\ntav: standard output: cannot be written\n");
+        QCOMPARE(process.readAllStandardError(),
+                 start + "List added : a\ntav: standard output: cannot be written: No space left on device\n");
         QCOMPARE(process.exitCode(), 1);
     }
 
