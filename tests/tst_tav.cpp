@@ -192,6 +192,20 @@ private slots:
         QCOMPARE(result.errors, QByteArray());
     }
 
+    /// Whatever is opened does not take the place of a stream that is closed.
+    void closedStreams()
+    {
+        const char *const noInput = "tav: standard input:1: cannot be read: Bad file descriptor\n";
+        QCOMPARE(shell("$1 build <&-").errors, QByteArray(noInput));
+        QCOMPARE(shell("$1 run <&-").errors, QByteArray("Starting...\n") + noInput);
+        const QString file = folder.filePath(QStringLiteral("closed.g6"));
+        QCOMPARE(shell("echo @ >\"$2\"; $1 build \"$2\" >&-", {file}).errors,
+                 QByteArray("tav: standard output: cannot be written: Bad file descriptor\n"));
+        const ToolResult result = shell("$1 build -o \"$2\" \"$2\" <&- >&- 2>&-", {file});
+        QCOMPARE(result.status, 0);
+        QCOMPARE(contents(file), QByteArray("@\n"));
+    }
+
     void aFolderIsNotRead()
     {
         const ToolResult result = shell("$1 info /");

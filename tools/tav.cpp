@@ -12,7 +12,9 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <new>
+#include <unistd.h>
 
 namespace
 {
@@ -85,10 +87,23 @@ void printHint(const QStringList &arguments)
     }
     std::fprintf(stderr, "Try '%s --help'.\n", qPrintable(program));
 }
+/// A standard stream that the program was started without would be the next file that it opens. In its place comes one
+/// that refuses what is asked of that stream.
+void openClosedStreams()
+{
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) < 0) {
+            // The lowest descriptor that is free is this one.
+            const int opened = ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+            static_cast<void>(opened);
+        }
+    }
+}
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    openClosedStreams();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
