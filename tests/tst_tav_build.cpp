@@ -604,6 +604,7 @@ private slots:
         QTest::newRow("Ctrl+C") << SIGINT;
         QTest::newRow("end") << SIGTERM;
         QTest::newRow("hang-up") << SIGHUP;
+        QTest::newRow("no reader") << SIGPIPE;
     }
 
     void aSignalEndsItWithoutAPartialFile()

@@ -158,6 +158,29 @@ private slots:
         QCOMPARE(result.status, 0);
     }
 
+    /// In a folder of their own, in their order.
+    void theExamplesRun()
+    {
+        const QString examples =
+            manual().section(QStringLiteral("\n.SH EXAMPLES\n"), 1).section(QStringLiteral("\n.SH"), 0, 0);
+        const QRegularExpression block(QStringLiteral("\n\\.EX\n(.*)\n\\.EE\n"),
+                                       QRegularExpression::DotMatchesEverythingOption |
+                                           QRegularExpression::InvertedGreedinessOption);
+        QStringList commands;
+        for (auto match = block.globalMatch(examples); match.hasNext();) {
+            commands.append(match.next().captured(1));
+        }
+        QCOMPARE(commands.size(), 3);
+        const QTemporaryDir folder;
+        const QString script = QStringLiteral("PATH=${0%/*}:$PATH\n") + commands.join(QLatin1Char('\n'));
+        const ToolResult result = runProgram(
+            QStringLiteral("bash"),
+            words({"-euo", "pipefail", "-c"}) + QStringList{script, QStringLiteral(TAVOLINE_TAV)}, {}, folder.path());
+        QVERIFY2(result.output.endsWith("\nList added : complete\nBw\nC~\nD~{\nE~~w\nF~~~w\nG~~~~{\n"),
+                 (result.output + result.errors).constData());
+        QCOMPARE(result.status, 0);
+    }
+
     void completion_data()
     {
         QTest::addColumn<QStringList>("line");

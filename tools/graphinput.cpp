@@ -41,10 +41,7 @@ GraphInput::GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces)
 void GraphInput::read()
 {
     for (int input = 0; input < inputs.size(); ++input) {
-        readLines(inputs.at(input), [&](std::string_view line, qint64 number) {
-            readLine(line, {input, number});
-            return true;
-        });
+        readLines(inputs.at(input), [&](std::string_view line, qint64 number) { readLine(line, {input, number}); });
     }
     if (groupsByKind.empty()) {
         const QString text = isConnectedOnly ? QStringLiteral("no connected graph in the input")

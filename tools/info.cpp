@@ -47,8 +47,7 @@ public:
     void readLine(std::string_view bytes, qint64 number)
     {
         line = number;
-        const QByteArray text =
-            isPlain(bytes) ? QByteArray::fromRawData(bytes.data(), int(bytes.size())) : decodeLine(bytes).toUtf8();
+        const QByteArray text = meaningOf(bytes);
         std::string_view rest(text.constData(), size_t(text.size()));
         bool more = false;
         const std::string_view name = takeField(rest, more);
@@ -187,10 +186,7 @@ void CountSummary::include(qint64 count)
 DatabaseSummary examineDatabase(const QString &path, const std::function<void(qint64, const QString &)> &fault)
 {
     Examiner examiner(fault);
-    readLines(path, [&](std::string_view line, qint64 number) {
-        examiner.readLine(line, number);
-        return true;
-    });
+    readLines(path, [&](std::string_view line, qint64 number) { examiner.readLine(line, number); });
     return examiner.finish();
 }
 

@@ -97,7 +97,6 @@ void runLineByLine()
         if (const auto step = parseScriptLine(line, standardStream, number)) {
             runStep(*step, standardStream, investigation);
         }
-        return true;
     });
 }
 
@@ -109,7 +108,6 @@ void runFile(const QString &script)
         if (auto step = parseScriptLine(line, script, number)) {
             steps.push_back(std::move(*step));
         }
-        return true;
     });
     Investigation investigation;
     for (const ScriptStep &step : steps) {
