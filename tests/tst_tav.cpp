@@ -263,6 +263,16 @@ private slots:
                                     "has 267\r\ntav: standard input: faults found: 1\r\n"));
     }
 
+    /// Ctrl+C while it reads; a second later more would come.
+    void nothingOfTheProgressStaysAfterASignal()
+    {
+        const QByteArray shown = shell("script -qec \"(cat '$2'; sleep 3) | timeout --foreground -s INT 2 $1 info -\" "
+                                       "/dev/null </dev/null",
+                                       {example("connected-8.tav")})
+                                     .output;
+        QCOMPARE(shown, QByteArray("\rReading standard input: 10000\r\033[K"));
+    }
+
 private:
     QTemporaryDir folder;
 };
