@@ -128,13 +128,13 @@ private slots:
     void aSignalEndsTheWaitForAReader_data()
     {
         QTest::addColumn<QByteArray>("line");
-        QTest::newRow("build") << QByteArray("$1 build <(cut -f1 \"$3\") >\"$2\"");
-        QTest::newRow("build, with a name") << QByteArray("$1 build -o \"$2\" <(cut -f1 \"$3\")");
-        QTest::newRow("invariant") << QByteArray("$1 invariant order \"$3\" >\"$2\"");
-        QTest::newRow("invariant, with a name") << QByteArray("$1 invariant order -o \"$2\" \"$3\"");
-        QTest::newRow("show") << QByteArray("$1 run <(printf 'list-from-file a \"%s\"\\nshow a\\n' \"$3\") >\"$2\"");
+        QTest::newRow("build") << QByteArray(R"($1 build <(cut -f1 "$3") >"$2")");
+        QTest::newRow("build, with a name") << QByteArray(R"($1 build -o "$2" <(cut -f1 "$3"))");
+        QTest::newRow("invariant") << QByteArray(R"($1 invariant order "$3" >"$2")");
+        QTest::newRow("invariant, with a name") << QByteArray(R"($1 invariant order -o "$2" "$3")");
+        QTest::newRow("show") << QByteArray(R"($1 run <(printf 'list-from-file a "%s"\nshow a\n' "$3") >"$2")");
         QTest::newRow("save-list") << QByteArray(
-            "$1 run <(printf 'list-from-file a \"%s\"\\nsave-list a \"%s\"\\n' \"$3\" \"$2\")");
+            R"($1 run <(printf 'list-from-file a "%s"\nsave-list a "%s"\n' "$3" "$2"))");
     }
 
     /// A pipe that is open and full: the program waits until somebody reads it.
@@ -187,7 +187,7 @@ private slots:
         QCOMPARE(shell("$1 run <(echo lists)").status, 0);
         const QString pipe = folder.filePath(QStringLiteral("pipe"));
         QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-        const ToolResult result = shell("(printf '@\\nA_\\t0\\n' >\"$2\") & $1 invariant size \"$2\"", {pipe});
+        const ToolResult result = shell(R"((printf '@\nA_\t0\n' >"$2") & $1 invariant size "$2")", {pipe});
         QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\t0\nA_\t1\n"));
         QCOMPARE(result.errors, QByteArray());
     }
@@ -201,7 +201,7 @@ private slots:
         const QString file = folder.filePath(QStringLiteral("closed.g6"));
         QCOMPARE(shell("echo @ >\"$2\"; $1 build \"$2\" >&-", {file}).errors,
                  QByteArray("tav: standard output: cannot be written: Bad file descriptor\n"));
-        const ToolResult result = shell("$1 build -o \"$2\" \"$2\" <&- >&- 2>&-", {file});
+        const ToolResult result = shell(R"($1 build -o "$2" "$2" <&- >&- 2>&-)", {file});
         QCOMPARE(result.status, 0);
         QCOMPARE(contents(file), QByteArray("@\n"));
     }

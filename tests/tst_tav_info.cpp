@@ -134,7 +134,8 @@ private slots:
         QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened: No such file or directory\n"));
         QCOMPARE(result.status, 1);
         result = runTav({QStringLiteral("info")});
-        QCOMPARE(result.errors, QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav info --help'.\n"));
+        QCOMPARE(result.errors,
+                 QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav info --help'.\n"));
         QCOMPARE(result.status, 2);
     }
 };

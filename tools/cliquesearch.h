@@ -1,7 +1,7 @@
 #ifndef TAVOLINE_CLIQUESEARCH_H
 #define TAVOLINE_CLIQUESEARCH_H
 
-#include <stdint.h>
+#include <stdint.h> // NOLINT(modernize-deprecated-headers): C reads it, too
 
 #ifdef __cplusplus
 extern "C" {

@@ -148,7 +148,7 @@ QCommandLineOption outputOption()
 
 QString outputPath(const QCommandLineParser &parser)
 {
-    const QString path = parser.value(QStringLiteral("output"));
+    QString path = parser.value(QStringLiteral("output"));
     if (path.isEmpty()) {
         throw CommandError(QStringLiteral("The name of the output file is empty."), WrongUsage);
     }

@@ -85,7 +85,7 @@ SmallGraph SmallGraph::withoutVertex(int vertex) const
 
 std::size_t graph6Length(int order)
 {
-    return std::size_t(1 + (pairCount(order) + bitsPerCharacter - 1) / bitsPerCharacter);
+    return 1 + (std::size_t(pairCount(order)) + bitsPerCharacter - 1) / bitsPerCharacter;
 }
 
 QString parseGraph6(std::string_view text, SmallGraph &graph)
@@ -118,7 +118,7 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     int pair = 0;
     for (int v = 1; v < graph.order; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
-            const int byte = sixBits(text[size_t(1 + pair / bitsPerCharacter)]);
+            const int byte = sixBits(text[1 + size_t(pair) / bitsPerCharacter]);
             if ((byte >> (bitsPerCharacter - 1 - pair % bitsPerCharacter) & 1) != 0) {
                 graph.addEdge(u, v);
             }
@@ -131,7 +131,7 @@ std::string adjacencyKey(const SmallGraph &graph)
 {
     constexpr int bitsPerByte = 8;
     std::string key;
-    key.reserve(size_t(pairCount(graph.order) / bitsPerByte + 1));
+    key.reserve(size_t(pairCount(graph.order)) / bitsPerByte + 1);
     unsigned char byte = 0;
     int filled = 0;
     for (int v = 1; v < graph.order; ++v) {
