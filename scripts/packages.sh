@@ -17,7 +17,7 @@ install_packages() {
         >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libigraph-dev libnauty2-dev)
+build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils groff-base nauty poppler-utils)
 fuzz_packages=(clang libclang-rt-14-dev)

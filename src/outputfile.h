@@ -6,7 +6,7 @@
 
 #include <functional>
 
-class QIODevice;
+class QFileDevice;
 
 enum class WriteResult {
     Written,
@@ -14,26 +14,34 @@ enum class WriteResult {
     Failed,    ///< it was opened and could not be written to its end
 };
 
-/// The file that is being written. A device may take a part of what it is given and say nothing else of it: whether
-/// everything arrived is kept here.
+/// The file that is being written, and whether it took everything.
 class OutputFile
 {
 public:
-    explicit OutputFile(QIODevice &target) : device(target) {}
+    explicit OutputFile(QFileDevice &target) : device(target) {}
 
     void write(const QByteArray &bytes);
     /// What was to be written cannot be had: the old file stays.
     void giveUp() { complete = false; }
+    /// Writes out what is still kept back, and returns whether everything arrived.
+    bool finish();
     bool tookEverything() const { return complete; }
+    /// Why it did not take everything, in the words of the system.
+    QString reason();
 
 private:
-    QIODevice &device;
+    QFileDevice &device;
     bool complete = true;
 };
 
-/// Writes the file @p path with what @p write gives to the file. A file that stands there is
-/// replaced when the new one is complete, and stays as it is on any result but Written. What is no regular file, a
-/// device for example, is written to directly; a FIFO that nobody reads cannot be opened.
-WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write);
+/// Whether writeFile() makes the file @p path, in place of one that stands there: it does unless that is no regular
+/// file, a device for example, or is where a standard stream of the process goes.
+bool isReplaced(const QString &path);
+
+/// Writes the file @p path with what @p write gives to the file. A file that stands there is replaced when the new one
+/// is complete, and stays as it is on any result but Written. What is not to be replaced is written to directly, behind
+/// what a standard stream has written there; a FIFO that nobody reads cannot be opened. Sets @p reason, if it is given,
+/// to why the result is not Written, in the words of the system.
+WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason = nullptr);
 
 #endif

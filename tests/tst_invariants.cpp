@@ -427,6 +427,8 @@ private slots:
     void forests();
     void againstTrial();
     void chromaticNumbersBeyondTheClique();
+    void independentSetsOfSparseGraphs_data();
+    void independentSetsOfSparseGraphs();
     void cliquesOfDenseGraphs_data();
     void cliquesOfDenseGraphs();
     void texts_data();
@@ -582,6 +584,34 @@ void TestInvariants::chromaticNumbersBeyondTheClique()
         QCOMPARE(*valueOf("chromatic-number", graph), colours);
         QCOMPARE(*valueOf("clique-number", graph), 2.0);
     }
+}
+
+/// Cubic graphs on 62 vertices: the prism over a cycle of 31, of which every layer has at most 15 in a set, and the
+/// cycle of 62 with its longest diagonals, which are between even and odd vertices.
+void TestInvariants::independentSetsOfSparseGraphs_data()
+{
+    QTest::addColumn<SmallGraph>("graph");
+    QTest::addColumn<int>("size");
+    SmallGraph prism = withOrder(62);
+    SmallGraph ladder = cycle(62);
+    for (int v = 0; v < 31; ++v) {
+        prism.addEdge(v, (v + 1) % 31);
+        prism.addEdge(v + 31, (v + 1) % 31 + 31);
+        prism.addEdge(v, v + 31);
+        ladder.addEdge(v, v + 31);
+    }
+    QTest::newRow("prism") << prism << 30;
+    QTest::newRow("ladder") << ladder << 31;
+}
+
+void TestInvariants::independentSetsOfSparseGraphs()
+{
+    QFETCH(SmallGraph, graph);
+    QFETCH(int, size);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(*valueOf("independence-number", graph), double(size));
+    QVERIFY(timer.elapsed() < 10000);
 }
 
 /// A largest clique takes a vertex of every part, every second of the cycle, two of every pentagon.

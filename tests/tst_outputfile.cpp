@@ -6,11 +6,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <fcntl.h>
 #include <fstream>
 #include <future>
 #include <iterator>
 #include <memory>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -19,6 +21,31 @@ QByteArray contents(const QString &path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
 }
+
+/// Lets a standard stream of the process be a file while the object lives.
+class Redirection
+{
+public:
+    Redirection(int standardStream, const QString &path, int flags)
+        : stream(standardStream)
+        , saved(::dup(standardStream))
+    {
+        const int file = ::open(path.toLocal8Bit().constData(), flags, 0600);
+        ::dup2(file, stream);
+        ::close(file);
+    }
+    ~Redirection()
+    {
+        ::dup2(saved, stream);
+        ::close(saved);
+    }
+    Redirection(const Redirection &) = delete;
+    Redirection &operator=(const Redirection &) = delete;
+
+private:
+    int stream;
+    int saved;
+};
 
 std::function<void(OutputFile &)> text(const QByteArray &bytes)
 {
@@ -41,6 +68,9 @@ private slots:
     void targetsThatCannotBeOpened();
     void devices();
     void aFifo();
+    void standardStreams_data();
+    void standardStreams();
+    void standardInputIsNotWrittenTo();
     void givingUpKeepsTheOldFile();
 
 private:
@@ -82,15 +112,18 @@ void TestOutputFile::fullDiskKeepsTheOldFile()
     QFETCH(int, size);
     QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
     WriteResult result = WriteResult::Written;
+    QString reason;
     {
         const FullDisk disk;
-        result = writeFile(path("file"), [&](OutputFile &file) {
+        const auto write = [&](OutputFile &file) {
             for (int i = 0; i < blocks; i++) {
                 file.write(QByteArray(size, 'x'));
             }
-        });
+        };
+        result = writeFile(path("file"), write, &reason);
     }
     QCOMPARE(result, WriteResult::Failed);
+    QCOMPARE(reason, QStringLiteral("File too large"));
     QCOMPARE(contents(path("file")), QByteArray("old"));
     QCOMPARE(files(), QStringList{QStringLiteral("file")});
 }
@@ -112,16 +145,22 @@ void TestOutputFile::fullDiskLeavesNoNewFile()
 void TestOutputFile::targetsThatCannotBeOpened()
 {
     QCOMPARE(writeFile(QString(), text("x")), WriteResult::NotOpened);
-    QCOMPARE(writeFile(directory->path(), text("x")), WriteResult::NotOpened);
-    QCOMPARE(writeFile(path("missing/file"), text("x")), WriteResult::NotOpened);
+    QString reason;
+    QCOMPARE(writeFile(directory->path(), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(reason, QStringLiteral("Is a directory"));
+    QCOMPARE(writeFile(path("missing/file"), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(reason, QStringLiteral("No such file or directory"));
     QCOMPARE(files(), QStringList());
 }
 
 void TestOutputFile::devices()
 {
     QCOMPARE(writeFile(QStringLiteral("/dev/null"), text("x")), WriteResult::Written);
-    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text("x")), WriteResult::Failed);
-    QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(1000000, 'x'))), WriteResult::Failed);
+    for (const int size : {1, 1000000}) {
+        QString reason;
+        QCOMPARE(writeFile(QStringLiteral("/dev/full"), text(QByteArray(size, 'x')), &reason), WriteResult::Failed);
+        QCOMPARE(reason, QStringLiteral("No space left on device"));
+    }
 }
 
 void TestOutputFile::aFifo()
@@ -144,6 +183,46 @@ void TestOutputFile::aFifo()
     QVERIFY(QTest::qWaitFor(isOpened));
     QCOMPARE(result, WriteResult::Written);
     QVERIFY(arrived.get() == longText);
+}
+
+void TestOutputFile::standardStreams_data()
+{
+    QTest::addColumn<int>("stream");
+    QTest::addColumn<QString>("device");
+    QTest::newRow("input, open for both") << STDIN_FILENO << QStringLiteral("/dev/stdin");
+    QTest::newRow("output") << STDOUT_FILENO << QStringLiteral("/dev/stdout");
+    QTest::newRow("error") << STDERR_FILENO << QStringLiteral("/dev/stderr");
+}
+
+/// Where a stream goes to a file, that file is neither replaced nor written to from its beginning.
+void TestOutputFile::standardStreams()
+{
+    QFETCH(int, stream);
+    QFETCH(QString, device);
+    bool deviceIsReplaced = true;
+    bool fileIsReplaced = true;
+    {
+        const Redirection redirection(stream, path("file"), O_RDWR | O_CREAT);
+        QCOMPARE(::write(stream, "first\n", 6), ssize_t(6));
+        deviceIsReplaced = isReplaced(device);
+        fileIsReplaced = isReplaced(path("file"));
+        QCOMPARE(writeFile(device, text("second\n")), WriteResult::Written);
+        QCOMPARE(writeFile(path("file"), text("third\n")), WriteResult::Written);
+        QCOMPARE(::write(stream, "fourth\n", 7), ssize_t(7));
+    }
+    QCOMPARE(contents(path("file")), QByteArray("first\nsecond\nthird\nfourth\n"));
+    QVERIFY(!deviceIsReplaced);
+    QVERIFY(!fileIsReplaced);
+    QVERIFY(isReplaced(path("file")));
+}
+
+void TestOutputFile::standardInputIsNotWrittenTo()
+{
+    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
+    const Redirection redirection(STDIN_FILENO, path("file"), O_RDONLY);
+    QVERIFY(isReplaced(path("file")));
+    QCOMPARE(writeFile(path("file"), text("new")), WriteResult::Written);
+    QCOMPARE(contents(path("file")), QByteArray("new"));
 }
 
 void TestOutputFile::givingUpKeepsTheOldFile()

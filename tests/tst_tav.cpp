@@ -4,15 +4,19 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
 /// Runs a line of the shell, in which $1 is the companion program and what follows the further arguments.
-ToolResult shell(const char *line, const QStringList &arguments = {})
+ToolResult shell(const QByteArray &line, const QStringList &arguments = {})
 {
     return runProgram(QStringLiteral("bash"),
-                      words({"-c", line, "bash"}) + QStringList{QStringLiteral(TAVOLINE_TAV)} + arguments);
+                      words({"-c", line.constData(), "bash"}) + QStringList{QStringLiteral(TAVOLINE_TAV)} + arguments);
 }
 } // namespace
 
@@ -41,16 +45,139 @@ private slots:
     {
         QFETCH(QByteArray, line);
         const ToolResult result = shell(line.constData());
-        QVERIFY2(result.errors.endsWith("tav: standard output: cannot be written\n"), result.errors.constData());
+        QVERIFY2(result.errors.endsWith("tav: standard output: cannot be written: No space left on device\n"),
+                 result.errors.constData());
         QCOMPARE(result.status, 1);
     }
 
     void noNameForTheOutput()
     {
-        for (const char *line : {"echo @ | $1 build -o ''", "echo @ | $1 invariant -o '' order -"}) {
-            const ToolResult result = shell(line);
-            QCOMPARE(result.errors, QByteArray("tav: The name of the output file is empty.\nTry 'tav --help'.\n"));
+        for (const QString &command : {QStringLiteral("build -"), QStringLiteral("invariant order -")}) {
+            const ToolResult result = shell(qPrintable(QStringLiteral("$1 %1 -o ''").arg(command)));
+            QCOMPARE(result.errors, "tav: The name of the output file is empty.\nTry 'tav " +
+                                        command.section(QLatin1Char(' '), 0, 0).toUtf8() + " --help'.\n");
             QCOMPARE(result.status, 2);
+        }
+    }
+
+    void help_data()
+    {
+        QTest::addColumn<QByteArray>("begin");
+        QTest::newRow("") << QByteArray("Usage: tav COMMAND [OPTION...] [FILE...]\nMakes and examines databases");
+        QTest::newRow("build") << QByteArray(
+            "Usage: tav build [options] [FILE...]\n"
+            "Makes a database of the graphs whose graph6 strings stand, one a line, in the\n"
+            "files or on standard input. Isomorphic repetitions are dropped.\n\nOptions:\n");
+        QTest::newRow("info") << QByteArray("Usage: tav info [options] DATABASE.tav\n"
+                                            "Tells what a database holds and checks its lines; the exit status is 1 "
+                                            "when one\nhas a fault.\n\nOptions:\n");
+        QTest::newRow("invariant") << QByteArray(
+            "Usage: tav invariant [options] NAME DATABASE\n"
+            "Computes an invariant of every graph of a database and writes the file of it\n"
+            "that Tavoline loads: a name and a value a line, 'NA' where the invariant is\nundefined.\n\nOptions:\n");
+        QTest::newRow("run") << QByteArray(
+            "Usage: tav run [options] [SCRIPT]\n"
+            "Repeats an investigation without the window. The lines of the window's console\n"
+            "go to standard output. A command that fails ends the script, unless its line\n"
+            "begins with '-'.\n\nOptions:\n");
+    }
+
+    void help()
+    {
+        QFETCH(QByteArray, begin);
+        const QByteArray command = QTest::currentDataTag();
+        const ToolResult result = shell("$1 " + command + " --help");
+        QCOMPARE(result.output.left(begin.size()), begin);
+        QVERIFY(result.output.contains("-h, --help") && result.output.contains("--version"));
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        QCOMPARE(shell("$1 " + command + " -h").output, result.output);
+    }
+
+    void version()
+    {
+        for (const char *line : {"$1 --version", "$1 build --version", "$1 info --version", "$1 invariant --version",
+                                 "$1 run --version"}) {
+            const ToolResult result = shell(line);
+            QCOMPARE(result.output, QByteArray("tav 0.2.1\n"));
+            QCOMPARE(result.errors, QByteArray());
+            QCOMPARE(result.status, 0);
+        }
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("") << QByteArray("No command given.");
+        QTest::newRow("rebuild") << QByteArray("Unknown command 'rebuild'.");
+        QTest::newRow("help") << QByteArray("Unknown command 'help'.");
+        QTest::newRow("--fast") << QByteArray("Unknown command '--fast'.");
+        QTest::newRow("--help build") << QByteArray("Unexpected argument 'build'.");
+        QTest::newRow("--version 1 2") << QByteArray("Unexpected argument '1'.");
+    }
+
+    void wrongUsage()
+    {
+        QFETCH(QByteArray, message);
+        const ToolResult result = shell(QByteArray("$1 ") + QTest::currentDataTag());
+        QCOMPARE(result.errors, "tav: " + message + "\nTry 'tav --help'.\n");
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 2);
+    }
+
+    void aSignalEndsTheWaitForAReader_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("build") << QByteArray(R"($1 build <(cut -f1 "$3") >"$2")");
+        QTest::newRow("build, with a name") << QByteArray(R"($1 build -o "$2" <(cut -f1 "$3"))");
+        QTest::newRow("invariant") << QByteArray(R"($1 invariant order "$3" >"$2")");
+        QTest::newRow("invariant, with a name") << QByteArray(R"($1 invariant order -o "$2" "$3")");
+        QTest::newRow("show") << QByteArray(R"($1 run <(printf 'list-from-file a "%s"\nshow a\n' "$3") >"$2")");
+        QTest::newRow("save-list") << QByteArray(
+            R"($1 run <(printf 'list-from-file a "%s"\nsave-list a "%s"\n' "$3" "$2"))");
+    }
+
+    /// A pipe that is open and full: the program waits until somebody reads it.
+    void aSignalEndsTheWaitForAReader()
+    {
+        QFETCH(QByteArray, line);
+        const QTemporaryDir place;
+        const QString pipe = place.filePath(QStringLiteral("pipe"));
+        QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        const int reader = ::open(pipe.toLocal8Bit().constData(), O_RDONLY | O_NONBLOCK);
+        const int writer = ::open(pipe.toLocal8Bit().constData(), O_WRONLY);
+        QVERIFY(reader >= 0 && writer >= 0);
+        QProcess process;
+        process.start(QStringLiteral("bash"),
+                      QStringList{QStringLiteral("-c"), QStringLiteral("exec ") + QString::fromUtf8(line),
+                                  QStringLiteral("bash"), QStringLiteral(TAVOLINE_TAV), pipe,
+                                  example("connected-8.tav")});
+        const auto isFull = [&] {
+            pollfd end = {writer, POLLOUT, 0};
+            return ::poll(&end, 1, 0) == 0;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isFull(), 20000);
+        ::kill(pid_t(process.processId()), SIGTERM);
+        QVERIFY(process.waitForFinished(10000));
+        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QCOMPARE(process.exitCode(), SIGTERM);
+        ::close(reader);
+        ::close(writer);
+    }
+
+    /// By whatever name it is written to, a file that is standard output gets one thing after the other.
+    void theFileThatIsStandardOutput()
+    {
+        const QString file = folder.filePath(QStringLiteral("everything"));
+        for (const char *name : {"/dev/stdout", "\"$2\""}) {
+            const QByteArray line =
+                QByteArray("{ echo before; printf '@\\nA_\\n' | $1 build -o OUT; printf 'list-from-file a \"%s\"\\n"
+                           "save-list a \"%s\"\\nlists\\n' $3 OUT | $1 run; echo after; } >\"$2\"")
+                    .replace("OUT", name);
+            shell(line.constData(), {file, example("regular-8.g6")});
+            const QByteArray saved = contents(example("regular-8.g6")).trimmed();
+            QCOMPARE(contents(file),
+                     "before\n@\nA_\t0\nList added : a [ 17 element(s)]\nList added : a\n" + saved + "a\t17\nafter\n");
         }
     }
 
@@ -60,9 +187,23 @@ private slots:
         QCOMPARE(shell("$1 run <(echo lists)").status, 0);
         const QString pipe = folder.filePath(QStringLiteral("pipe"));
         QCOMPARE(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
-        const ToolResult result = shell("(printf '@\\nA_\\t0\\n' >\"$2\") & $1 invariant size \"$2\"", {pipe});
+        const ToolResult result = shell(R"((printf '@\nA_\t0\n' >"$2") & $1 invariant size "$2")", {pipe});
         QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\t0\nA_\t1\n"));
         QCOMPARE(result.errors, QByteArray());
+    }
+
+    /// Whatever is opened does not take the place of a stream that is closed.
+    void closedStreams()
+    {
+        const char *const noInput = "tav: standard input:1: cannot be read: Bad file descriptor\n";
+        QCOMPARE(shell("$1 build <&-").errors, QByteArray(noInput));
+        QCOMPARE(shell("$1 run <&-").errors, QByteArray("Starting...\n") + noInput);
+        const QString file = folder.filePath(QStringLiteral("closed.g6"));
+        QCOMPARE(shell("echo @ >\"$2\"; $1 build \"$2\" >&-", {file}).errors,
+                 QByteArray("tav: standard output: cannot be written: Bad file descriptor\n"));
+        const ToolResult result = shell(R"($1 build -o "$2" "$2" <&- >&- 2>&-)", {file});
+        QCOMPARE(result.status, 0);
+        QCOMPARE(contents(file), QByteArray("@\n"));
     }
 
     void aFolderIsNotRead()
@@ -118,8 +259,18 @@ private slots:
         const QByteArray faults =
             shell("script -qec \"(cat '$2'; echo x) | $1 info - >/dev/null\" /dev/null </dev/null", database).output;
         QCOMPARE(faults, QByteArray("\rReading standard input: 10000\r\033[K"
-                                    "tav: standard input:12114: 'x': not graph6: 1 bytes where a graph on 57 vertices "
+                                    "tav: standard input:12114: 'x': not graph6: 1 byte where a graph on 57 vertices "
                                     "has 267\r\ntav: standard input: faults found: 1\r\n"));
+    }
+
+    /// Ctrl+C while it reads; a second later more would come.
+    void nothingOfTheProgressStaysAfterASignal()
+    {
+        const QByteArray shown = shell("script -qec \"(cat '$2'; sleep 3) | timeout --foreground -s INT 2 $1 info -\" "
+                                       "/dev/null </dev/null",
+                                       {example("connected-8.tav")})
+                                     .output;
+        QCOMPARE(shown, QByteArray("\rReading standard input: 10000\r\033[K"));
     }
 
 private:

@@ -23,7 +23,7 @@ private slots:
         const ToolResult result = runTav(info(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav")));
         QCOMPARE(result.output, QByteArray("graphs:         12113\n"
                                            "links:          71258\n"
-                                           "smallest graph: 1 vertices, 0 edges: @ (line 1)\n"
+                                           "smallest graph: 1 vertex, 0 edges: @ (line 1)\n"
                                            "largest graph:  8 vertices, 28 edges: G~~~~{ (line 12113)\n"
                                            "sub-graphs:     0 to 8, 5.88 on average\n"
                                            "super-graphs:   0 to 127, 5.88 on average\n"
@@ -68,7 +68,7 @@ private slots:
     {
         const ToolResult result = runTav(info(standardInput), "\nBG\nBO\nA?\n");
         QVERIFY(result.output.contains("smallest graph: 2 vertices, 0 edges: A? (line 4)\n"));
-        QVERIFY(result.output.contains("largest graph:  3 vertices, 1 edges: BG (line 2)\n"));
+        QVERIFY(result.output.contains("largest graph:  3 vertices, 1 edge: BG (line 2)\n"));
     }
 
     void fault_data()
@@ -76,7 +76,7 @@ private slots:
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("no graph6") << QByteArray("@\nA\n")
-                                   << QByteArray("2: 'A': not graph6: 1 bytes where a graph on 2 vertices has 2");
+                                   << QByteArray("2: 'A': not graph6: 1 byte where a graph on 2 vertices has 2");
         QTest::newRow("too large") << QByteArray("~??~\n") << QByteArray("1: '~??~': more than 62 vertices");
         QTest::newRow("beyond ASCII") << QByteArray("\xc3\xa9\n")
                                       << QByteArray("1: '\xc3\xa9': not graph6: byte 195 at column 1");
@@ -134,7 +134,8 @@ private slots:
         QCOMPARE(result.errors, QByteArray("tav: /no/such.tav: cannot be opened: No such file or directory\n"));
         QCOMPARE(result.status, 1);
         result = runTav({QStringLiteral("info")});
-        QCOMPARE(result.errors, QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav --help'.\n"));
+        QCOMPARE(result.errors,
+                 QByteArray("tav: Exactly one database file expected, 0 given.\nTry 'tav info --help'.\n"));
         QCOMPARE(result.status, 2);
     }
 };

@@ -94,6 +94,8 @@ private slots:
                                      << QByteArray("Exactly one database file expected, 0 given.");
         QTest::newRow("two databases") << words({"invariant", "girth", "x.tav", "y.tav"})
                                        << QByteArray("Exactly one database file expected, 2 given.");
+        QTest::newRow("list of one") << words({"invariant", "--list", "girth"})
+                                     << QByteArray("Unexpected argument 'girth'.");
         QTest::newRow("jobs") << words({"invariant", "girth", "-j", "0", "x.tav"})
                               << QByteArray("Not a number of processors from 1 to 1024: '0'.");
     }
@@ -103,7 +105,7 @@ private slots:
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, message);
         const ToolResult result = runTav(arguments);
-        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav --help'.\n"));
+        QCOMPARE(result.errors, QByteArray("tav: " + message + "\nTry 'tav invariant --help'.\n"));
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.status, 2);
     }
@@ -113,7 +115,7 @@ private slots:
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("no graph6") << QByteArray("@\n\nA\t0\n")
-                                   << QByteArray("3: not graph6: 1 bytes where a graph on 2 vertices has 2");
+                                   << QByteArray("3: not graph6: 1 byte where a graph on 2 vertices has 2");
         QTest::newRow("blank") << QByteArray("@\nA_ \t0\n") << QByteArray("2: not graph6: byte 32 at column 3");
         QTest::newRow("too large") << QByteArray("~??~\n") << QByteArray("1: more than 62 vertices");
         QTest::newRow("no graph") << QByteArray("\n\t1\n") << QByteArray("1: the database holds no graph");
@@ -139,7 +141,7 @@ private slots:
         QCOMPARE(result.status, 1);
         result =
             runTav(invariant("girth", {QStringLiteral("-o"), QStringLiteral("/no/such.txt"), standardInput}), "@\n");
-        QCOMPARE(result.errors, QByteArray("tav: /no/such.txt: cannot be written\n"));
+        QCOMPARE(result.errors, QByteArray("tav: /no/such.txt: cannot be written: No such file or directory\n"));
         QCOMPARE(result.status, 1);
     }
 

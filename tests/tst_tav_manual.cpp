@@ -110,8 +110,10 @@ private slots:
             QVERIFY2(!manualOf(command).isEmpty(), qPrintable(command));
             QVERIFY2(offered.contains(command), qPrintable(command));
         }
-        QVERIFY(offered.contains(QStringLiteral("--help")));
-        QVERIFY(offered.contains(QStringLiteral("--version")));
+        for (const char *option : {"-h", "--help", "--version"}) {
+            QVERIFY2(offered.contains(QLatin1String(option)), option);
+            QVERIFY2(names(manual(), QStringLiteral("tav ") + QLatin1String(option)), option);
+        }
     }
 
     void everyOption_data()
@@ -153,6 +155,29 @@ private slots:
             runProgram(QStringLiteral(GROFF_PROGRAM), words({"-man", "-Tutf8", "-ww", "-z"}) + QStringList{manualPath});
         QCOMPARE(result.errors, QByteArray());
         QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
+    /// In a folder of their own, in their order.
+    void theExamplesRun()
+    {
+        const QString examples =
+            manual().section(QStringLiteral("\n.SH EXAMPLES\n"), 1).section(QStringLiteral("\n.SH"), 0, 0);
+        const QRegularExpression block(QStringLiteral("\n\\.EX\n(.*)\n\\.EE\n"),
+                                       QRegularExpression::DotMatchesEverythingOption |
+                                           QRegularExpression::InvertedGreedinessOption);
+        QStringList commands;
+        for (auto match = block.globalMatch(examples); match.hasNext();) {
+            commands.append(match.next().captured(1));
+        }
+        QCOMPARE(commands.size(), 3);
+        const QTemporaryDir folder;
+        const QString script = QStringLiteral("PATH=${0%/*}:$PATH\n") + commands.join(QLatin1Char('\n'));
+        const ToolResult result = runProgram(
+            QStringLiteral("bash"),
+            words({"-euo", "pipefail", "-c"}) + QStringList{script, QStringLiteral(TAVOLINE_TAV)}, {}, folder.path());
+        QVERIFY2(result.output.endsWith("\nList added : complete\nBw\nC~\nD~{\nE~~w\nF~~~w\nG~~~~{\n"),
+                 (result.output + result.errors).constData());
         QCOMPARE(result.status, 0);
     }
 

@@ -1,6 +1,7 @@
 #include "build.h"
 
 #include "commandline.h"
+#include "counted.h"
 #include "databasebuilder.h"
 
 #include <cstdio>
@@ -15,17 +16,20 @@ Relation relationOf(const QString &name)
     if (name == QLatin1String("edge")) {
         return Relation::Edge;
     }
-    throw CommandError(QStringLiteral("Unknown relation '%1': neither 'vertex' nor 'edge'.").arg(name), WrongUsage);
+    throw CommandError(QStringLiteral("Unknown relation %1: neither 'vertex' nor 'edge'.").arg(quoted(name)),
+                       WrongUsage);
 }
 
 void report(const BuildSummary &summary)
 {
-    std::fprintf(stderr, "%lld graphs and %lld links; %lld isomorphic repetitions dropped", summary.graphs,
-                 summary.links, summary.repetitions);
+    QString text = QStringLiteral("%1 and %2; %3 dropped")
+                       .arg(counted(summary.graphs, "graph", "graphs"), counted(summary.links, "link", "links"),
+                            counted(summary.repetitions, "isomorphic repetition", "isomorphic repetitions"));
     if (summary.disconnected > 0) {
-        std::fprintf(stderr, ", %lld disconnected graphs left out", summary.disconnected);
+        text += QStringLiteral(", %1 left out")
+                    .arg(counted(summary.disconnected, "disconnected graph", "disconnected graphs"));
     }
-    std::fputs(".\n", stderr);
+    std::fprintf(stderr, "%s.\n", qPrintable(text));
 }
 } // namespace
 

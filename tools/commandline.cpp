@@ -1,8 +1,7 @@
 #include "commandline.h"
 
+#include "parallel.h"
 #include "progress.h"
-
-#include <QThread>
 
 #include <cstdio>
 #include <utility>
@@ -10,7 +9,24 @@
 namespace
 {
 constexpr int maximalJobCount = 1024;
+
+/// Breaks a text at blanks so that its lines have at most 79 characters.
+QString wrapped(const QString &text)
+{
+    constexpr int width = 79;
+    QString result;
+    int column = 0;
+    for (const QString &word : text.split(QLatin1Char(' '))) {
+        const bool fits = column + 1 + word.size() <= width;
+        if (column > 0) {
+            result += QLatin1Char(fits ? ' ' : '\n');
+        }
+        column = column > 0 && fits ? column + 1 + word.size() : word.size();
+        result += word;
+    }
+    return result;
 }
+} // namespace
 
 CommandError::CommandError(QString text, ExitStatus status)
     : message(std::move(text))
@@ -51,20 +67,41 @@ void tell(const QString &line)
     std::fprintf(stderr, "tav: %s\n", qPrintable(plain));
 }
 
-bool parseArguments(QCommandLineParser &parser, const QStringList &arguments)
+bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, const QString &moreHelp)
 {
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Displays this help."));
-    parser.addOption(help);
+    const QCommandLineOption version(QStringLiteral("version"), QStringLiteral("Displays the version."));
+    parser.addOptions({help, version});
     if (!parser.parse(arguments)) {
-        throw CommandError(parser.errorText(), WrongUsage);
+        const QStringList unknown = parser.unknownOptionNames();
+        throw CommandError(unknown.isEmpty() ? parser.errorText()
+                                             : QStringLiteral("Unknown option %1.").arg(quoted(unknown.first())),
+                           WrongUsage);
     }
     if (parser.isSet(help)) {
+        parser.setApplicationDescription(wrapped(parser.applicationDescription()));
         QString text = parser.helpText();
-        text.replace(0, text.indexOf(QLatin1String(" [options]")), QStringLiteral("Usage: tav ") + arguments.first());
-        std::fputs(qPrintable(text), stdout);
+        text.remove(0, qMax(0, text.indexOf(QLatin1String(" [options]")))); // begins with the path of the program
+        std::printf("Usage: tav %s%s%s", qPrintable(arguments.first()), qPrintable(text), qPrintable(moreHelp));
+        return false;
+    }
+    if (parser.isSet(version)) {
+        printVersion();
         return false;
     }
     return true;
+}
+
+void printVersion()
+{
+    std::puts("tav " TAVOLINE_VERSION);
+}
+
+void expectNoMore(const QStringList &arguments)
+{
+    if (!arguments.isEmpty()) {
+        throw CommandError(QStringLiteral("Unexpected argument %1.").arg(quoted(arguments.first())), WrongUsage);
+    }
 }
 
 QString onlyArgument(const QCommandLineParser &parser, const QString &what)
@@ -88,14 +125,14 @@ int jobCount(const QCommandLineParser &parser)
 {
     const QString option = QStringLiteral("jobs");
     if (!parser.isSet(option)) {
-        return QThread::idealThreadCount();
+        return processorCount();
     }
     bool isNumber = false;
     const int count = parser.value(option).toInt(&isNumber);
     if (!isNumber || count < 1 || count > maximalJobCount) {
-        throw CommandError(
-            QStringLiteral("Not a number of processors from 1 to 1024: %1.").arg(quoted(parser.value(option))),
-            WrongUsage);
+        throw CommandError(QStringLiteral("Not a number of processors from 1 to %1: %2.")
+                               .arg(QString::number(maximalJobCount), quoted(parser.value(option))),
+                           WrongUsage);
     }
     return count;
 }
@@ -111,7 +148,7 @@ QCommandLineOption outputOption()
 
 QString outputPath(const QCommandLineParser &parser)
 {
-    const QString path = parser.value(QStringLiteral("output"));
+    QString path = parser.value(QStringLiteral("output"));
     if (path.isEmpty()) {
         throw CommandError(QStringLiteral("The name of the output file is empty."), WrongUsage);
     }

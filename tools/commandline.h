@@ -45,9 +45,16 @@ QString quoted(const QString &text);
 /// terminal, are written as \xNN.
 void tell(const QString &line);
 
-/// Reads @p arguments, the name of the command first, into @p parser, to which "--help" is added. Returns false when
-/// help was asked for and printed; throws CommandError (WrongUsage) when they do not fit.
-bool parseArguments(QCommandLineParser &parser, const QStringList &arguments);
+/// Reads @p arguments, the name of the command first, into @p parser, to which "--help" and "--version" are added.
+/// Returns false when help, which ends with @p moreHelp, or the version was asked for and printed; throws CommandError
+/// (WrongUsage) when they do not fit.
+bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, const QString &moreHelp = {});
+
+/// Prints the line of the program and its version.
+void printVersion();
+
+/// Throws CommandError (WrongUsage), naming the first of @p arguments, when there is one.
+void expectNoMore(const QStringList &arguments);
 
 /// The one positional argument; throws CommandError (WrongUsage), naming @p what is expected, when there is not exactly
 /// one.

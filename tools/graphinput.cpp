@@ -8,8 +8,17 @@
 
 namespace
 {
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view header = ">>graph6<<";
+
+/// Takes @p prefix off the begin of @p line if it is there.
+void skip(std::string_view prefix, std::string_view &line)
+{
+    if (line.substr(0, prefix.size()) == prefix) {
+        line.remove_prefix(prefix.size());
+    }
 }
+} // namespace
 
 std::size_t GraphGroup::count() const
 {
@@ -32,15 +41,12 @@ GraphInput::GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces)
 void GraphInput::read()
 {
     for (int input = 0; input < inputs.size(); ++input) {
-        readLines(inputs.at(input), [&](std::string_view line, qint64 number) {
-            readLine(line, {input, number});
-            return true;
-        });
+        readLines(inputs.at(input), [&](std::string_view line, qint64 number) { readLine(line, {input, number}); });
     }
     if (groupsByKind.empty()) {
         const QString text = isConnectedOnly ? QStringLiteral("no connected graph in the input")
                                              : QStringLiteral("no graph in the input");
-        throw CommandError(inputs.size() == 1 ? inputName(inputs.first()) + QStringLiteral(": ") + text : text);
+        throw CommandError(inputs.last(), 1, text);
     }
 }
 
@@ -59,14 +65,15 @@ QString GraphInput::locate(std::size_t index) const
     for (; index >= group->second.count(); ++group) {
         index -= group->second.count();
     }
-    const GraphPlace &place = group->second.places.at(index);
+    const InputPlace &place = group->second.places.at(index);
     return QStringLiteral("%1:%2").arg(inputName(inputs.at(place.input)), QString::number(place.line));
 }
 
-void GraphInput::readLine(std::string_view line, GraphPlace place)
+void GraphInput::readLine(std::string_view line, InputPlace place)
 {
-    if (place.line == 1 && line.substr(0, header.size()) == header) {
-        line.remove_prefix(header.size());
+    if (place.line == 1) {
+        skip(byteOrderMark, line);
+        skip(header, line);
     }
     if (line.empty()) {
         return;

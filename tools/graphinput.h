@@ -13,7 +13,7 @@
 #include <vector>
 
 /// Where a graph was read.
-struct GraphPlace {
+struct InputPlace {
     int input; ///< the number of the file
     qint64 line;
 };
@@ -23,7 +23,7 @@ struct GraphGroup {
     int order = 0;
     int size = 0;
     std::string strings; ///< their graph6 strings, one after the other: they are of the same length
-    std::vector<GraphPlace> places;
+    std::vector<InputPlace> places;
 
     std::size_t count() const;
     std::string_view string(std::size_t index) const;
@@ -51,7 +51,7 @@ public:
     QString locate(std::size_t index) const;
 
 private:
-    void readLine(std::string_view line, GraphPlace place);
+    void readLine(std::string_view line, InputPlace place);
 
     QStringList inputs;
     bool isConnectedOnly;

@@ -4,7 +4,7 @@
 
 #include <array>
 
-void check(igraph_error_t code)
+void checkLibrary(igraph_error_t code)
 {
     if (code != IGRAPH_SUCCESS) {
         throw CommandError(QStringLiteral("igraph: %1").arg(QString::fromLatin1(igraph_strerror(code))));
@@ -26,5 +26,6 @@ LibraryGraph::LibraryGraph(const SmallGraph &given)
         }
     }
     igraph_vector_int_t edges;
-    check(igraph_create(&graph, igraph_vector_int_view(&edges, ends.data(), count), given.order, IGRAPH_UNDIRECTED));
+    checkLibrary(
+        igraph_create(&graph, igraph_vector_int_view(&edges, ends.data(), count), given.order, IGRAPH_UNDIRECTED));
 }

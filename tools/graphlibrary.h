@@ -8,9 +8,9 @@
 // The objects of igraph with owners, and its failures as exceptions. The library is not for several threads at a time.
 
 /// Throws CommandError when a call of the library, whose result is @p code, failed.
-void check(igraph_error_t code);
+void checkLibrary(igraph_error_t code);
 
-/// A graph of the library. The first one made tells the library to leave the report of a failure to check().
+/// A graph of the library. The first one made tells the library to leave the report of a failure to checkLibrary().
 class LibraryGraph
 {
 public:
@@ -27,55 +27,32 @@ private:
     igraph_t graph;
 };
 
-/// A vector of integers of the library.
-class IntegerVector
+/// An object of the library that @p init makes, of the sizes @p sizes, and @p destroy destroys.
+template<typename Object, auto init, auto destroy, igraph_integer_t... sizes> class LibraryObject
 {
 public:
-    IntegerVector() { check(igraph_vector_int_init(&vector, 0)); }
-    ~IntegerVector() { igraph_vector_int_destroy(&vector); }
-    IntegerVector(const IntegerVector &) = delete;
-    IntegerVector &operator=(const IntegerVector &) = delete;
+    LibraryObject() { checkLibrary(init(&object, sizes...)); }
+    ~LibraryObject() { destroy(&object); }
+    LibraryObject(const LibraryObject &) = delete;
+    LibraryObject &operator=(const LibraryObject &) = delete;
 
-    igraph_vector_int_t *get() { return &vector; }
-    igraph_integer_t size() const { return igraph_vector_int_size(&vector); }
-    igraph_integer_t operator[](igraph_integer_t index) const { return VECTOR(vector)[index]; }
+    Object *get() { return &object; }
 
-private:
-    igraph_vector_int_t vector;
+protected:
+    Object object;
 };
 
-/// A vector of real numbers of the library.
-class RealVector
+template<typename Vector, auto init, auto destroy> class LibraryVector : public LibraryObject<Vector, init, destroy, 0>
 {
 public:
-    RealVector() { check(igraph_vector_init(&vector, 0)); }
-    ~RealVector() { igraph_vector_destroy(&vector); }
-    RealVector(const RealVector &) = delete;
-    RealVector &operator=(const RealVector &) = delete;
-
-    igraph_vector_t *get() { return &vector; }
-    const double *begin() const { return vector.stor_begin; }
-    const double *end() const { return vector.end; }
-    igraph_integer_t size() const { return igraph_vector_size(&vector); }
-    double operator[](igraph_integer_t index) const { return VECTOR(vector)[index]; }
-
-private:
-    igraph_vector_t vector;
+    auto begin() const { return this->object.stor_begin; }
+    auto end() const { return this->object.end; }
+    igraph_integer_t size() const { return end() - begin(); }
+    auto operator[](igraph_integer_t index) const { return begin()[index]; }
 };
 
-/// A matrix of real numbers of the library.
-class RealMatrix
-{
-public:
-    RealMatrix() { check(igraph_matrix_init(&matrix, 0, 0)); }
-    ~RealMatrix() { igraph_matrix_destroy(&matrix); }
-    RealMatrix(const RealMatrix &) = delete;
-    RealMatrix &operator=(const RealMatrix &) = delete;
-
-    igraph_matrix_t *get() { return &matrix; }
-
-private:
-    igraph_matrix_t matrix;
-};
+using IntegerVector = LibraryVector<igraph_vector_int_t, igraph_vector_int_init, igraph_vector_int_destroy>;
+using RealVector = LibraryVector<igraph_vector_t, igraph_vector_init, igraph_vector_destroy>;
+using RealMatrix = LibraryObject<igraph_matrix_t, igraph_matrix_init, igraph_matrix_destroy, 0, 0>;
 
 #endif

@@ -2,6 +2,7 @@
 
 #include "TAVgraph.h"
 #include "commandline.h"
+#include "counted.h"
 #include "input.h"
 #include "smallgraph.h"
 #include "textline.h"
@@ -46,8 +47,7 @@ public:
     void readLine(std::string_view bytes, qint64 number)
     {
         line = number;
-        const QByteArray text =
-            isPlain(bytes) ? QByteArray::fromRawData(bytes.data(), int(bytes.size())) : decodeLine(bytes).toUtf8();
+        const QByteArray text = meaningOf(bytes);
         std::string_view rest(text.constData(), size_t(text.size()));
         bool more = false;
         const std::string_view name = takeField(rest, more);
@@ -97,13 +97,13 @@ private:
             fault(QStringLiteral("%1: %2").arg(quoted(toText(name)), wrong));
             return;
         }
-        const GraphPlace place = {toText(name), line, graph.order, graph.size()};
-        const auto rank = [](const GraphPlace &one) { return std::tie(one.order, one.size); };
-        if (summary.smallest.line == 0 || rank(place) < rank(summary.smallest)) {
-            summary.smallest = place;
+        const NotableGraph found = {toText(name), line, graph.order, graph.size()};
+        const auto rank = [](const NotableGraph &one) { return std::tie(one.order, one.size); };
+        if (summary.smallest.line == 0 || rank(found) < rank(summary.smallest)) {
+            summary.smallest = found;
         }
-        if (summary.largest.line == 0 || rank(summary.largest) < rank(place)) {
-            summary.largest = place;
+        if (summary.largest.line == 0 || rank(summary.largest) < rank(found)) {
+            summary.largest = found;
         }
     }
 
@@ -153,11 +153,11 @@ void printCounts(const char *what, const CountSummary &counts, qint64 graphs)
                 double(counts.sum) / double(graphs));
 }
 
-void printPlace(const char *what, const GraphPlace &place)
+void printNotable(const char *what, const NotableGraph &graph)
 {
-    if (place.line > 0) {
-        std::printf("%s %d vertices, %d edges: %s (line %lld)\n", what, place.order, place.size, qPrintable(place.name),
-                    place.line);
+    if (graph.line > 0) {
+        std::printf("%s %s, %s: %s (line %lld)\n", what, qPrintable(counted(graph.order, "vertex", "vertices")),
+                    qPrintable(counted(graph.size, "edge", "edges")), qPrintable(graph.name), graph.line);
     }
 }
 
@@ -166,8 +166,8 @@ void print(const DatabaseSummary &summary)
     std::printf("graphs:         %lld\n", summary.graphs);
     std::printf("links:          %lld\n", summary.subGraphs.sum);
     if (summary.graphs > 0) {
-        printPlace("smallest graph:", summary.smallest);
-        printPlace("largest graph: ", summary.largest);
+        printNotable("smallest graph:", summary.smallest);
+        printNotable("largest graph: ", summary.largest);
         printCounts("sub-graphs:    ", summary.subGraphs, summary.graphs);
         printCounts("super-graphs:  ", summary.superGraphs, summary.graphs);
     }
@@ -186,10 +186,7 @@ void CountSummary::include(qint64 count)
 DatabaseSummary examineDatabase(const QString &path, const std::function<void(qint64, const QString &)> &fault)
 {
     Examiner examiner(fault);
-    readLines(path, [&](std::string_view line, qint64 number) {
-        examiner.readLine(line, number);
-        return true;
-    });
+    readLines(path, [&](std::string_view line, qint64 number) { examiner.readLine(line, number); });
     return examiner.finish();
 }
 

@@ -17,7 +17,7 @@ struct CountSummary {
 };
 
 /// One graph of a database file, as far as it is told of.
-struct GraphPlace {
+struct NotableGraph {
     QString name;
     qint64 line = 0;
     int order = 0;
@@ -26,8 +26,8 @@ struct GraphPlace {
 
 struct DatabaseSummary {
     qint64 graphs = 0;
-    GraphPlace smallest; ///< by order, then size; the first of equal ones. Line 0 when no name is a graph6 string.
-    GraphPlace largest;
+    NotableGraph smallest; ///< by order, then size; the first of equal ones. Line 0 when no name is a graph6 string.
+    NotableGraph largest;
     CountSummary subGraphs;   ///< of the graphs: how many indices their lines hold
     CountSummary superGraphs; ///< how many lines hold their index
     qint64 memory = 0;        ///< bytes that the program needs for the loaded database, about

@@ -8,7 +8,6 @@
 #include <QFile>
 
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -57,12 +56,6 @@ private:
     int descriptor;
 };
 
-/// What the system says of the last failure.
-QString reason()
-{
-    return QString::fromLocal8Bit(std::strerror(errno));
-}
-
 int openInput(const QString &path)
 {
     if (path == standardStream) {
@@ -70,13 +63,13 @@ int openInput(const QString &path)
     }
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
-        throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, reason()));
+        throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, qt_error_string()));
     }
     return descriptor;
 }
 } // namespace
 
-void readLines(const QString &path, const std::function<bool(std::string_view, qint64)> &take)
+void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take)
 {
     InputDevice device(openInput(path));
     LineReader reader(device);
@@ -91,14 +84,17 @@ void readLines(const QString &path, const std::function<bool(std::string_view, q
         if (number % progressStep == 0) {
             progress.report(size > 0 ? bytes : number);
         }
-        if (!take(withoutLineEnd(line), number)) {
-            return;
-        }
+        take(withoutLineEnd(line), number);
     }
     if (status == LineReader::Status::TooLong) {
         throw CommandError(path, number, QStringLiteral("a line of more than 1 GiB"));
     }
     if (status == LineReader::Status::Failed) {
-        throw CommandError(path, number, QStringLiteral("cannot be read: ") + reason());
+        throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
     }
+}
+
+QByteArray meaningOf(std::string_view bytes)
+{
+    return isPlain(bytes) ? QByteArray::fromRawData(bytes.data(), int(bytes.size())) : decodeLine(bytes).toUtf8();
 }

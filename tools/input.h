@@ -1,15 +1,19 @@
 #ifndef TAVOLINE_INPUT_H
 #define TAVOLINE_INPUT_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
 #include <string_view>
 
 /// Reads the file @p path, which may be a pipe, or standard input for "-", line by line: @p take gets each line,
-/// without its line end, and its number, counted from 1, until it returns false. A line from a pipe or a terminal is
-/// handed out as soon as it has come; when there are many, progress is shown. Throws CommandError when the file cannot
-/// be opened or read.
-void readLines(const QString &path, const std::function<bool(std::string_view line, qint64 number)> &take);
+/// without its line end, and its number, counted from 1. A line from a pipe or a terminal is handed out as soon as it
+/// has come; when there are many, progress is shown. Throws CommandError when the file cannot be opened or read.
+void readLines(const QString &path, const std::function<void(std::string_view line, qint64 number)> &take);
+
+/// The bytes that a line or field of a database stands for, in UTF-8. They may be those of @p bytes, which must outlive
+/// them.
+QByteArray meaningOf(std::string_view bytes);
 
 #endif

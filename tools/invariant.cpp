@@ -45,8 +45,7 @@ private:
 QByteArray nameOnLine(std::string_view line)
 {
     bool more = false;
-    const std::string_view name = takeField(line, more);
-    return isPlain(name) ? QByteArray(name.data(), int(name.size())) : decodeLine(name).toUtf8();
+    return meaningOf(takeField(line, more));
 }
 
 Names readNames(const QString &database)
@@ -56,7 +55,7 @@ Names readNames(const QString &database)
         const QByteArray bytes = nameOnLine(line);
         const std::string_view name(bytes.constData(), std::size_t(bytes.size()));
         if (name.empty()) {
-            return true;
+            return;
         }
         SmallGraph graph;
         const QString fault = parseGraph6(name, graph);
@@ -64,7 +63,6 @@ Names readNames(const QString &database)
             throw CommandError(database, number, fault);
         }
         names.add(name);
-        return true;
     });
     if (names.count() == 0) {
         throw CommandError(database, 1, QStringLiteral("the database holds no graph"));
@@ -111,7 +109,7 @@ const Invariant *invariantOf(const QString &name)
 {
     const Invariant *invariant = findInvariant(name);
     if (invariant == nullptr) {
-        throw CommandError(QStringLiteral("Unknown invariant '%1'; 'tav invariant --list' names them.").arg(name),
+        throw CommandError(QStringLiteral("Unknown invariant %1; 'tav invariant --list' names them.").arg(quoted(name)),
                            WrongUsage);
     }
     return invariant;
@@ -156,11 +154,12 @@ void runInvariant(const QStringList &arguments)
     if (!parseArguments(parser, arguments)) {
         return;
     }
+    const QStringList operands = parser.positionalArguments();
     if (parser.isSet(list)) {
+        expectNoMore(operands);
         printInvariants();
         return;
     }
-    const QStringList operands = parser.positionalArguments();
     if (operands.isEmpty()) {
         throw CommandError(QStringLiteral("No invariant given; 'tav invariant --list' names them."), WrongUsage);
     }

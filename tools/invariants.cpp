@@ -2,8 +2,8 @@
 
 #include "canonicalform.h"
 #include "chromaticnumber.h"
+#include "cliquesearch.h"
 #include "graphlibrary.h"
-#include "independencenumber.h"
 #include "matchingnumber.h"
 
 #include <algorithm>
@@ -36,14 +36,14 @@ Value size(const SmallGraph &graph)
 Value components(const SmallGraph &graph)
 {
     igraph_integer_t count = 0;
-    check(igraph_connected_components(LibraryGraph(graph).get(), nullptr, nullptr, &count, IGRAPH_WEAK));
+    checkLibrary(igraph_connected_components(LibraryGraph(graph).get(), nullptr, nullptr, &count, IGRAPH_WEAK));
     return count;
 }
 
 Value triangles(const SmallGraph &graph)
 {
     IntegerVector corners;
-    check(igraph_list_triangles(LibraryGraph(graph).get(), corners.get()));
+    checkLibrary(igraph_list_triangles(LibraryGraph(graph).get(), corners.get()));
     return corners.size() / 3;
 }
 
@@ -58,7 +58,7 @@ Value automorphisms(const SmallGraph &graph)
 
 void findDegrees(const LibraryGraph &graph, IntegerVector &degrees)
 {
-    check(igraph_degree(graph.get(), degrees.get(), igraph_vss_all(), IGRAPH_ALL, IGRAPH_LOOPS));
+    checkLibrary(igraph_degree(graph.get(), degrees.get(), igraph_vss_all(), IGRAPH_ALL, IGRAPH_LOOPS));
 }
 
 Value minimumDegree(const SmallGraph &graph)
@@ -102,15 +102,15 @@ Value randicIndex(const SmallGraph &given)
 Value girth(const SmallGraph &graph)
 {
     double length = 0.0;
-    check(igraph_girth(LibraryGraph(graph).get(), &length, nullptr));
+    checkLibrary(igraph_girth(LibraryGraph(graph).get(), &length, nullptr));
     return fromLibrary(length);
 }
 
 Value diameter(const SmallGraph &graph)
 {
     double longest = 0.0;
-    check(igraph_diameter(LibraryGraph(graph).get(), &longest, nullptr, nullptr, nullptr, nullptr, IGRAPH_UNDIRECTED,
-                          false));
+    checkLibrary(igraph_diameter(LibraryGraph(graph).get(), &longest, nullptr, nullptr, nullptr, nullptr,
+                                 IGRAPH_UNDIRECTED, false));
     return fromLibrary(longest);
 }
 
@@ -120,14 +120,14 @@ Value radius(const SmallGraph &given)
         return std::nullopt;
     }
     double value = 0.0;
-    check(igraph_radius(LibraryGraph(given).get(), &value, IGRAPH_ALL));
+    checkLibrary(igraph_radius(LibraryGraph(given).get(), &value, IGRAPH_ALL));
     return value;
 }
 
 Value averageDistance(const SmallGraph &graph)
 {
     double average = 0.0;
-    check(igraph_average_path_length(LibraryGraph(graph).get(), &average, nullptr, IGRAPH_UNDIRECTED, false));
+    checkLibrary(igraph_average_path_length(LibraryGraph(graph).get(), &average, nullptr, IGRAPH_UNDIRECTED, false));
     return fromLibrary(average);
 }
 
@@ -137,7 +137,7 @@ Value wienerIndex(const SmallGraph &graph)
 {
     RealVector pairs; // of the distance 1, 2, ...
     double unconnected = 0.0;
-    check(igraph_path_length_hist(LibraryGraph(graph).get(), pairs.get(), &unconnected, IGRAPH_UNDIRECTED));
+    checkLibrary(igraph_path_length_hist(LibraryGraph(graph).get(), pairs.get(), &unconnected, IGRAPH_UNDIRECTED));
     if (graph.order == 0 || unconnected > 0.0) {
         return std::nullopt;
     }
@@ -166,10 +166,9 @@ SmallGraph complementOf(const SmallGraph &graph)
     return complement;
 }
 
-/// A clique is an independent set of the complement; independencenumber.h tells why it is not searched for with igraph.
 int largestClique(const SmallGraph &graph)
 {
-    return independenceNumber(complementOf(graph));
+    return findLargestClique(graph.order, graph.rows.data());
 }
 
 Value cliqueNumber(const SmallGraph &graph)
@@ -177,9 +176,10 @@ Value cliqueNumber(const SmallGraph &graph)
     return largestClique(graph);
 }
 
-Value mostIndependent(const SmallGraph &graph)
+/// An independent set is a clique of the complement.
+Value independenceNumber(const SmallGraph &graph)
 {
-    return independenceNumber(graph);
+    return largestClique(complementOf(graph));
 }
 
 Value fewestColours(const SmallGraph &graph)
@@ -195,14 +195,14 @@ Value matchingSize(const SmallGraph &graph)
 Value vertexConnectivity(const SmallGraph &graph)
 {
     igraph_integer_t vertices = 0;
-    check(igraph_vertex_connectivity(LibraryGraph(graph).get(), &vertices, true));
+    checkLibrary(igraph_vertex_connectivity(LibraryGraph(graph).get(), &vertices, true));
     return vertices;
 }
 
 Value edgeConnectivity(const SmallGraph &graph)
 {
     igraph_integer_t edges = 0;
-    check(igraph_edge_connectivity(LibraryGraph(graph).get(), &edges, true));
+    checkLibrary(igraph_edge_connectivity(LibraryGraph(graph).get(), &edges, true));
     return edges;
 }
 
@@ -214,16 +214,16 @@ Value edgeConnectivity(const SmallGraph &graph)
 void findEigenvalues(RealMatrix &matrix, RealVector &values)
 {
     if (igraph_matrix_nrow(matrix.get()) > 0) {
-        check(igraph_lapack_dsyevr(matrix.get(), IGRAPH_LAPACK_DSYEV_ALL, 0, 0, 0, 0, 0, 0.0, values.get(), nullptr,
-                                   nullptr));
+        checkLibrary(igraph_lapack_dsyevr(matrix.get(), IGRAPH_LAPACK_DSYEV_ALL, 0, 0, 0, 0, 0, 0.0, values.get(),
+                                          nullptr, nullptr));
     }
 }
 
 void findSpectrum(const SmallGraph &graph, RealVector &values)
 {
     RealMatrix adjacency;
-    check(igraph_get_adjacency(LibraryGraph(graph).get(), adjacency.get(), IGRAPH_GET_ADJACENCY_BOTH, nullptr,
-                               IGRAPH_NO_LOOPS));
+    checkLibrary(igraph_get_adjacency(LibraryGraph(graph).get(), adjacency.get(), IGRAPH_GET_ADJACENCY_BOTH, nullptr,
+                                      IGRAPH_NO_LOOPS));
     findEigenvalues(adjacency, values);
 }
 
@@ -251,8 +251,8 @@ Value algebraicConnectivity(const SmallGraph &graph)
         return std::nullopt;
     }
     RealMatrix laplacian;
-    check(igraph_get_laplacian(LibraryGraph(graph).get(), laplacian.get(), IGRAPH_ALL, IGRAPH_LAPLACIAN_UNNORMALIZED,
-                               nullptr));
+    checkLibrary(igraph_get_laplacian(LibraryGraph(graph).get(), laplacian.get(), IGRAPH_ALL,
+                                      IGRAPH_LAPLACIAN_UNNORMALIZED, nullptr));
     RealVector spectrum;
     findEigenvalues(laplacian, spectrum);
     return spectrum[1];
@@ -279,7 +279,7 @@ const std::vector<Invariant> &invariants()
         {"wiener-index", "sum of the distances of all pairs of vertices; NA unless connected", wienerIndex},
         {"randic-index", "sum of 1/sqrt(d(u)d(v)) over the edges uv", randicIndex},
         {"clique-number", "largest number of mutually adjacent vertices", cliqueNumber},
-        {"independence-number", "largest number of mutually non-adjacent vertices", mostIndependent},
+        {"independence-number", "largest number of mutually non-adjacent vertices", independenceNumber},
         {"chromatic-number", "smallest number of colours of a proper vertex colouring", fewestColours},
         {"matching-number", "largest number of edges without common vertices", matchingSize},
         {"vertex-connectivity", "smallest number of vertices that disconnect the graph or leave one",

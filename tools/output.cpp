@@ -7,13 +7,15 @@
 #include <QFile>
 
 #include <cstdio>
+#include <optional>
+#include <unistd.h>
 
 namespace
 {
-CommandError cannotWrite(const QString &path)
+CommandError cannotWrite(const QString &path, const QString &reason)
 {
-    return CommandError(
-        QStringLiteral("%1: cannot be written").arg(path == standardStream ? QStringLiteral("standard output") : path));
+    return CommandError(QStringLiteral("%1: cannot be written: %2")
+                            .arg(path == standardStream ? QStringLiteral("standard output") : path, reason));
 }
 
 void produceInto(OutputFile &file, const QString &path, const std::function<void(const Write &)> &produce)
@@ -22,7 +24,7 @@ void produceInto(OutputFile &file, const QString &path, const std::function<void
         file.write(bytes);
         InterruptionScope::check();
         if (!file.tookEverything()) {
-            throw cannotWrite(path);
+            throw cannotWrite(path, file.reason());
         }
     });
 }
@@ -30,35 +32,37 @@ void produceInto(OutputFile &file, const QString &path, const std::function<void
 void writeStandardOutput(const std::function<void(const Write &)> &produce)
 {
     QFile stream;
-    if (!stream.open(stdout, QIODevice::WriteOnly)) {
-        throw cannotWrite(standardStream);
+    if (!stream.open(STDOUT_FILENO, QIODevice::WriteOnly)) {
+        throw cannotWrite(standardStream, stream.errorString());
     }
     OutputFile file(stream);
     produceInto(file, standardStream, produce);
-    const bool complete = stream.flush() && std::fflush(stdout) == 0;
-    InterruptionScope::check();
-    if (!complete) {
-        throw cannotWrite(standardStream);
+    if (!file.finish()) {
+        throw cannotWrite(standardStream, file.reason());
     }
 }
 } // namespace
 
 void writeOutput(const QString &path, const std::function<void(const Write &)> &produce)
 {
-    const InterruptionScope scope;
+    std::optional<InterruptionScope> scope; // while there is something to take back
+    if (path != standardStream && isReplaced(path)) {
+        scope.emplace();
+    }
     if (path == standardStream) {
         writeStandardOutput(produce);
         return;
     }
-    const WriteResult result = writeFile(path, [&](OutputFile &file) { produceInto(file, path, produce); });
-    if (result != WriteResult::Written) {
-        throw cannotWrite(path);
+    QString reason;
+    const auto write = [&](OutputFile &file) { produceInto(file, path, produce); };
+    if (writeFile(path, write, &reason) != WriteResult::Written) {
+        throw cannotWrite(path, reason);
     }
 }
 
 void flushStandardOutput()
 {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw cannotWrite(standardStream);
+        throw cannotWrite(standardStream, qt_error_string());
     }
 }

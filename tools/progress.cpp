@@ -1,13 +1,40 @@
 #include "progress.h"
 
+#include <csignal>
 #include <cstdio>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
 namespace
 {
+constexpr std::string_view removal = "\r\033[K";
+
 bool isLineShown = false;
+
+/// Removes the line before the signal ends the program.
+void removeLine(int number)
+{
+    const ssize_t written = write(STDERR_FILENO, removal.data(), removal.size());
+    static_cast<void>(written);
+    std::raise(number);
 }
+
+/// Lets the signals of a terminal, where they would end the program, do @p after in place of @p before.
+void replaceHandlers(sighandler_t before, sighandler_t after)
+{
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action = {};
+        sigaction(number, nullptr, &action);
+        if (action.sa_handler == before) {
+            action = {};
+            action.sa_handler = after;
+            action.sa_flags = int(SA_RESETHAND);
+            sigaction(number, &action, nullptr);
+        }
+    }
+}
+} // namespace
 
 Progress::Progress(QString workName, qint64 size)
     : work(std::move(workName))
@@ -27,6 +54,7 @@ void Progress::report(qint64 done)
     if (isShown && (number != shown || !isLineShown)) {
         shown = number;
         isLineShown = true;
+        replaceHandlers(SIG_DFL, removeLine);
         std::fprintf(stderr, "\r%s: %lld%s", qPrintable(work), number, total > 0 ? " %" : "");
     }
 }
@@ -34,7 +62,8 @@ void Progress::report(qint64 done)
 void Progress::clear()
 {
     if (isLineShown) {
-        std::fputs("\r\033[K", stderr);
+        std::fputs(removal.data(), stderr);
         isLineShown = false;
+        replaceHandlers(removeLine, SIG_DFL);
     }
 }

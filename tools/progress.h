@@ -3,7 +3,8 @@
 
 #include <QString>
 
-/// Tells on standard error, when that is a terminal, how far a piece of work has come; the line is gone at its end.
+/// Tells on standard error, when that is a terminal, how far a piece of work has come; the line is gone at its end,
+/// also when a signal ends the program.
 class Progress
 {
 public:

@@ -5,9 +5,10 @@
 #include "interruption.h"
 #include "investigation.h"
 #include "output.h"
+#include "outputfile.h"
 #include "script.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -42,11 +43,19 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     return {};
 }
 
+/// Whether the command, whose last argument then names it, makes a file.
+bool makesFile(const ScriptStep &step)
+{
+    const std::vector<ScriptArgument> &arguments = step.command->arguments;
+    return !arguments.empty() && arguments.back().kind == ScriptArgument::OutputFile &&
+           isReplaced(step.arguments.last());
+}
+
 /// A save that has begun is ended before a signal is obeyed.
 bool carryOut(const ScriptStep &step, Investigation &investigation)
 {
     std::optional<InterruptionScope> scope;
-    if (step.command->takes(ScriptArgument::OutputFile)) {
+    if (makesFile(step)) {
         scope.emplace();
     }
     const bool succeeded = step.command->run(investigation, step.arguments);
@@ -88,7 +97,6 @@ void runLineByLine()
         if (const auto step = parseScriptLine(line, standardStream, number)) {
             runStep(*step, standardStream, investigation);
         }
-        return true;
     });
 }
 
@@ -100,7 +108,6 @@ void runFile(const QString &script)
         if (auto step = parseScriptLine(line, script, number)) {
             steps.push_back(std::move(*step));
         }
-        return true;
     });
     Investigation investigation;
     for (const ScriptStep &step : steps) {
@@ -108,12 +115,18 @@ void runFile(const QString &script)
     }
 }
 
-void printCommands()
+/// What the help tells of the commands.
+QString commandHelp()
 {
-    std::puts("\nCommands of a script, one a line:");
+    int width = 0;
     for (const ScriptCommand &command : scriptCommands()) {
-        std::printf("  %-24s %s\n", qPrintable(command.usage()), command.summary);
+        width = std::max(width, int(command.usage().size()));
     }
+    QString text = QStringLiteral("\nCommands of a script, one a line:\n");
+    for (const ScriptCommand &command : scriptCommands()) {
+        text += QStringLiteral("  %1 %2\n").arg(command.usage().leftJustified(width), QLatin1String(command.summary));
+    }
+    return text;
 }
 } // namespace
 
@@ -127,8 +140,7 @@ void runScript(const QStringList &arguments)
                                  QStringLiteral("The file of commands; by default, and for '-', standard input, of "
                                                 "which each line is carried out as soon as it is there."),
                                  QStringLiteral("[SCRIPT]"));
-    if (!parseArguments(parser, arguments)) {
-        printCommands();
+    if (!parseArguments(parser, arguments, commandHelp())) {
         return;
     }
     const QString script =

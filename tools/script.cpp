@@ -208,12 +208,6 @@ QString ScriptCommand::usage() const
     return text;
 }
 
-bool ScriptCommand::takes(ScriptArgument::Kind kind) const
-{
-    return std::any_of(arguments.begin(), arguments.end(),
-                       [kind](const ScriptArgument &argument) { return argument.kind == kind; });
-}
-
 const std::vector<ScriptCommand> &scriptCommands()
 {
     static const std::vector<ScriptCommand> commands = makeCommands();

@@ -29,8 +29,6 @@ struct ScriptCommand {
 
     /// The name and the names of the arguments.
     QString usage() const;
-    /// Whether it has an argument of that kind.
-    bool takes(ScriptArgument::Kind kind) const;
 };
 
 /// Every command there is, in the order of the window's panels.

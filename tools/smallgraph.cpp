@@ -1,5 +1,7 @@
 #include "smallgraph.h"
 
+#include "counted.h"
+
 #include <bitset>
 
 namespace
@@ -83,7 +85,7 @@ SmallGraph SmallGraph::withoutVertex(int vertex) const
 
 std::size_t graph6Length(int order)
 {
-    return std::size_t(1 + (pairCount(order) + bitsPerCharacter - 1) / bitsPerCharacter);
+    return 1 + (std::size_t(pairCount(order)) + bitsPerCharacter - 1) / bitsPerCharacter;
 }
 
 QString parseGraph6(std::string_view text, SmallGraph &graph)
@@ -104,10 +106,9 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     }
     const std::size_t length = graph6Length(graph.order);
     if (text.size() != length) {
-        return QStringLiteral("not graph6: %1 bytes where a graph on %2 vertices has %3")
-            .arg(text.size())
-            .arg(graph.order)
-            .arg(length);
+        return QStringLiteral("not graph6: %1 where a graph on %2 has %3")
+            .arg(counted(qint64(text.size()), "byte", "bytes"), counted(graph.order, "vertex", "vertices"),
+                 QString::number(length));
     }
     const int unused = int(length - 1) * bitsPerCharacter - pairCount(graph.order);
     if (unused > 0 && (sixBits(text.back()) & ((1 << unused) - 1)) != 0) {
@@ -117,7 +118,7 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     int pair = 0;
     for (int v = 1; v < graph.order; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
-            const int byte = sixBits(text[size_t(1 + pair / bitsPerCharacter)]);
+            const int byte = sixBits(text[1 + size_t(pair) / bitsPerCharacter]);
             if ((byte >> (bitsPerCharacter - 1 - pair % bitsPerCharacter) & 1) != 0) {
                 graph.addEdge(u, v);
             }
@@ -130,7 +131,7 @@ std::string adjacencyKey(const SmallGraph &graph)
 {
     constexpr int bitsPerByte = 8;
     std::string key;
-    key.reserve(size_t(graph.order * (graph.order - 1) / 2 / bitsPerByte + 1));
+    key.reserve(size_t(pairCount(graph.order)) / bitsPerByte + 1);
     unsigned char byte = 0;
     int filled = 0;
     for (int v = 1; v < graph.order; ++v) {

@@ -48,11 +48,11 @@ _tav()
     COMPREPLY=()
 
     if ((COMP_CWORD == 1)); then
-        _tav_words "$current" build info invariant run --help --version
+        _tav_words "$current" build info invariant run -h --help --version
         return
     fi
 
-    local options=(-h --help) input='' output=''
+    local options=(-h --help --version) input='' output=''
     case $command in
     build)
         options+=(--relation --connected --strict -o --output -j --jobs)

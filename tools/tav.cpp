@@ -12,7 +12,9 @@
 #include <array>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <new>
+#include <unistd.h>
 
 namespace
 {
@@ -30,6 +32,14 @@ constexpr std::array commands = {
     Command{"run", "repeats an investigation without the window", runScript},
 };
 
+/// The command of that name; null when there is none.
+const Command *findCommand(const QString &name)
+{
+    const auto *command = std::find_if(commands.begin(), commands.end(),
+                                       [&](const Command &one) { return name == QLatin1String(one.name); });
+    return command != commands.end() ? command : nullptr;
+}
+
 void printHelp()
 {
     std::puts("Usage: tav COMMAND [OPTION...] [FILE...]\n"
@@ -38,7 +48,9 @@ void printHelp()
     for (const Command &command : commands) {
         std::printf("  %-10s  %s\n", command.name, command.summary);
     }
-    std::puts("\n'tav COMMAND --help' tells more of one; 'tav --version' tells the version.");
+    std::puts("\nOptions:\n"
+              "  -h, --help  displays this help; 'tav COMMAND --help' tells more of a command\n"
+              "  --version   displays the version");
 }
 
 void runCommand(const QStringList &arguments)
@@ -47,40 +59,62 @@ void runCommand(const QStringList &arguments)
         throw CommandError(QStringLiteral("No command given."), WrongUsage);
     }
     const QString &name = arguments.first();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        expectNoMore(arguments.mid(1));
         printHelp();
-        return;
-    }
-    if (name == QLatin1String("--version")) {
-        std::puts("tav " TAVOLINE_VERSION);
-        return;
-    }
-    const auto *command = std::find_if(commands.begin(), commands.end(),
-                                       [&](const Command &one) { return name == QLatin1String(one.name); });
-    if (command == commands.end()) {
+    } else if (name == QLatin1String("--version")) {
+        expectNoMore(arguments.mid(1));
+        printVersion();
+    } else if (const Command *command = findCommand(name)) {
+        command->run(arguments);
+    } else {
         throw CommandError(QStringLiteral("Unknown command %1.").arg(quoted(name)), WrongUsage);
     }
-    command->run(arguments);
 }
 
 int report(const CommandError &error)
 {
     tell(error.text());
-    if (error.status() == WrongUsage) {
-        std::fputs("Try 'tav --help'.\n", stderr);
-    }
     return error.status();
+}
+
+/// Where to read of the usage that @p arguments did not keep to.
+void printHint(const QStringList &arguments)
+{
+    QString program = QStringLiteral("tav");
+    if (findCommand(arguments.value(0)) != nullptr) {
+        program += QLatin1Char(' ') + arguments.first();
+    }
+    std::fprintf(stderr, "Try '%s --help'.\n", qPrintable(program));
+}
+/// A standard stream that the program was started without would be the next file that it opens. In its place comes one
+/// that refuses what is asked of that stream.
+void openClosedStreams()
+{
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) < 0) {
+            // The lowest descriptor that is free is this one.
+            const int opened = ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+            static_cast<void>(opened);
+        }
+    }
 }
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    openClosedStreams();
     const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
-        runCommand(QCoreApplication::arguments().mid(1));
+        runCommand(arguments);
         flushStandardOutput();
     } catch (const CommandError &error) {
-        return report(error);
+        report(error);
+        if (error.status() == WrongUsage) {
+            printHint(arguments);
+        }
+        return error.status();
     } catch (const Interrupted &interruption) {
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {

@@ -32,7 +32,7 @@ constexpr int millisecondsBetweenReports = 100;
 
 CommandError systemError(const char *call)
 {
-    return CommandError(QStringLiteral("%1: %2").arg(QLatin1String(call), QString::fromLocal8Bit(strerror(errno))));
+    return CommandError(QStringLiteral("%1: %2").arg(QLatin1String(call), qt_error_string()));
 }
 
 /// On which children tell the parent what went wrong.
