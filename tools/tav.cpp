@@ -1,5 +1,6 @@
 #include "build.h"
 #include "commandline.h"
+#include "heap.h"
 #include "info.h"
 #include "interruption.h"
 #include "invariant.h"
@@ -103,6 +104,7 @@ void openClosedStreams()
 
 int main(int argc, char *argv[])
 {
+    useLargeHeapSteps();
     openClosedStreams();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
