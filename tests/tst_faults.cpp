@@ -78,6 +78,7 @@ private:
     std::unique_ptr<QTemporaryDir> folder;
 
     QString path(const QString &name) const { return folder->filePath(name); }
+    QStringList files() const { return QDir(folder->path()).entryList(QDir::Files | QDir::Hidden); }
 
 private slots:
     void init()
@@ -99,10 +100,21 @@ private slots:
         QVERIFY(result.output.endsWith("@\nA_\nBw\n"));
     }
 
+    void aFolderWhereNothingCanBeWritten_data()
+    {
+        QTest::addColumn<QByteArray>("save");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("names") << QByteArray("save-graphs") << QByteArray();
+        QTest::newRow("invariant") << QByteArray("save-i1") << QByteArray();
+        QTest::newRow("list") << QByteArray("save-list three") << QByteArray("Unable to open file :");
+    }
+
     void aFolderWhereNothingCanBeWritten()
     {
+        QFETCH(QByteArray, save);
+        QFETCH(QByteArray, message);
+        write(path(QStringLiteral("kept.txt")), "kept");
         // The administrator can write everywhere; nobody else can here.
-        write(path(QStringLiteral("kept.g6")), "kept");
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0555), 0);
         QStringList command = {QStringLiteral(TAVOLINE_TAV), QStringLiteral("run")};
         if (::geteuid() == 0) {
@@ -110,20 +122,16 @@ private slots:
                                   QStringLiteral("--clear-groups")} +
                       command;
         }
-        const auto run = [&](const QByteArray &line) {
-            return runProgram(command.first(), command.mid(1), "list-from-file three three.g6\n" + line,
-                              folder->path());
-        };
-        const ToolResult fresh = run("save-list three new.g6\n");
-        QVERIFY(fresh.output.endsWith("Unable to open file :new.g6\n"));
-        QCOMPARE(fresh.status, 1);
-        const ToolResult old = run("save-list three kept.g6\n");
-        QVERIFY(old.output.endsWith("Unable to open file :kept.g6\n"));
-        QCOMPARE(old.status, 1);
+        for (const QByteArray name : {"new.txt", "kept.txt"}) {
+            const ToolResult result =
+                runProgram(command.first(), command.mid(1), afterLoading(save + ' ' + name + '\n'), folder->path());
+            const QByteArray said = message.isEmpty() ? QByteArray() : message + name + '\n';
+            QVERIFY2(result.output.endsWith("List added : three\n" + said), result.output.constData());
+            QCOMPARE(result.status, 1);
+        }
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
-        QCOMPARE(contents(path(QStringLiteral("kept.g6"))), QByteArray("kept"));
-        QCOMPARE(QDir(folder->path()).entryList(QDir::Files),
-                 (QStringList{QStringLiteral("kept.g6"), QStringLiteral("three.g6")}));
+        QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
+        QCOMPARE(files(), (QStringList{QStringLiteral("kept.txt"), QStringLiteral("three.g6")}));
     }
 
     void aFullDisk_data()
@@ -149,30 +157,50 @@ private slots:
         QVERIFY2(result.output.endsWith("Unable to write file :kept.txt\n"), result.output.constData());
         QCOMPARE(result.status, 1);
         QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
-        QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 4);
+        QCOMPARE(files().size(), 4);
+    }
+
+    void killedWhileItWrites_data()
+    {
+        QTest::addColumn<QByteArray>("save");
+        QTest::newRow("names") << QByteArray("save-graphs new.txt\n");
+        QTest::newRow("invariant") << QByteArray("save-i1 new.txt\n");
+        QTest::newRow("list") << QByteArray("save-list all new.txt\n");
     }
 
     void killedWhileItWrites()
     {
         // Whatever moment it is killed at, the file is the old one or the new one, whole.
-        const QByteArray names = namesOfDatabase();
-        const QString target = path(QStringLiteral("names.g6"));
+        QFETCH(QByteArray, save);
+        const QString target = path(QStringLiteral("new.txt"));
+        write(path(QStringLiteral("all.g6")), namesOfDatabase());
+        const QByteArray start = afterLoading("list-from-file all all.g6\n");
+        QCOMPARE(runScript(start + save, folder->path()).status, 0);
+        const QByteArray whole = contents(target);
+        QVERIFY(whole.count('\n') >= 12112);
         std::mt19937 random(9);
         int killedBusy = 0;
-        for (int repetition = 0; repetition < 40; ++repetition) {
+        for (int repetition = 0; repetition < 20; ++repetition) {
             write(target, "old");
             QProcess process;
             process.setWorkingDirectory(folder->path());
             process.start(QStringLiteral(TAVOLINE_TAV), {QStringLiteral("run")});
-            process.write("load " + database.toUtf8() + "\n" + QByteArray("save-graphs names.g6\n").repeated(200));
-            QTRY_VERIFY_WITH_TIMEOUT(process.readAllStandardOutput().contains("Wrote") || contents(target) != "old",
-                                     60000);
+            process.write(start + save.repeated(200));
+            QTRY_VERIFY_WITH_TIMEOUT(contents(target) != "old", 60000);
             QTest::qSleep(1 + int(random() % 20));
             killedBusy += process.state() == QProcess::Running ? 1 : 0;
             process.kill();
             QVERIFY(process.waitForFinished());
             const QByteArray left = contents(target);
-            QVERIFY(left == "old" || left == names);
+            QVERIFY(left == "old" || left == whole);
+            // Between getting a name and taking the place of the old file the new one stands beside it, whole.
+            const QStringList copies = QDir(folder->path()).entryList({QStringLiteral("new.txt.*")}, QDir::Files);
+            for (const QString &copy : copies) {
+                QCOMPARE(contents(path(copy)), whole);
+                QVERIFY(QFile::remove(path(copy)));
+            }
+            QCOMPARE(files(),
+                     (QStringList{QStringLiteral("all.g6"), QStringLiteral("new.txt"), QStringLiteral("three.g6")}));
         }
         QVERIFY(killedBusy > 0);
     }
