@@ -166,6 +166,7 @@ private slots:
     void open_acceptsLineEndsOfOtherSystems();
     void open_fieldsThatAreNoNumbersAreZero();
     void open_ofDistantVerticesCanBeShown();
+    void open_ofANameOfEveryByte();
     void open_deselectsTheVertices();
     void open_ofUnreadableFile_data();
     void open_ofUnreadableFile();
@@ -442,6 +443,20 @@ void TestGraphFiles::open_ofDistantVerticesCanBeShown()
     QVERIFY(!graph.grab().isNull());
     graph.slot_rescale(false);
     QVERIFY(!graph.grab().isNull());
+}
+
+void TestGraphFiles::open_ofANameOfEveryByte()
+{
+    QByteArray name;
+    for (int byte = 1; byte < 256; byte++) {
+        name += byte == '\t' || byte == '\n' || byte == '\r' ? QByteArray() : QByteArray(1, char(byte));
+    }
+    const QByteArray text = "1\n" + name + "\t0\t0\n0\t";
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g.golm3"), text)));
+    QCOMPARE(graph.node(0)->getName(), QString::fromLatin1(name));
+    QVERIFY(graph.save(path(QStringLiteral("again.golm3"))));
+    QCOMPARE(contents(path(QStringLiteral("again.golm3"))), text);
 }
 
 void TestGraphFiles::open_deselectsTheVertices()
