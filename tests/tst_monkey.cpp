@@ -255,19 +255,11 @@ void Monkey::prepareFiles()
     write("garbage.edgelist", garbage);
     QDir(directory.path()).mkdir(QStringLiteral("folder"));
     mkfifo(QFile::encodeName(file("fifo")).constData(), S_IRUSR | S_IWUSR);
-    inputs += {file("missing.tav"), file("folder"), file("fifo"), QString(), QStringLiteral(".")};
-    // No pipe: a save waits until somebody reads what it writes there.
-    outputs += {file("out.g6"),
-                file("out.txt"),
-                file("out.golm3"),
-                file("out.edgelist"),
-                file("out.pdf"),
-                file("no suffix"),
-                file("\xe9\xff odd.g6"),
-                file("folder"),
-                file("nowhere/file"),
-                QString(),
-                QStringLiteral("relative.g6")};
+    inputs += {file("missing.tav"), file("folder"), QString(), QStringLiteral(".")};
+    outputs += {file("out.g6"),          file("out.txt"), file("out.golm3"),
+                file("out.edgelist"),    file("out.pdf"), file("no suffix"),
+                file("\xe9\xff odd.g6"), file("folder"),  file("fifo"),
+                file("nowhere/file"),    QString(),       QStringLiteral("relative.g6")};
     inputs += outputs;
 }
 
@@ -644,8 +636,9 @@ void Monkey::fileOfViewer()
                                       "huge.golm3", "negative.golm3", "garbage.golm3", "out.golm3"}};
     static const FileCommand import = {
         "Import...", {"good.edgelist", "good.edgelist", "large.edgelist", "garbage.edgelist", "out.edgelist"}};
-    static const FileCommand save = {"Save...", {"out.golm3", "no suffix", "folder", "nowhere/file"}};
-    static const FileCommand exportEdges = {"Export...", {"out.edgelist", "no suffix", "folder", "nowhere/file"}};
+    static const FileCommand save = {"Save...", {"out.golm3", "no suffix", "folder", "fifo", "nowhere/file"}};
+    static const FileCommand exportEdges = {"Export...",
+                                            {"out.edgelist", "no suffix", "folder", "fifo", "nowhere/file"}};
     const FileCommand command = dice.oneOf(QVector<FileCommand>{open, open, import, save, exportEdges});
     const char *const name = dice.oneOf(command.files);
     attempt(QLatin1String(command.entry) + QLatin1Char(' ') + QLatin1String(name));
