@@ -25,26 +25,33 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes = InputBytes(data, size).restAsBytes();
     const QString text = QString::fromLatin1(bytes.constData(), bytes.size());
+    const int count = (bytes.isEmpty() ? 0 : static_cast<unsigned char>(bytes[0])) - 63;
+    const int room = qBound(0, count, Graph::MAX_NODES);
     Graph graph(QStringLiteral("graph"), false);
     const bool inPlace = graph.loadg6(text, false);
+    require(inPlace == (count >= 2 && count <= 31), "graphs of 2 to 31 vertices are read");
+    require(graph.getNbNodes() == count, "without new vertices, the count is that of the text");
+    requireItemsInStep(graph);
     const QString edges = graph.currentGraphData();
     if (inPlace) {
-        requireCount(graph);
         checkWritten(graph);
     }
 
     require(graph.loadg6(text, true) == inPlace, "new vertices or not, the result is the same");
-    requireCount(graph);
+    require(graph.getNbNodes() == room, "as many vertices as there are slots for");
+    requireItemsInStep(graph);
     require(!inPlace || graph.currentGraphData() == edges, "new vertices or not, the graph is the same");
 
     std::istringstream line(bytes.toStdString());
-    const bool streamed = graph.loadg6(line);
-    requireCount(graph);
-    require(streamed == inPlace, "a stream is read like a string");
-    if (streamed && !bytes.contains('\n') && !bytes.contains('\r')) {
+    require(graph.loadg6(line) == inPlace, "a stream is read like a string");
+    require(graph.getNbNodes() == room, "as many vertices as there are slots for");
+    requireItemsInStep(graph);
+    if (inPlace && !bytes.contains('\n') && !bytes.contains('\r')) {
         require(graph.currentGraphData() == edges, "a stream is read like a string");
     }
     graph.loadg6(line);
+    requireCount(graph);
+    requireItemsInStep(graph);
     exercise(graph);
     return 0;
 }

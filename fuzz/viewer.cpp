@@ -4,11 +4,15 @@
 #include "olm/node.h"
 #include "viewerchecks.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QImage>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include <memory>
 #include <vector>
@@ -21,6 +25,7 @@ constexpr int viewSize = 400;
 enum class Effect {
     None,     ///< the current graph stays as it is, or is published
     Changes,  ///< the current graph may become another one than the best graph
+    Copies,   ///< it may, and the vertex items do not follow
     Publishes ///< the current graph and the best graph are the same afterwards
 };
 
@@ -70,7 +75,7 @@ void pressKey(Graph &graph, InputBytes &input)
 }
 
 /// Sends a mouse event at a vertex or anywhere.
-void useMouse(Graph &graph, InputBytes &input)
+template<Qt::MouseButton Button> void useMouse(Graph &graph, InputBytes &input)
 {
     constexpr QEvent::Type types[] = {QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::MouseButtonRelease,
                                       QEvent::MouseButtonDblClick};
@@ -79,8 +84,68 @@ void useMouse(Graph &graph, InputBytes &input)
     const Node *vertex = graph.node(slot(input));
     const QPoint place =
         vertex != nullptr ? graph.mapFromScene(vertex->pos()) : QPoint(input.byte() * 2 - 50, input.byte() * 2 - 50);
-    QMouseEvent event(type, place, Qt::LeftButton, Qt::LeftButton, modifiers);
+    QMouseEvent event(type, place, Button, Button, modifiers);
     QApplication::sendEvent(graph.viewport(), &event);
+}
+
+void turnWheel(Graph &graph, InputBytes &input)
+{
+    const QPoint place(viewSize / 2, viewSize / 2);
+    QWheelEvent event(place, place, QPoint(), QPoint(0, (input.byte() - 128) * 15), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(graph.viewport(), &event);
+}
+
+/// Triggers an entry of the context menu, unless it is one that asks for a file.
+void useMenu(Graph &graph, InputBytes &input)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(input.byte(), input.byte()));
+    QApplication::sendEvent(graph.viewport(), &event);
+    const int number = input.byte();
+    if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+        menu->close();
+        const QList<QAction *> entries = menu->findChildren<QAction *>();
+        QAction *entry = entries[number % entries.size()];
+        if (!entry->text().contains(QLatin1String("..."))) {
+            entry->trigger();
+        }
+    }
+}
+
+/// Lets a timer of the view expire, or one that it has no longer.
+void letTimerExpire(Graph &graph, InputBytes &input)
+{
+    int id = input.byte();
+    const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&graph);
+    if (!timers.isEmpty()) {
+        id = timers[id % timers.size()].timerId;
+    }
+    QTimerEvent event(id);
+    QApplication::sendEvent(&graph, &event);
+}
+
+/// Opens a graph file of any count, whose vertices have any places and any neighbours.
+void openFile(Graph &graph, InputBytes &input)
+{
+    const int count = slot(input);
+    QByteArray text = QByteArray::number(count) + '\n';
+    for (int i = 0; i < count; i++) {
+        text += 'v' + QByteArray::number(i) + '\t' + QByteArray::number(coordinate(input)) + "\t0\n";
+    }
+    for (int i = 0; i < count * count; i++) {
+        text += input.below(2) != 0 ? "1\t" : "0\t";
+    }
+    graph.open(MemoryFile({text.constData(), std::size_t(text.size())}).path());
+}
+
+/// Imports an edge list of up to 40 lines and as many labels as there are slots, or a few more.
+void importFile(Graph &graph, InputBytes &input)
+{
+    QByteArray text;
+    for (int lines = input.below(41); lines > 0; lines--) {
+        text += QByteArray::number(slot(input)) + '\t' + QByteArray::number(slot(input)) + '\n';
+    }
+    graph.import_el(MemoryFile({text.constData(), std::size_t(text.size())}).path());
 }
 
 void draw(Graph &graph, InputBytes &)
@@ -128,7 +193,7 @@ const std::vector<Operation> &operations()
         {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.addEdge(slot(input), slot(input)); }},
         {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.remEdge(slot(input), slot(input)); }},
         {Effect::Changes, toggleOneWay},
-        {Effect::Changes, copyOther},
+        {Effect::Copies, copyOther},
         {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.randomGraph(slot(input)); }},
         {Effect::Changes, [](Graph &graph, InputBytes &input) { graph.perturb(input.below(40)); }},
         command<&Graph::clear>(Effect::Changes),
@@ -157,7 +222,7 @@ const std::vector<Operation> &operations()
         command<&Graph::slot_set_add_bip>(),
         command<&Graph::slot_set_add_tail>(),
         {Effect::Changes, pressKey},
-        {Effect::Changes, useMouse},
+        {Effect::Changes, useMouse<Qt::LeftButton>},
         // Commands.
         command<&Graph::addK>(),
         command<&Graph::addBip>(),
@@ -196,6 +261,13 @@ const std::vector<Operation> &operations()
         {Effect::None, [](Graph &graph, InputBytes &input) { graph.hilight(slot(input)); }},
         {Effect::None, [](Graph &graph, InputBytes &input) { graph.setViolated(input.below(2) != 0); }},
         {Effect::None, draw},
+        // What else a user does.
+        {Effect::Changes, useMouse<Qt::RightButton>},
+        {Effect::None, turnWheel},
+        {Effect::Changes, useMenu},
+        {Effect::None, letTimerExpire},
+        {Effect::Changes, openFile},
+        {Effect::Changes, importFile},
     };
     return all;
 }
@@ -213,16 +285,20 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     Graph graph(QStringLiteral("graph"), true);
     graph.resize(viewSize, viewSize);
     bool published = true;
+    bool itemsFollow = true;
     bool emitted = false;
     QObject::connect(&graph, &Graph::signal_best_graph_changed, [&] { emitted = true; });
     for (int count = 0; count < maxOperations && !input.atEnd(); count++) {
         const Operation &operation = operations()[std::size_t(input.below(int(operations().size())))];
         emitted = false;
         operation.apply(graph, input);
-        published =
-            emitted || operation.effect == Effect::Publishes || (published && operation.effect != Effect::Changes);
+        published = emitted || operation.effect == Effect::Publishes || (published && operation.effect == Effect::None);
+        itemsFollow = published || (itemsFollow && operation.effect != Effect::Copies);
         requireCount(graph);
         requireSound(graph);
+        if (itemsFollow) {
+            requireItemsInStep(graph);
+        }
         if (published) {
             requirePublished(graph);
         }

@@ -127,6 +127,20 @@ void requirePublished(const Graph &graph)
     }
 }
 
+void requireItemsInStep(const Graph &graph)
+{
+    const int best = graph.graphData().section(QLatin1Char(' '), 0, 0).toInt();
+    const int current = qBound(0, graph.getNbNodes(), Graph::MAX_NODES);
+    int count = 0;
+    while (count < Graph::MAX_NODES && exists(*graph.node(count))) {
+        count++;
+    }
+    require(count == current || count == best, "as many vertex items exist as the current or the best graph has");
+    for (int i = count; i < Graph::MAX_NODES; i++) {
+        require(!exists(*graph.node(i)), "the vertex items that exist are the first ones");
+    }
+}
+
 void exercise(Graph &graph)
 {
     requireSound(graph);
@@ -142,6 +156,7 @@ void exercise(Graph &graph)
     graph.place_circle(100);
     graph.relabel();
     requireSound(graph);
+    requireItemsInStep(graph);
     graph.slot_remv();
     requireSound(graph);
     requireCount(graph);

@@ -26,6 +26,10 @@ void requireCount(const Graph &graph);
 /// vertex items exist in step with the count.
 void requirePublished(const Graph &graph);
 
+/// Requires that the vertex items which exist are those of the current or of the best graph: what holds after every
+/// operation but copy(), which leaves the items to the caller.
+void requireItemsInStep(const Graph &graph);
+
 /// Works on a graph whose vertex count may be anything.
 void exercise(Graph &graph);
 

@@ -3,6 +3,7 @@
 #include "TAVmanager.h"
 #include "applicationtitle.h"
 #include "olm/graph.h"
+#include "shortened.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -37,6 +38,7 @@ constexpr int smallestZoom = 5;
 constexpr int largestZoom = 1000;
 constexpr int initialZoom = 300;
 constexpr int buttonsPerRow = 3;
+constexpr int longestConsoleLine = 10000; // characters
 
 QString workDirKey()
 {
@@ -136,7 +138,7 @@ void TAVMainWidget::slot_console(const QString &text)
     if (!console->document()->isEmpty()) {
         end.insertBlock();
     }
-    end.insertText(text);
+    end.insertText(shortened(text, longestConsoleLine));
 }
 
 void TAVMainWidget::slot_list_changed()
@@ -322,7 +324,7 @@ void TAVMainWidget::stepThroughList(int step)
         view->changeBest();
         view->update_display();
         positionLabel->setText(QString::number(position + 1) + QLatin1Char('/') + QString::number(browsedNames.size()) +
-                               QLatin1Char(' ') + name);
+                               QLatin1Char(' ') + shortened(name));
     } else {
         std::cerr << "Failed to load graph" << std::endl;
         showNothing();

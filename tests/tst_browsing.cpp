@@ -1,5 +1,6 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
+#include "graphlist.h"
 #include "olm/graph.h"
 #include "olm/node.h"
 #include "support/mainwindowfixture.h"
@@ -7,13 +8,19 @@
 #include "support/testdata.h"
 #include "support/windowdriver.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QTextDocument>
+#include <QTextEdit>
+#include <QToolTip>
 #include <QtTest>
 
 #include <cmath>
+#include <optional>
 
 /// Lists from files, and browsing a list graph by graph in the viewer.
 class TestBrowsing : public QObject
@@ -34,7 +41,10 @@ private slots:
     void carriageReturnsStayInNames();
     void unreadableNameLeavesAnEmptyView();
     void sampleListIsShownAsItsNamesSay();
+    void theBeginningOfALongNameIsShown();
     void namesAreNotRichText();
+    void vertexNamesAreNotRichText();
+    void fileNamesAreNotRichText();
 };
 
 namespace
@@ -70,6 +80,63 @@ public:
     }
     bool listsEnabled() const { return panel("listsPanel")->isEnabled(); }
 };
+
+/// A part of names that rich text would show as a missing image and "bold&".
+const QString markup = QStringLiteral("<img src=x><b>bold&amp;");
+
+/// What is read where @p text is shown in a format.
+QString readAs(const QString &text, Qt::TextFormat format = Qt::AutoText)
+{
+    if (format == Qt::PlainText || (format == Qt::AutoText && !Qt::mightBeRichText(text))) {
+        return text;
+    }
+    QTextDocument document;
+    document.setHtml(text);
+    return document.toPlainText();
+}
+
+/// What is read in all that is visible: labels, those of tool tips and message boxes, too, choosers, the console,
+/// titles and what shows when the mouse rests.
+QStringList textsToRead()
+{
+    QStringList texts;
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (const QWidget *widget : widgets) {
+        if (!widget->isVisible()) {
+            continue;
+        }
+        if (const auto *label = qobject_cast<const QLabel *>(widget)) {
+            texts.append(readAs(label->text(), label->textFormat()));
+        } else if (const auto *edit = qobject_cast<const QTextEdit *>(widget)) {
+            texts += edit->toPlainText().split(QLatin1Char('\n'));
+        } else if (const auto *combo = qobject_cast<const QComboBox *>(widget)) {
+            for (int i = 0; i < combo->count(); ++i) {
+                texts.append(combo->itemText(i));
+                texts.append(readAs(combo->itemData(i, Qt::ToolTipRole).toString()));
+            }
+        }
+        texts += {readAs(widget->toolTip()), readAs(widget->whatsThis()), readAs(widget->statusTip()),
+                  widget->windowTitle()};
+    }
+    return texts;
+}
+
+bool isRead(const QString &text)
+{
+    return textsToRead().contains(text);
+}
+
+/// The texts in which the markup of a name does not stand as it is.
+QStringList interpretedTexts()
+{
+    QStringList texts;
+    for (const QString &text : textsToRead()) {
+        if (text.contains(QLatin1String("bold")) && !text.contains(markup)) {
+            texts.append(text);
+        }
+    }
+    return texts;
+}
 } // namespace
 
 void TestBrowsing::listFromFile()
@@ -269,21 +336,70 @@ void TestBrowsing::sampleListIsShownAsItsNamesSay()
     }
 }
 
+void TestBrowsing::theBeginningOfALongNameIsShown()
+{
+    Browser browser;
+    const QString name = QLatin1Char('C') + QString(20000000, QLatin1Char('~'));
+    browser.addNames("long", {name});
+    QCOMPARE(browser.next(), QStringLiteral("1/1 C") + QString(998, QLatin1Char('~')) + QChar(0x2026));
+    QCOMPARE(browser.view()->getNbEdges(), 6);
+    QVERIFY(!browser.window->grab().isNull());
+    QCOMPARE(browser.widget()->getManager()->getList(QStringLiteral("long")).toVector(), QVector<QString>{name});
+}
+
 void TestBrowsing::namesAreNotRichText()
 {
     Browser browser;
-    const char *const list = "<img src='/etc/hostname'>";
-    browser.addNames(list, {QStringLiteral("Bw"), QStringLiteral("<h1>x</h1>")});
-    browser.choose(list);
-    QCOMPARE(browser.combo("browseChoice")->currentText(), QLatin1String(list));
-    QVERIFY(browser.console().contains(QStringLiteral("List added : <img src='/etc/hostname'> [ 2 element(s)]")));
-    QCOMPARE(browser.next(), QString()); // it is no graph
-    QCOMPARE(browser.previous(), QStringLiteral("1/2 Bw"));
-    const QList<QLabel *> labels = browser.window->findChildren<QLabel *>();
-    for (const QLabel *label : labels) {
-        QVERIFY2(label->textFormat() == Qt::PlainText || !Qt::mightBeRichText(label->text()),
-                 qPrintable(label->text()));
-    }
+    const QString list = QStringLiteral("<h1>") + markup;
+    const QString graph = QStringLiteral("Bw") + markup;
+    browser.addNames(qPrintable(list), {graph, QStringLiteral("A_")});
+    browser.choose(qPrintable(list));
+    QCOMPARE(browser.next(), QStringLiteral("2/2 A_"));
+    browser.next();
+    QVERIFY(isRead(QStringLiteral("1/2 ") + graph));
+    QVERIFY(isRead(QStringLiteral("List added : ") + list + QStringLiteral(" [ 2 element(s)]")));
+
+    TAVManager *manager = browser.widget()->getManager();
+    manager->addListFromFile(markup, browser.path(markup));
+    QVERIFY(isRead(QStringLiteral("Unable to open file :") + browser.path(markup)));
+    manager->loadInv1(browser.write(QStringLiteral("inv.txt"), "GRAPH\tINV\n" + markup.toLatin1() + "\t1\n"));
+    QVERIFY(isRead(QStringLiteral("@ != ") + markup));
+    QCOMPARE(interpretedTexts(), QStringList());
+}
+
+void TestBrowsing::vertexNamesAreNotRichText()
+{
+    const Browser browser;
+    Graph *view = browser.view();
+    QVERIFY(view->open(browser.write(QStringLiteral("good.golm3"), "1\n" + markup.toLatin1() + "\t0\t0\n0\t")));
+    view->update_display();
+    const QPoint vertex = view->mapFromScene(view->node(0)->pos());
+    QHelpEvent help(QEvent::ToolTip, vertex, view->viewport()->mapToGlobal(vertex));
+    QCoreApplication::sendEvent(view->viewport(), &help);
+    QVERIFY(isRead(markup));
+    QCOMPARE(interpretedTexts(), QStringList());
+    QToolTip::hideText();
+}
+
+void TestBrowsing::fileNamesAreNotRichText()
+{
+    const Browser browser;
+    const QString file = browser.write(markup + QStringLiteral(".golm3"), "1\n" + markup.toLatin1());
+    QStringList boxes;
+    QStringList interpreted;
+    std::optional<driver::DialogAnswer> next;
+    const auto answerBox = [&](QDialog *dialog) {
+        boxes.append(qobject_cast<QMessageBox *>(dialog)->text());
+        interpreted += interpretedTexts();
+        dialog->reject();
+    };
+    const driver::DialogAnswer answer([&](QDialog *dialog) {
+        driver::chooseFile(qobject_cast<QFileDialog *>(dialog), file);
+        next.emplace(answerBox);
+    });
+    browser.view()->slot_open();
+    QCOMPARE(boxes, words({"Failed to load graph."}));
+    QCOMPARE(interpreted, QStringList());
 }
 
 QTEST_MAIN(TestBrowsing)

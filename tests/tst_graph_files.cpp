@@ -18,6 +18,8 @@
 
 #include <memory>
 #include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -109,6 +111,31 @@ private:
     QTimer timer;
 };
 
+/// While it lives, the process can list a folder and write nothing there.
+class WithoutRights
+{
+public:
+    explicit WithoutRights(const QString &folder) : path(QFile::encodeName(folder)), user(::geteuid())
+    {
+        // The administrator can write everywhere; nobody else can here.
+        if (::chmod(path.constData(), 0555) != 0 || (user == 0 && ::seteuid(65534) != 0)) {
+            qFatal("a folder keeps its rights");
+        }
+    }
+    ~WithoutRights()
+    {
+        if (::seteuid(user) != 0 || ::chmod(path.constData(), 0755) != 0) {
+            qFatal("a folder does not get its rights back");
+        }
+    }
+    WithoutRights(const WithoutRights &) = delete;
+    WithoutRights &operator=(const WithoutRights &) = delete;
+
+private:
+    const QByteArray path;
+    const uid_t user;
+};
+
 const QString openingBox = QStringLiteral("Opening|Cannot open graph|OK");
 const QByteArray formatError = "ERROR IN FILE FORMAT\n";
 } // namespace
@@ -139,6 +166,7 @@ private slots:
     void open_acceptsLineEndsOfOtherSystems();
     void open_fieldsThatAreNoNumbersAreZero();
     void open_ofDistantVerticesCanBeShown();
+    void open_ofANameOfEveryByte();
     void open_deselectsTheVertices();
     void open_ofUnreadableFile_data();
     void open_ofUnreadableFile();
@@ -190,6 +218,7 @@ private slots:
     void slotImport_failures();
     void slotExport();
     void slotExport_failures();
+    void saveAndExport_inAFolderWithoutRights();
 
 private:
     QString path(const QString &name) const { return QDir(directory->path()).filePath(name); }
@@ -414,6 +443,20 @@ void TestGraphFiles::open_ofDistantVerticesCanBeShown()
     QVERIFY(!graph.grab().isNull());
     graph.slot_rescale(false);
     QVERIFY(!graph.grab().isNull());
+}
+
+void TestGraphFiles::open_ofANameOfEveryByte()
+{
+    QByteArray name;
+    for (int byte = 1; byte < 256; byte++) {
+        name += byte == '\t' || byte == '\n' || byte == '\r' ? QByteArray() : QByteArray(1, char(byte));
+    }
+    const QByteArray text = "1\n" + name + "\t0\t0\n0\t";
+    Graph graph(QStringLiteral("g"), true);
+    QVERIFY(graph.open(write(QStringLiteral("g.golm3"), text)));
+    QCOMPARE(graph.node(0)->getName(), QString::fromLatin1(name));
+    QVERIFY(graph.save(path(QStringLiteral("again.golm3"))));
+    QCOMPARE(contents(path(QStringLiteral("again.golm3"))), text);
 }
 
 void TestGraphFiles::open_deselectsTheVertices()
@@ -1072,6 +1115,30 @@ void TestGraphFiles::slotExport_failures()
     graph.slot_export_graph();
     QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, warning}));
     QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+void TestGraphFiles::saveAndExport_inAFolderWithoutRights()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "2 1");
+    graph.setWD(directory->path());
+    write(QStringLiteral("kept.golm3"), "kept");
+    write(QStringLiteral("kept.edgelist"), "kept");
+    Dialogs dialogs({path(QStringLiteral("new.golm3")), path(QStringLiteral("new.edgelist"))});
+    {
+        const WithoutRights folder(directory->path());
+        graph.slot_save();
+        graph.slot_export_graph();
+        QVERIFY(!graph.save(path(QStringLiteral("kept.golm3"))));
+        QVERIFY(!graph.export_graph(path(QStringLiteral("kept.edgelist"))));
+    }
+    QCOMPARE(dialogs.seen.filter(QStringLiteral("Warning")),
+             (QStringList{QStringLiteral("Warning|Failed to save graph.|OK"),
+                          QStringLiteral("Warning|Failed to export graph.|OK")}));
+    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden),
+             (QStringList{QStringLiteral("kept.edgelist"), QStringLiteral("kept.golm3")}));
+    QCOMPARE(contents(path(QStringLiteral("kept.golm3"))), QByteArray("kept"));
+    QCOMPARE(contents(path(QStringLiteral("kept.edgelist"))), QByteArray("kept"));
 }
 
 QTEST_MAIN(TestGraphFiles)

@@ -51,6 +51,7 @@ private slots:
     void cancelledLoadFailsOnTheEmptyName();
     void clearKeepsListsAndPanels();
     void consoleShowsMarkupAsText();
+    void consoleShowsTheBeginningOfALongLine();
     void loadDialog();
     void dialogsStartInTheSavedWorkDirectory();
     void emptyWorkDirectorySettingMeansHere();
@@ -492,6 +493,16 @@ void TestMainWidget::consoleShowsMarkupAsText()
     fixture.widget()->slot_console(QString());
     fixture.widget()->slot_console(QStringLiteral("end"));
     QCOMPARE(fixture.console(), words({"<b>bold</b>", "<img src=\"/etc/passwd\">&amp;", "", "end"}));
+}
+
+void TestMainWidget::consoleShowsTheBeginningOfALongLine()
+{
+    const MainWindowFixture fixture;
+    const QString longest(10000, QLatin1Char('x'));
+    fixture.widget()->slot_console(longest);
+    fixture.widget()->slot_console(QString(20000000, QLatin1Char('x')));
+    fixture.widget()->slot_console(QStringLiteral("end"));
+    QCOMPARE(fixture.console(), (QStringList{longest, longest.left(9999) + QChar(0x2026), QStringLiteral("end")}));
 }
 
 void TestMainWidget::loadDialog()

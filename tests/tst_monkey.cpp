@@ -27,6 +27,7 @@
 #include <QWheelEvent>
 #include <QtTest>
 
+#include <algorithm>
 #include <optional>
 #include <random>
 #include <sys/stat.h>
@@ -81,6 +82,14 @@ void addEntries(const QMenu *menu, QVector<QAction *> &entries)
     }
 }
 
+/// The windows that there are, shown or not. The entries of the undo history are no windows to anybody.
+int windowsOfTheProgram()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return int(std::count_if(windows.begin(), windows.end(),
+                             [](const QWidget *window) { return qobject_cast<const Graph *>(window) == nullptr; }));
+}
+
 /// Presses and releases a key where the keyboard input goes; the press may close the window.
 void pressKey(const QPointer<QWidget> &target, Qt::Key key, Qt::KeyboardModifiers modifiers)
 {
@@ -111,13 +120,14 @@ public:
 
     /// What it tried, without the answers to dialogs.
     const QStringList &tried() const { return attempts; }
+    /// A file that it opens and saves.
+    QString file(const char *name) const { return directory.filePath(QLatin1String(name)); }
 
 private:
     struct Action;
     using Act = void (Monkey::*)();
 
     void prepareFiles();
-    QString file(const char *name) const { return directory.filePath(QLatin1String(name)); }
     void write(const char *name, const QByteArray &bytes);
     void attempt(const QString &text);
     void log(const QString &text);
@@ -135,6 +145,7 @@ private:
     void pressButton(const QString &text);
     void turnTo(const QWidget *widget);
     Graph *viewer();
+    QVector<QAction *> menuEntries(Graph *view, QPoint place);
 
     void pressAnyButton();
     void loadDatabase();
@@ -150,6 +161,7 @@ private:
     void keyInViewer();
     void keyAnywhere();
     void menuOfViewer();
+    void fileOfViewer();
     void menuElsewhere();
     void shortcut();
     void resizeWindow();
@@ -225,34 +237,29 @@ void Monkey::prepareFiles()
     write("odd.g6", "\n<img src=x>\n@\n?\n~~~~\nG?zTb_\nnot a graph\n\xc3\xa9\n^" + QByteArray(90, '~') + "\n" +
                         QByteArray(9000, 'x') + "\n");
     write("garbage.g6", garbage);
-    write("good.golm3", "3 101\nname 0 0 0\nsecond 10 10 0\nthird 20 -5 1\n");
-    write("huge.golm3", "99999999 1\n");
-    write("negative.golm3", "-4 1\n");
+    write("good.golm3", "3\nname\t0\t0\n<img src=x>\t10\t10\n\xe9\t20\t-5\n0\t1\t0\t1\t0\t1\t0\t1\t0\t");
+    write("far.golm3", "2\nfar\t1e308\t-1e308\nnowhere\tnan\tinf\n0\t1\t1\t0\t");
+    write("long name.golm3", "1\n" + QByteArray(1000000, 'n') + "\t0\t0\n0\t");
+    write("short.golm3", "3\nname\t0\t0\nsecond\t10\t10\nthird\t20\t-5\n0\t1\t");
+    write("huge.golm3", "99999999\nname\t0\t0\n0\t");
+    write("negative.golm3", "-4\nname\t0\t0\n0\t");
     write("garbage.golm3", garbage);
-    write("good.edgelist", "1 2\n2 3\n3 4\nfour 1\n");
+    write("good.edgelist", "1\t2\n2\t3\n3\t4\n<b>four</b>\t1\n");
     write("large.edgelist", [] {
         QByteArray edges;
         for (int i = 0; i < 100; ++i) {
-            edges += QByteArray::number(i) + ' ' + QByteArray::number(i + 1) + '\n';
+            edges += QByteArray::number(i) + '\t' + QByteArray::number(i + 1) + '\n';
         }
         return edges;
     }());
     write("garbage.edgelist", garbage);
     QDir(directory.path()).mkdir(QStringLiteral("folder"));
     mkfifo(QFile::encodeName(file("fifo")).constData(), S_IRUSR | S_IWUSR);
-    inputs += {file("missing.tav"), file("folder"), file("fifo"), QString(), QStringLiteral(".")};
-    // No pipe: a save waits until somebody reads what it writes there.
-    outputs += {file("out.g6"),
-                file("out.txt"),
-                file("out.golm3"),
-                file("out.edgelist"),
-                file("out.pdf"),
-                file("no suffix"),
-                file("\xe9\xff odd.g6"),
-                file("folder"),
-                file("nowhere/file"),
-                QString(),
-                QStringLiteral("relative.g6")};
+    inputs += {file("missing.tav"), file("folder"), QString(), QStringLiteral(".")};
+    outputs += {file("out.g6"),          file("out.txt"), file("out.golm3"),
+                file("out.edgelist"),    file("out.pdf"), file("no suffix"),
+                file("\xe9\xff odd.g6"), file("folder"),  file("fifo"),
+                file("nowhere/file"),    QString(),       QStringLiteral("relative.g6")};
     inputs += outputs;
 }
 
@@ -297,8 +304,8 @@ void Monkey::act(int number)
         {50, &Monkey::chooseInCombo},   {20, &Monkey::moveSlider},    {60, &Monkey::browse},
         {180, &Monkey::mouseInViewer},  {20, &Monkey::wheelInViewer}, {140, &Monkey::keyInViewer},
         {40, &Monkey::keyAnywhere},     {80, &Monkey::menuOfViewer},  {10, &Monkey::menuElsewhere},
-        {6, &Monkey::shortcut},         {10, &Monkey::resizeWindow},  {50, &Monkey::turnEventLoop},
-        {2, &Monkey::closeWindow},
+        {30, &Monkey::fileOfViewer},    {6, &Monkey::shortcut},       {10, &Monkey::resizeWindow},
+        {50, &Monkey::turnEventLoop},   {2, &Monkey::closeWindow},
     };
     int total = 0;
     for (const Action &action : actions) {
@@ -364,7 +371,7 @@ void Monkey::check()
 
     const QRegularExpression position(QStringLiteral("^$|^[1-9][0-9]*/[1-9][0-9]* ."));
     QVERIFY(position.match(fixture->positionText()).hasMatch());
-    QVERIFY(QApplication::topLevelWidgets().size() < 100);
+    QVERIFY(windowsOfTheProgram() < 100);
     bool answered = false;
     QTimer::singleShot(0, this, [&answered] { answered = true; });
     QVERIFY(driver::waitUntil([&answered] { return answered; }, longestAction));
@@ -611,18 +618,54 @@ void Monkey::menuOfViewer()
     if (view == nullptr) {
         return;
     }
-    const QPoint place(x, y);
-    send<QContextMenuEvent>(view->viewport(), QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
-    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-    if (menu == nullptr) {
-        return;
-    }
-    QVector<QAction *> entries;
-    addEntries(menu, entries);
-    closePopups();
+    const QVector<QAction *> entries = menuEntries(view, QPoint(x, y));
     if (number < entries.size() && entries.at(number)->isEnabled()) {
         entries.at(number)->trigger();
     }
+}
+
+/// A graph file or an edge list, by the entry of the menu that asks for it.
+void Monkey::fileOfViewer()
+{
+    struct FileCommand {
+        const char *entry;
+        QVector<const char *> files;
+    };
+    static const FileCommand open = {"Open...",
+                                     {"good.golm3", "good.golm3", "far.golm3", "long name.golm3", "short.golm3",
+                                      "huge.golm3", "negative.golm3", "garbage.golm3", "out.golm3"}};
+    static const FileCommand import = {
+        "Import...", {"good.edgelist", "good.edgelist", "large.edgelist", "garbage.edgelist", "out.edgelist"}};
+    static const FileCommand save = {"Save...", {"out.golm3", "no suffix", "folder", "fifo", "nowhere/file"}};
+    static const FileCommand exportEdges = {"Export...",
+                                            {"out.edgelist", "no suffix", "folder", "fifo", "nowhere/file"}};
+    const FileCommand command = dice.oneOf(QVector<FileCommand>{open, open, import, save, exportEdges});
+    const char *const name = dice.oneOf(command.files);
+    attempt(QLatin1String(command.entry) + QLatin1Char(' ') + QLatin1String(name));
+    Graph *view = viewer();
+    if (view == nullptr) {
+        return;
+    }
+    forceFile(file(name));
+    const QVector<QAction *> entries = menuEntries(view, QPoint(10, 10));
+    for (QAction *action : entries) {
+        if (action->text().startsWith(QLatin1String(command.entry))) {
+            action->trigger();
+            return;
+        }
+    }
+}
+
+/// What the menu of the viewer offers; empty while the viewer shows none.
+QVector<QAction *> Monkey::menuEntries(Graph *view, QPoint place)
+{
+    QVector<QAction *> entries;
+    send<QContextMenuEvent>(view->viewport(), QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
+    if (auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget())) {
+        addEntries(menu, entries);
+        closePopups();
+    }
+    return entries;
 }
 
 // The rest of the window.
@@ -693,6 +736,8 @@ class TestMonkey : public QObject
 private slots:
     void initTestCase();
     void sameSeedSameActions();
+    void graphFilesAreWhatTheirNamesSay_data();
+    void graphFilesAreWhatTheirNamesSay();
     void nothingBreaks();
 };
 
@@ -715,6 +760,34 @@ void TestMonkey::sameSeedSameActions()
     QCOMPARE(first.size(), 40);
     QCOMPARE(triedWith(7), first);
     QVERIFY(triedWith(8) != first);
+}
+
+void TestMonkey::graphFilesAreWhatTheirNamesSay_data()
+{
+    QTest::addColumn<bool>("isRead");
+    QTest::addColumn<int>("vertices");
+    QTest::addColumn<int>("edges");
+    QTest::newRow("good.golm3") << true << 3 << 2;
+    QTest::newRow("far.golm3") << true << 2 << 1;
+    QTest::newRow("long name.golm3") << true << 1 << 0;
+    QTest::newRow("short.golm3") << false << 3 << 0;
+    QTest::newRow("huge.golm3") << false << 32 << 0;
+    QTest::newRow("negative.golm3") << false << 0 << 0;
+    QTest::newRow("good.edgelist") << true << 5 << 4;
+    QTest::newRow("large.edgelist") << false << 0 << 0;
+}
+
+void TestMonkey::graphFilesAreWhatTheirNamesSay()
+{
+    QFETCH(bool, isRead);
+    const QTemporaryDir directory;
+    const Monkey monkey(1, directory.filePath(QStringLiteral("monkey.log")));
+    const char *const name = QTest::currentDataTag();
+    Graph graph(QStringLiteral("graph"), false);
+    QCOMPARE(QByteArray(name).endsWith(".golm3") ? graph.open(monkey.file(name)) : graph.import_el(monkey.file(name)),
+             isRead);
+    QTEST(graph.getNbNodes(), "vertices");
+    QTEST(graph.getNbEdges(), "edges");
 }
 
 void TestMonkey::nothingBreaks()

@@ -34,6 +34,7 @@ private slots:
     void names();
     void toolTipShowsTheNameAsItIs_data();
     void toolTipShowsTheNameAsItIs();
+    void toolTipOfALongNameIsItsBeginning();
     void existenceAndVisibility();
     void resetVisibleShowsAtOnceOnRequest();
     void positionFromAPointKeepsDepth();
@@ -261,6 +262,20 @@ void TestNode::toolTipShowsTheNameAsItIs()
         }
         QCOMPARE(shown.toPlainText(), name);
     }
+    QCOMPARE(node.getName(), name);
+}
+
+void TestNode::toolTipOfALongNameIsItsBeginning()
+{
+    const QString longest(1000, QLatin1Char('n'));
+    Node node(0, 0, 10.0, 10.0, longest, true);
+    QCOMPARE(node.toolTip(), longest);
+    const QString name(20000000, QLatin1Char('n'));
+    node.setName(name);
+    QCOMPARE(node.toolTip(), longest.left(999) + QChar(0x2026));
+    const ItemImage painted(node);
+    QVERIFY(!painted.painted().isEmpty());
+    QCOMPARE(node.toolTip().size(), 1000);
     QCOMPARE(node.getName(), name);
 }
 

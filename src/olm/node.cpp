@@ -2,6 +2,7 @@
 
 #include "olm/edge.h"
 #include "olm/nodedisplay.h"
+#include "shortened.h"
 
 #include <QFont>
 #include <QGraphicsSceneMouseEvent>
@@ -76,7 +77,8 @@ void Node::setName(const QString &text)
 {
     name = text;
     if (interactive) {
-        setToolTip(Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name) : name);
+        const QString tip = shortened(name);
+        setToolTip(Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip) : tip);
     }
 }
 
