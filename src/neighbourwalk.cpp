@@ -157,6 +157,9 @@ private:
 /// The walk of the whole database in one pass over the links. Only neighbours that match are followed, but as long as
 /// none fails that is every neighbour whose I2 is present: the values that such a walk meets are those reachable
 /// through present ones, whatever x is, and their range decides.
+///
+/// Both directions read the lists of sub-graphs. The graphs below a graph are few, and near at hand when it is their
+/// turn; those above it are many, and lie anywhere: they hand down what is met in and beyond them.
 class NeighbourWalk
 {
 public:
@@ -164,15 +167,19 @@ public:
         : graphs(database)
         , neighbours(direction)
         , match(test)
-        , through(size_t(database.size()))
         , verdicts(size_t(database.size()), Verdict::NotListed)
     {
+        if (neighbours == Neighbours::Sub) {
+            through.resize(verdicts.size());
+        } else {
+            handedDown.assign(size_t(std::min(threadCount(), mostHanding)), std::vector<Range>(linkedFromAbove()));
+        }
     }
 
     QStringList run()
     {
-        for (size_t done = 0; done < through.size(); done += batchLength) {
-            visitBatch(done, std::min(done + batchLength, through.size()));
+        for (size_t done = 0; done < verdicts.size(); done += batchLength) {
+            visitBatch(done, std::min(done + batchLength, verdicts.size()));
         }
         decideBehindBarriers();
         std::vector<TAVGraph *> listed;
@@ -193,48 +200,98 @@ private:
     };
 
     /// Links lead towards the beginning of the database, or all towards its end: where the walk starts.
-    size_t positionOf(size_t step) const { return neighbours == Neighbours::Sub ? step : through.size() - 1 - step; }
+    size_t positionOf(size_t step) const { return neighbours == Neighbours::Sub ? step : verdicts.size() - 1 - step; }
     size_t stepOf(size_t position) const { return positionOf(position); }
 
     /// Visits the records of the steps [begin, end): those whose neighbours were all visited in earlier batches, nearly
     /// all as a rule, at the same time, and then the others one after the other.
     void visitBatch(size_t begin, size_t end)
     {
-        forEachRange(end - begin, pieceLength, threadCount(), [&](size_t from, size_t to) {
-            for (size_t step = begin + from; step < begin + to; ++step) {
-                visit(positionOf(step), begin);
+        const size_t threads = neighbours == Neighbours::Sub ? size_t(threadCount()) : handedDown.size();
+        const size_t share = (end - begin + threads - 1) / threads;
+        forEachRange(threads, 1, end - begin > shortBatch ? int(threads) : 1, [&](size_t thread, size_t) {
+            const size_t last = std::min(begin + (thread + 1) * share, end);
+            for (size_t step = begin + thread * share; step < last; ++step) {
+                visit(positionOf(step), begin, thread);
             }
         });
         for (size_t step = begin; step < end; ++step) {
             if (verdicts[positionOf(step)] == Verdict::Waiting) {
-                visit(positionOf(step), end);
+                visit(positionOf(step), end, 0);
             }
         }
     }
 
     /// Visits a record unless it has to wait for a neighbour whose step is not before @p visited.
-    void visit(size_t position, size_t visited)
+    void visit(size_t position, size_t visited, size_t thread)
     {
         const TAVGraph &graph = *graphs.at(int(position));
-        const bool present = takesPart(graph);
         Range own;
-        if (present) {
+        if (takesPart(graph)) {
             own = {graph.getInv2(), graph.getInv2()};
         }
         Range met;
-        for (const TAVGraph *neighbour : linksOf(graph, neighbours)) {
+        if (!(neighbours == Neighbours::Sub ? meetBelow(position, visited, own, met)
+                                            : meetAbove(position, visited, own, met))) {
+            verdicts[position] = Verdict::Waiting;
+            return;
+        }
+        verdicts[position] = judge(graph, met);
+        if (!own.isEmpty()) {
+            own.include(met);
+        }
+        if (neighbours == Neighbours::Sub) {
+            through[position] = own;
+        } else if (!own.isEmpty()) {
+            for (const TAVGraph *subGraph : graph.subGraphs()) {
+                handedDown[thread][size_t(subGraph->getPosition())].include(own);
+            }
+        }
+    }
+
+    // What is met in and beyond the neighbours of a record; false when one of them is not visited. A record that is its
+    // own neighbour meets itself.
+
+    bool meetBelow(size_t position, size_t visited, const Range &own, Range &met) const
+    {
+        for (const TAVGraph *neighbour : graphs.at(int(position))->subGraphs()) {
             const auto other = size_t(neighbour->getPosition());
             if (stepOf(other) >= visited) {
-                verdicts[position] = Verdict::Waiting;
-                return;
+                return false;
             }
             met.include(other == position ? own : through[other]);
         }
-        verdicts[position] = judge(graph, met);
-        if (present) {
-            own.include(met);
+        return true;
+    }
+
+    /// Where a record above is in the same batch, which the first one in the list tells, somebody may be handing down
+    /// just now.
+    bool meetAbove(size_t position, size_t visited, const Range &own, Range &met) const
+    {
+        for (const TAVGraph *neighbour : graphs.at(int(position))->superGraphs()) {
+            const auto other = size_t(neighbour->getPosition());
+            if (other != position) {
+                if (stepOf(other) >= visited) {
+                    return false;
+                }
+                break;
+            }
+            met.include(own);
         }
-        through[position] = own;
+        for (const std::vector<Range> &part : handedDown) {
+            if (position < part.size()) {
+                met.include(part[position]);
+            }
+        }
+        return true;
+    }
+
+    /// The number of records up to the last that has super-graphs.
+    size_t linkedFromAbove() const
+    {
+        const auto last = std::find_if(graphs.rbegin(), graphs.rend(),
+                                       [](const TAVGraph *graph) { return !graph->superGraphs().isEmpty(); });
+        return size_t(graphs.rend() - last);
     }
 
     Verdict judge(const TAVGraph &graph, const Range &met) const
@@ -269,13 +326,17 @@ private:
 
     /// As long as a batch is short, against the number of graphs of one order and size, few have to wait.
     static constexpr size_t batchLength = 1 << 15;
-    static constexpr size_t pieceLength = 1 << 12;
+    /// A batch up to this length is not shared out.
+    static constexpr size_t shortBatch = 1 << 12;
+    /// How many threads hand down: each does it into memory of its own.
+    static constexpr int mostHanding = 4;
 
     const QVector<TAVGraph *> &graphs;
     Neighbours neighbours;
     Match match;
-    std::vector<Range> through;    // by position: what is met in and beyond a record; empty when its I2 is missing
-    std::vector<Verdict> verdicts; // by position
+    std::vector<Verdict> verdicts;              // by position
+    std::vector<Range> through;                 // by position: what is met in and beyond a record, for those above it
+    std::vector<std::vector<Range>> handedDown; // by thread and position: what is met beyond a record
 };
 } // namespace
 

@@ -35,7 +35,8 @@ enum class Match {
 /// that matches, and none that fails. The walk goes on from neighbours that match; a neighbour whose I2 is missing or
 /// NaN counts neither for nor against, and the walk does not go on from it.
 ///
-/// @p graphs is the database: each record knows its position in it, and its sub-graphs are earlier records or itself.
+/// @p graphs is the database: each record knows its position in it, its sub-graphs are earlier records or itself, links
+/// go both ways, and its super-graphs are in the order of the database.
 /// Takes time in proportion to the number of links, and for Equal, once more for each different I1 below 6e-8 in
 /// magnitude from which some I2 is exactly 1e-8 away, to the number of records with about that I2 and of their links.
 QStringList walkNeighbours(const QVector<TAVGraph *> &graphs, Neighbours neighbours, Match match);
