@@ -71,7 +71,6 @@ std::optional<QStringList> readNames(QIODevice &file)
 
 void writeNames(const QStringList &names, OutputFile &file)
 {
-    constexpr size_t namesAtOnce = 1 << 14;
     const auto linesOf = [&names](size_t begin, size_t end) {
         QByteArray lines;
         for (size_t i = begin; i < end; ++i) {
@@ -82,7 +81,8 @@ void writeNames(const QStringList &names, OutputFile &file)
         }
         return lines;
     };
-    forEachPiece(size_t(names.size()), namesAtOnce, linesOf, [&file](const QByteArray &lines) { file.write(lines); });
+    forEachPiece(size_t(names.size()), recordsPerPiece, linesOf,
+                 [&file](const QByteArray &lines) { file.write(lines); });
 }
 } // namespace
 

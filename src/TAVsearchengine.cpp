@@ -29,8 +29,6 @@ constexpr int chunkLength = 1 << 20;
 constexpr size_t recordsAtOnce = 4096;
 /// How many links ahead of the one that is followed the memory of a record is asked for.
 constexpr int linksAhead = 16;
-/// How many graphs a thread takes at a time: so many that a small database is done before a second one starts.
-constexpr size_t graphsAtOnce = 1 << 14;
 /// The synchronous loader's line buffer in bytes, one of them for its terminator.
 constexpr qint64 pieceBufferSize = 1024;
 /// Every so many lines the synchronous loader reports to standard error.
@@ -317,9 +315,6 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
 /// names no record up to its own, with the records before it in place, or nothing when all are good.
 std::optional<qint64> TAVSearchEngine::addRecords(DatabaseChunk &chunk)
 {
-    if (chunk.records.empty()) {
-        return std::nullopt; // nothing but empty lines, for which room was made all the same
-    }
     storage.push_back(std::move(chunk.records));
     auto index = chunk.links.indices.begin();
     for (size_t i = 0; i < storage.back().size(); ++i) {
@@ -386,7 +381,8 @@ bool TAVSearchEngine::save(const QString &path, const QByteArray &header, Append
     };
     const WriteResult result = writeFile(path, [&](OutputFile &file) {
         file.write(header);
-        forEachPiece(size_t(graphs.size()), graphsAtOnce, linesOf, [&](const QByteArray &lines) { file.write(lines); });
+        forEachPiece(size_t(graphs.size()), recordsPerPiece, linesOf,
+                     [&](const QByteArray &lines) { file.write(lines); });
     });
     if (result == WriteResult::Failed) {
         emit signal_console(QStringLiteral("Unable to write file :") + path);
@@ -442,7 +438,7 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
     };
     const NameSet seeds(names);
     std::vector<char> isSeed(size_t(graphs.size()), 0);
-    forEachRange(isSeed.size(), graphsAtOnce, threadCount(), [&](size_t begin, size_t end) {
+    forEachRange(isSeed.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             isSeed[i] = seeds.contains(graphs.at(int(i))->getName()) ? 1 : 0;
         }
@@ -465,7 +461,7 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
 
 void TAVSearchEngine::forEachGraph(void (TAVGraph::*operation)())
 {
-    forEachRange(size_t(graphs.size()), graphsAtOnce, threadCount(), [&](size_t begin, size_t end) {
+    forEachRange(size_t(graphs.size()), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             (graphs.at(int(i))->*operation)();
         }

@@ -8,13 +8,26 @@
 #include <string>
 #include <utility>
 
+namespace
+{
+/// How many lines are not empty: at least as many as name a graph.
+size_t countFilledLines(std::string_view lines)
+{
+    size_t count = !lines.empty() && lines.front() != '\n' ? 1 : 0;
+    for (size_t i = 1; i < lines.size(); ++i) {
+        count += size_t(lines[i - 1] == '\n') & size_t(lines[i] != '\n');
+    }
+    return count;
+}
+} // namespace
+
 DatabaseChunk parseDatabaseChunk(std::string_view lines)
 {
     DatabaseChunk chunk;
-    const auto newlines = size_t(std::count(lines.begin(), lines.end(), '\n'));
-    chunk.records.reserve(newlines + 1);
-    chunk.lineNumbers.reserve(newlines + 1);
-    chunk.links.counts.reserve(newlines + 1);
+    const size_t mostRecords = countFilledLines(lines);
+    chunk.records.reserve(mostRecords);
+    chunk.lineNumbers.reserve(mostRecords);
+    chunk.links.counts.reserve(mostRecords);
     chunk.links.indices.reserve(size_t(std::count(lines.begin(), lines.end(), '\t')));
     DatabaseLine line;
     for (; !lines.empty(); ++chunk.lineCount) {

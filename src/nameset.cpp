@@ -9,9 +9,6 @@
 
 namespace
 {
-/// How many names a thread takes at a time.
-constexpr size_t namesAtOnce = 1 << 14;
-
 /// The smallest power of two that leaves half of the places empty.
 size_t tableLength(int nameCount)
 {
@@ -29,7 +26,7 @@ NameSet::NameSet(QStringList list)
     , hashes(size_t(names.size()))
     , places(tableLength(names.size()), 0)
 {
-    forEachRange(hashes.size(), namesAtOnce, threadCount(), [this](size_t begin, size_t end) {
+    forEachRange(hashes.size(), recordsPerPiece, threadCount(), [this](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             hashes[i] = qHash(names.at(int(i)), seed);
         }

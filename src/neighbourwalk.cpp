@@ -353,9 +353,8 @@ QStringList namesOf(const std::vector<TAVGraph *> &graphs)
         names.append(QString());
     }
     // To share a name is to write to its count of users, and that is to wait for its memory: several can at a time.
-    constexpr size_t namesAtOnce = 1 << 14;
     const QStringList::iterator first = names.begin();
-    forEachRange(graphs.size(), namesAtOnce, threadCount(), [&](size_t begin, size_t end) {
+    forEachRange(graphs.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
         for (size_t i = begin; i < end; ++i) {
             *(first + int(i)) = graphs[i]->getName();
         }

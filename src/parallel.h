@@ -20,6 +20,10 @@ int threadCount();
 /// Sets threadCount(), for work that starts from now on; 0 for the number of processors.
 void setThreadCount(int count);
 
+/// How many records or names a thread takes at a time: so many that a small database is done before a second one
+/// starts.
+constexpr std::size_t recordsPerPiece = 1 << 14;
+
 /// Calls @p work for ranges [begin, end) that together make up [0, @p count), on @p jobs threads, the caller's being
 /// one of them. A thread takes a range of @p pieceLength at a time, in ascending order. Returns when all are done;
 /// throws what @p work throws. Fewer threads work when no more can be made.

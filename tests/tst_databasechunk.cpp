@@ -109,6 +109,16 @@ private slots:
         QCOMPARE(chunk.links.indices, (std::vector<int>{0, 0, 0}));
     }
 
+    void emptyLinesTakeNoRoom()
+    {
+        const DatabaseChunk chunk = parseDatabaseChunk("\n\nA\n" + std::string(1000000, '\n') + "B");
+        QCOMPARE(chunk.lineCount, 1000004);
+        QCOMPARE(chunk.records.size(), size_t(2));
+        QCOMPARE(chunk.records.capacity(), size_t(2));
+        QCOMPARE(chunk.lineNumbers.capacity(), size_t(2));
+        QCOMPARE(chunk.links.counts.capacity(), size_t(2));
+    }
+
     void chunkBordersDoNotShow_data()
     {
         QTest::addColumn<QByteArray>("file");
