@@ -1,5 +1,7 @@
 #include "TAVmanager.h"
 #include "commandline.h"
+#include "parallel.h"
+#include "run.h"
 #include "script.h"
 #include "support/testdata.h"
 #include "support/toolprocess.h"
@@ -545,6 +547,16 @@ private slots:
         process.write("show b\n");
         QVERIFY(process.waitForFinished(patience)); // the input is still open
         QCOMPARE(process.exitCode(), 1);
+    }
+
+    void theNumberOfProcessorsIsHeeded()
+    {
+        write("script", "# nothing\n");
+        const int wanted = threadCount() + 1;
+        runScript({QStringLiteral("run"), QStringLiteral("-j"), QString::number(wanted), QStringLiteral("script")});
+        const int chosen = threadCount();
+        setThreadCount(0);
+        QCOMPARE(chosen, wanted);
     }
 
     void wrongUsage()

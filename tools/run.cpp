@@ -6,6 +6,7 @@
 #include "investigation.h"
 #include "output.h"
 #include "outputfile.h"
+#include "parallel.h"
 #include "script.h"
 
 #include <algorithm>
@@ -140,9 +141,11 @@ void runScript(const QStringList &arguments)
                                  QStringLiteral("The file of commands; by default, and for '-', standard input, of "
                                                 "which each line is carried out as soon as it is there."),
                                  QStringLiteral("[SCRIPT]"));
+    parser.addOption(jobsOption());
     if (!parseArguments(parser, arguments, commandHelp())) {
         return;
     }
+    setThreadCount(jobCount(parser));
     const QString script =
         parser.positionalArguments().isEmpty() ? standardStream : onlyArgument(parser, QStringLiteral("script"));
     if (script == standardStream) {

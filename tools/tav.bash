@@ -65,7 +65,7 @@ _tav()
         input=.tav
         output=.txt
         ;;
-    run) ;;
+    run) options+=(-j --jobs) ;;
     *) return ;;
     esac
 
