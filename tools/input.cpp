@@ -87,7 +87,8 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
         take(withoutLineEnd(line), number);
     }
     if (status == LineReader::Status::TooLong) {
-        throw CommandError(path, number, QStringLiteral("a line of more than 1 GiB"));
+        throw CommandError(path, number,
+                           QStringLiteral("a line of more than %1 MiB").arg(LineReader::MaxLineLength >> 20));
     }
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
