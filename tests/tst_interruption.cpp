@@ -1,4 +1,5 @@
 #include "interruption.h"
+#include "support/endingsignals.h"
 
 #include <QtTest>
 
@@ -27,14 +28,7 @@ class TestInterruption : public QObject
     Q_OBJECT
 
 private slots:
-    void aSignalIsNoted_data()
-    {
-        QTest::addColumn<int>("number");
-        QTest::newRow("interrupt") << SIGINT;
-        QTest::newRow("end") << SIGTERM;
-        QTest::newRow("hang-up") << SIGHUP;
-        QTest::newRow("no reader") << SIGPIPE;
-    }
+    void aSignalIsNoted_data() { addEndingSignals(); }
 
     void aSignalIsNoted()
     {

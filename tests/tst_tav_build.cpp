@@ -1,3 +1,4 @@
+#include "support/endingsignals.h"
 #include "support/testdata.h"
 #include "support/toolprocess.h"
 
@@ -598,14 +599,7 @@ private slots:
         }
     }
 
-    void aSignalEndsItWithoutAPartialFile_data()
-    {
-        QTest::addColumn<int>("number");
-        QTest::newRow("Ctrl+C") << SIGINT;
-        QTest::newRow("end") << SIGTERM;
-        QTest::newRow("hang-up") << SIGHUP;
-        QTest::newRow("no reader") << SIGPIPE;
-    }
+    void aSignalEndsItWithoutAPartialFile_data() { addEndingSignals(); }
 
     void aSignalEndsItWithoutAPartialFile()
     {

@@ -1,3 +1,4 @@
+#include "support/endingsignals.h"
 #include "support/loadedengine.h"
 #include "support/testdata.h"
 #include "support/toolprocess.h"
@@ -145,14 +146,7 @@ private slots:
         QCOMPARE(result.status, 1);
     }
 
-    void aSignalLeavesNothingBehind_data()
-    {
-        QTest::addColumn<int>("number");
-        QTest::newRow("Ctrl+C") << SIGINT;
-        QTest::newRow("end") << SIGTERM;
-        QTest::newRow("hang-up") << SIGHUP;
-        QTest::newRow("no reader") << SIGPIPE;
-    }
+    void aSignalLeavesNothingBehind_data() { addEndingSignals(); }
 
     void aSignalLeavesNothingBehind()
     {
