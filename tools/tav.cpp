@@ -88,6 +88,7 @@ void printHint(const QStringList &arguments)
     }
     std::fprintf(stderr, "Try '%s --help'.\n", qPrintable(program));
 }
+
 /// A standard stream that the program was started without would be the next file that it opens. In its place comes one
 /// that refuses what is asked of that stream.
 void openClosedStreams()
@@ -112,11 +113,11 @@ int main(int argc, char *argv[])
         runCommand(arguments);
         flushStandardOutput();
     } catch (const CommandError &error) {
-        report(error);
-        if (error.status() == WrongUsage) {
+        const int status = report(error);
+        if (status == WrongUsage) {
             printHint(arguments);
         }
-        return error.status();
+        return status;
     } catch (const Interrupted &interruption) {
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {
