@@ -71,7 +71,12 @@ template<typename Better> void TAVGraph::extremum(Lists lists, Better better)
     for (const QList<TAVGraph *> *list : lists) {
         for (const TAVGraph *neighbour : *list) {
             if (!neighbour->errInv1) {
-                best = !found || better(neighbour->inv1, best) ? neighbour->inv1 : best;
+                const double value = neighbour->inv1;
+                if (!found) {
+                    best = value;
+                }
+                // No branch: which of two neighbours has the larger value cannot be predicted.
+                best = better(value, best) ? value : best;
                 found = true;
             }
         }
