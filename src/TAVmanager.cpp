@@ -13,17 +13,35 @@
 
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <new>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace
 {
+/// Sorts by code unit, as QStringList::sort() does, on @p jobs threads.
+void sortNames(QStringList::iterator begin, QStringList::iterator end, int jobs)
+{
+    if (jobs < 2 || size_t(end - begin) < recordsPerPiece) {
+        std::sort(begin, end);
+        return;
+    }
+    const QStringList::iterator middle = begin + (end - begin) / 2;
+    forEachRange(2, 1, 2, [=](size_t half, size_t) {
+        if (half == 0) {
+            sortNames(begin, middle, jobs - jobs / 2);
+        } else {
+            sortNames(middle, end, jobs / 2);
+        }
+    });
+    std::inplace_merge(begin, middle, end);
+}
+
 QStringList unionOf(const QStringList &a, const QStringList &b)
 {
     QStringList names = a + b;
-    names.sort(Qt::CaseSensitive);
+    sortNames(names.begin(), names.end(), threadCount());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     return names;
 }
@@ -32,9 +50,18 @@ QStringList unionOf(const QStringList &a, const QStringList &b)
 QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
 {
     const NameSet known(b);
+    std::vector<char> isSelected(size_t(a.size()), 0);
+    forEachRange(isSelected.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
+        for (size_t i = begin; i < end; ++i) {
+            isSelected[i] = known.contains(a.at(int(i))) == inB ? 1 : 0;
+        }
+    });
     QStringList names;
-    std::copy_if(a.begin(), a.end(), std::back_inserter(names),
-                 [&known, inB](const QString &name) { return known.contains(name) == inB; });
+    for (size_t i = 0; i < isSelected.size(); ++i) {
+        if (isSelected[i] != 0) {
+            names.append(a.at(int(i)));
+        }
+    }
     return names;
 }
 

@@ -3,6 +3,7 @@
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/testdata.h"
+#include "support/threads.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -22,7 +23,8 @@ private slots:
     void emptyResults();
     void setOperationRefusals();
     void likeTheLiteralOperations();
-    void aMillionNames();
+    void manyNames_data();
+    void manyNames();
     void closures();
     void closureRefusals();
     void savedLists();
@@ -34,6 +36,7 @@ private slots:
     void derivations();
     void comparisonLists_data();
     void comparisonLists();
+    void comparisonsOfMissingValues();
     void comparisonRefusals();
     void refusalsDuringALoad();
     void listsGoOnDuringALoad();
@@ -238,12 +241,22 @@ void TestListAlgebra::likeTheLiteralOperations()
     }
 }
 
-void TestListAlgebra::aMillionNames()
+void TestListAlgebra::manyNames_data()
 {
-    constexpr int million = 1000000;
+    QTest::addColumn<int>("threads");
+    for (const int threads : {1, 2, 3, 8}) {
+        QTest::addRow("%d threads", threads) << threads;
+    }
+}
+
+void TestListAlgebra::manyNames()
+{
+    QFETCH(int, threads);
+    const ThreadCount count(threads);
+    constexpr int many = 300000;
     QStringList even;
     QStringList thirds;
-    for (int i = 0; i < million; ++i) {
+    for (int i = 0; i < many; ++i) {
         even.append(QString::number(2 * i));
         thirds.append(QString::number(3 * i));
     }
@@ -255,7 +268,7 @@ void TestListAlgebra::aMillionNames()
     desk.manager.addUnionList(name("all"), name("even"), name("thirds"));
     QStringList both;
     QStringList onlyEven;
-    for (int number = 0; number < 2 * million; number += 2) {
+    for (int number = 0; number < 2 * many; number += 2) {
         (number % 3 == 0 ? both : onlyEven).append(QString::number(number));
     }
     QStringList all = onlyEven + thirds;
@@ -463,6 +476,18 @@ void TestListAlgebra::comparisonLists()
     expected += listed.isEmpty() ? words({"console Empty list"}) : added("found", listed.size());
     QCOMPARE(signalsSeen.take(), expected + words({"lists_changed", "manager_ready"}));
     QCOMPARE(desk.manager.getList(name("found")), listed);
+}
+
+void TestListAlgebra::comparisonsOfMissingValues()
+{
+    Desk desk("low\nmid\t0\nhigh\t1\n");
+    desk.setInvariants("NA NA NA", "NA NA NA");
+    SignalRecorder signalsSeen(desk.manager);
+    for (const Builder build : {&TAVManager::addI1geI2List, &TAVManager::addI1leI2List}) {
+        QVERIFY((desk.manager.*build)(name("found")));
+        QCOMPARE(signalsSeen.take(), words({"console Empty list", "lists_changed", "manager_ready"}));
+        QCOMPARE(desk.manager.listNames(), QStringList());
+    }
 }
 
 void TestListAlgebra::comparisonRefusals()
