@@ -16,11 +16,13 @@ public:
     bool contains(const QString &name) const;
 
 private:
-    size_t slotOf(const QString &name, uint hash) const;
+    quint32 hashOf(const QString &name) const;
+    size_t slotOf(const QString &name, quint32 hash) const;
 
     QStringList names;
-    uint seed;                   // another one each time: nobody can choose names that all have the same hash
-    std::vector<uint> hashes;    // by place in the list
+    quint32 base;                // of the hash, by chance each time: nobody can choose names that have the same hash
+    quint64 multiplier;          // the same
+    std::vector<quint32> hashes; // by place in the list
     std::vector<quint32> places; // by hash, with linear probing: a place in the list and one, or 0
 };
 

@@ -2,6 +2,7 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <random>
 
 /// The table of names that lists are looked up in.
@@ -38,6 +39,25 @@ private slots:
         const NameSet names(list);
         QVERIFY(names.contains(QStringLiteral("A")));
         QVERIFY(!names.contains(QStringLiteral("B")));
+    }
+
+    void namesThatAChecksumTakesForTheSame()
+    {
+        // The two blocks have the same CRC-32, by which the toolkit hashes; so has whatever is made of as many of them.
+        const QString blocks[] = {QStringLiteral("ge]Z_NM{"), QStringLiteral("eDvW@\\dU")};
+        constexpr int length = 17;
+        QStringList list;
+        for (int bits = 0; bits < 1 << length; ++bits) {
+            QString name;
+            for (int i = 0; i < length; ++i) {
+                name += blocks[(bits >> i) & 1];
+            }
+            list.append(name);
+        }
+        const NameSet names(list);
+        QVERIFY(std::all_of(list.begin(), list.end(), [&](const QString &name) { return names.contains(name); }));
+        QVERIFY(!names.contains(blocks[0].repeated(length - 1)));
+        QVERIFY(!names.contains(blocks[0].repeated(length + 1)));
     }
 
     void agreesWithASet()
