@@ -14,7 +14,7 @@ class TAVSearchEngine;
 /// Owns the database engine and the named lists of graphs; the only thing that the interface talks to.
 ///
 /// Outcomes are reported as one line of text through signal_console(). Every operation but loadDatabase(),
-/// resetDatabase(), listNames() and indexOf() ends with signal_manager_ready(); getList() only when it fails.
+/// resetDatabase(), listNames() and indexOf() emits signal_manager_ready(); getList() only when it fails.
 ///
 /// While a load runs, an operation that needs the database is refused: it says so in one console line and changes
 /// nothing. A load runs until its outcome is delivered here.

@@ -27,7 +27,7 @@ class TAVSearchEngine : public QThread
 
 public:
     TAVSearchEngine();
-    /// Does not delete the records: the owner calls eraseDatabase() first.
+    /// Frees the records without telling anybody; eraseDatabase() tells.
     ~TAVSearchEngine() override;
 
     /// Stores the path of the database file that the next run() reads.

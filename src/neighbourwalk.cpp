@@ -154,26 +154,118 @@ private:
     std::vector<bool> holds; // by position, for the x at hand: no walk that comes through the record fails beyond it
 };
 
-/// The walk of the whole database in one pass over the links. Only neighbours that match are followed, but as long as
-/// none fails that is every neighbour whose I2 is present: the values that such a walk meets are those reachable
-/// through present ones, whatever x is, and their range decides.
-///
-/// Both directions read the lists of sub-graphs. The graphs below a graph are few, and near at hand when it is their
-/// turn; those above it are many, and lie anywhere: they hand down what is met in and beyond them.
-class NeighbourWalk
+/// What the records of a walk over sub-graphs meet. The graphs below a graph are few, and near at hand when it is its
+/// turn: it reads what they have met.
+class FromBelow
 {
 public:
-    NeighbourWalk(const QVector<TAVGraph *> &database, Neighbours direction, Match test)
+    static constexpr Neighbours neighbours = Neighbours::Sub;
+
+    explicit FromBelow(const QVector<TAVGraph *> &graphs) : through(size_t(graphs.size())) {}
+
+    /// Links lead towards the beginning of the database, where the walk starts.
+    size_t positionOf(size_t step) const { return step; }
+    size_t threads() const { return size_t(threadCount()); }
+
+    /// Includes in @p met what is met in and beyond the neighbours of a record, which has the range @p own itself;
+    /// false when one of them is not visited. A record that is its own neighbour meets itself.
+    template<typename IsVisited>
+    bool meet(const TAVGraph &graph, const Range &own, IsVisited isVisited, Range &met) const
+    {
+        for (const TAVGraph *neighbour : graph.subGraphs()) {
+            if (!isVisited(neighbour->getPosition())) {
+                return false;
+            }
+            met.include(neighbour == &graph ? own : through[size_t(neighbour->getPosition())]);
+        }
+        return true;
+    }
+
+    /// Keeps for the records above what is met in and beyond a record.
+    void pass(const TAVGraph &graph, const Range &range, size_t /*thread*/)
+    {
+        through[size_t(graph.getPosition())] = range;
+    }
+
+private:
+    std::vector<Range> through; // by position
+};
+
+/// What the records of a walk over super-graphs meet. The graphs above a graph are many, and lie anywhere: they hand
+/// down what they have met, along the lists of sub-graphs.
+class FromAbove
+{
+public:
+    static constexpr Neighbours neighbours = Neighbours::Over;
+
+    explicit FromAbove(const QVector<TAVGraph *> &graphs)
+        : count(size_t(graphs.size()))
+        , handedDown(size_t(std::min(threadCount(), mostThreads)), std::vector<Range>(linkedFromAbove(graphs)))
+    {
+    }
+
+    /// Links lead towards the end of the database, where the walk starts.
+    size_t positionOf(size_t step) const { return count - 1 - step; }
+    size_t threads() const { return handedDown.size(); }
+
+    /// As FromBelow::meet(). The first record above that is another one tells: the others are nearer to the end.
+    template<typename IsVisited>
+    bool meet(const TAVGraph &graph, const Range &own, IsVisited isVisited, Range &met) const
+    {
+        for (const TAVGraph *neighbour : graph.superGraphs()) {
+            if (neighbour != &graph) {
+                if (!isVisited(neighbour->getPosition())) {
+                    return false; // it may be handing down just now
+                }
+                break;
+            }
+            met.include(own);
+        }
+        const auto position = size_t(graph.getPosition());
+        for (const std::vector<Range> &part : handedDown) {
+            if (position < part.size()) {
+                met.include(part[position]);
+            }
+        }
+        return true;
+    }
+
+    /// Hands down to the records below what is met in and beyond a record.
+    void pass(const TAVGraph &graph, const Range &range, size_t thread)
+    {
+        for (const TAVGraph *subGraph : graph.subGraphs()) {
+            handedDown[thread][size_t(subGraph->getPosition())].include(range);
+        }
+    }
+
+private:
+    /// The number of records up to the last that has super-graphs.
+    static size_t linkedFromAbove(const QVector<TAVGraph *> &graphs)
+    {
+        const auto last = std::find_if(graphs.rbegin(), graphs.rend(),
+                                       [](const TAVGraph *graph) { return !graph->superGraphs().isEmpty(); });
+        return size_t(graphs.rend() - last);
+    }
+
+    /// Each thread hands down into memory of its own.
+    static constexpr int mostThreads = 4;
+
+    size_t count;
+    std::vector<std::vector<Range>> handedDown; // by thread and position
+};
+
+/// The walk of the whole database in one pass over the links. Only neighbours that match are followed, but as long as
+/// none fails that is every neighbour whose I2 is present: the values that such a walk meets are those reachable
+/// through present ones, whatever x is, and their range decides. @p Way is FromBelow or FromAbove.
+template<typename Way> class NeighbourWalk
+{
+public:
+    NeighbourWalk(const QVector<TAVGraph *> &database, Match test)
         : graphs(database)
-        , neighbours(direction)
         , match(test)
+        , way(database)
         , verdicts(size_t(database.size()), Verdict::NotListed)
     {
-        if (neighbours == Neighbours::Sub) {
-            through.resize(verdicts.size());
-        } else {
-            handedDown.assign(size_t(std::min(threadCount(), mostHanding)), std::vector<Range>(linkedFromAbove()));
-        }
     }
 
     QStringList run()
@@ -199,25 +291,23 @@ private:
         Waiting,   ///< it has a neighbour in its own batch
     };
 
-    /// Links lead towards the beginning of the database, or all towards its end: where the walk starts.
-    size_t positionOf(size_t step) const { return neighbours == Neighbours::Sub ? step : verdicts.size() - 1 - step; }
-    size_t stepOf(size_t position) const { return positionOf(position); }
+    size_t stepOf(size_t position) const { return way.positionOf(position); } // which is its own inverse
 
     /// Visits the records of the steps [begin, end): those whose neighbours were all visited in earlier batches, nearly
     /// all as a rule, at the same time, and then the others one after the other.
     void visitBatch(size_t begin, size_t end)
     {
-        const size_t threads = neighbours == Neighbours::Sub ? size_t(threadCount()) : handedDown.size();
+        const size_t threads = way.threads();
         const size_t share = (end - begin + threads - 1) / threads;
         forEachRange(threads, 1, end - begin > shortBatch ? int(threads) : 1, [&](size_t thread, size_t) {
             const size_t last = std::min(begin + (thread + 1) * share, end);
             for (size_t step = begin + thread * share; step < last; ++step) {
-                visit(positionOf(step), begin, thread);
+                visit(way.positionOf(step), begin, thread);
             }
         });
         for (size_t step = begin; step < end; ++step) {
-            if (verdicts[positionOf(step)] == Verdict::Waiting) {
-                visit(positionOf(step), end, 0);
+            if (verdicts[way.positionOf(step)] == Verdict::Waiting) {
+                visit(way.positionOf(step), end, 0);
             }
         }
     }
@@ -231,67 +321,16 @@ private:
             own = {graph.getInv2(), graph.getInv2()};
         }
         Range met;
-        if (!(neighbours == Neighbours::Sub ? meetBelow(position, visited, own, met)
-                                            : meetAbove(position, visited, own, met))) {
+        if (!way.meet(
+                graph, own, [&](int other) { return stepOf(size_t(other)) < visited; }, met)) {
             verdicts[position] = Verdict::Waiting;
             return;
         }
         verdicts[position] = judge(graph, met);
         if (!own.isEmpty()) {
             own.include(met);
+            way.pass(graph, own, thread);
         }
-        if (neighbours == Neighbours::Sub) {
-            through[position] = own;
-        } else if (!own.isEmpty()) {
-            for (const TAVGraph *subGraph : graph.subGraphs()) {
-                handedDown[thread][size_t(subGraph->getPosition())].include(own);
-            }
-        }
-    }
-
-    // What is met in and beyond the neighbours of a record; false when one of them is not visited. A record that is its
-    // own neighbour meets itself.
-
-    bool meetBelow(size_t position, size_t visited, const Range &own, Range &met) const
-    {
-        for (const TAVGraph *neighbour : graphs.at(int(position))->subGraphs()) {
-            const auto other = size_t(neighbour->getPosition());
-            if (stepOf(other) >= visited) {
-                return false;
-            }
-            met.include(other == position ? own : through[other]);
-        }
-        return true;
-    }
-
-    /// Where a record above is in the same batch, which the first one in the list tells, somebody may be handing down
-    /// just now.
-    bool meetAbove(size_t position, size_t visited, const Range &own, Range &met) const
-    {
-        for (const TAVGraph *neighbour : graphs.at(int(position))->superGraphs()) {
-            const auto other = size_t(neighbour->getPosition());
-            if (other != position) {
-                if (stepOf(other) >= visited) {
-                    return false;
-                }
-                break;
-            }
-            met.include(own);
-        }
-        for (const std::vector<Range> &part : handedDown) {
-            if (position < part.size()) {
-                met.include(part[position]);
-            }
-        }
-        return true;
-    }
-
-    /// The number of records up to the last that has super-graphs.
-    size_t linkedFromAbove() const
-    {
-        const auto last = std::find_if(graphs.rbegin(), graphs.rend(),
-                                       [](const TAVGraph *graph) { return !graph->superGraphs().isEmpty(); });
-        return size_t(graphs.rend() - last);
     }
 
     Verdict judge(const TAVGraph &graph, const Range &met) const
@@ -316,7 +355,7 @@ private:
         if (undecided.empty()) {
             return;
         }
-        EqualityWalk walk(graphs, neighbours);
+        EqualityWalk walk(graphs, Way::neighbours);
         for (const auto &[x, starts] : undecided) {
             if (walk.hasBarrier(x)) {
                 walk.decide(x, starts, [this](int position) { verdicts[size_t(position)] = Verdict::Listed; });
@@ -328,15 +367,11 @@ private:
     static constexpr size_t batchLength = 1 << 15;
     /// A batch up to this length is not shared out.
     static constexpr size_t shortBatch = 1 << 12;
-    /// How many threads hand down: each does it into memory of its own.
-    static constexpr int mostHanding = 4;
 
     const QVector<TAVGraph *> &graphs;
-    Neighbours neighbours;
     Match match;
-    std::vector<Verdict> verdicts;              // by position
-    std::vector<Range> through;                 // by position: what is met in and beyond a record, for those above it
-    std::vector<std::vector<Range>> handedDown; // by thread and position: what is met beyond a record
+    Way way;
+    std::vector<Verdict> verdicts; // by position
 };
 } // namespace
 
@@ -364,5 +399,6 @@ QStringList namesOf(const std::vector<TAVGraph *> &graphs)
 
 QStringList walkNeighbours(const QVector<TAVGraph *> &graphs, Neighbours neighbours, Match match)
 {
-    return NeighbourWalk(graphs, neighbours, match).run();
+    return neighbours == Neighbours::Sub ? NeighbourWalk<FromBelow>(graphs, match).run()
+                                         : NeighbourWalk<FromAbove>(graphs, match).run();
 }

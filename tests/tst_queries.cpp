@@ -31,6 +31,7 @@ private slots:
     void barriersHideFailures();
     void orientationOfTheMembers_data();
     void orientationOfTheMembers();
+    void appendedDatabase();
     void consoleOfTheQueries();
     void emptyDatabase();
     void wholeDatabaseOperations();
@@ -249,14 +250,18 @@ void TestQueries::orientationOfTheMembers_data()
     QTest::addColumn<Query>("subs");
     QTest::addColumn<Query>("overs");
     QTest::addColumn<QStringList>("listed");
-    // L's neighbour is below L's I1, S's equals it, G's is above it.
-    QTest::newRow("eq") << &TAVSearchEngine::I1eqI2subsgraphs << &TAVSearchEngine::I1eqI2overgraphs << words({"S"});
+    // The neighbours of L and l are below their I1, by far and by twice the tolerance; those of s, S and t equal it,
+    // the first and the last by half the tolerance; those of g and G are above it.
+    QTest::newRow("eq") << &TAVSearchEngine::I1eqI2subsgraphs << &TAVSearchEngine::I1eqI2overgraphs
+                        << words({"s", "S", "t"});
     QTest::newRow("ge") << &TAVSearchEngine::I1geI2subsgraphs << &TAVSearchEngine::I1geI2overgraphs
-                        << words({"S", "G"});
+                        << words({"s", "S", "t", "g", "G"});
     QTest::newRow("le") << &TAVSearchEngine::I1leI2subsgraphs << &TAVSearchEngine::I1leI2overgraphs
-                        << words({"L", "S"});
-    QTest::newRow("gt") << &TAVSearchEngine::I1gtI2subsgraphs << &TAVSearchEngine::I1gtI2overgraphs << words({"L"});
-    QTest::newRow("lt") << &TAVSearchEngine::I1ltI2subsgraphs << &TAVSearchEngine::I1ltI2overgraphs << words({"G"});
+                        << words({"L", "l", "s", "S", "t"});
+    QTest::newRow("gt") << &TAVSearchEngine::I1gtI2subsgraphs << &TAVSearchEngine::I1gtI2overgraphs
+                        << words({"L", "l"});
+    QTest::newRow("lt") << &TAVSearchEngine::I1ltI2subsgraphs << &TAVSearchEngine::I1ltI2overgraphs
+                        << words({"g", "G"});
 }
 
 void TestQueries::orientationOfTheMembers()
@@ -264,17 +269,41 @@ void TestQueries::orientationOfTheMembers()
     QFETCH(Query, subs);
     QFETCH(Query, overs);
     QFETCH(QStringList, listed);
-    LoadedEngine below("one\ntwo\nthree\nL\t0\nS\t1\nG\t2\n");
-    below.setInv1({std::nullopt, std::nullopt, std::nullopt, 2.0, 2.0, 2.0});
-    below.setInv2({1.0, 2.0, 3.0, std::nullopt, std::nullopt, std::nullopt});
+    const Values level(7, 2.0);
+    const Values none(7, std::nullopt);
+    const Values around{1.0, 2.0 - 2e-8, 2.0 - 5e-9, 2.0, 2.0 + 5e-9, 2.0 + 2e-8, 3.0};
+
+    LoadedEngine below("1\n2\n3\n4\n5\n6\n7\nL\t0\nl\t1\ns\t2\nS\t3\nt\t4\ng\t5\nG\t6\n");
+    below.setInv1(none + level);
+    below.setInv2(around + none);
     QCOMPARE((below.engine.*subs)(), listed);
     QCOMPARE((below.engine.*overs)(), QStringList());
 
-    LoadedEngine above("L\nS\nG\none\t0\ntwo\t1\nthree\t2\n");
-    above.setInv1({2.0, 2.0, 2.0, std::nullopt, std::nullopt, std::nullopt});
-    above.setInv2({std::nullopt, std::nullopt, std::nullopt, 1.0, 2.0, 3.0});
+    LoadedEngine above("L\nl\ns\nS\nt\ng\nG\n1\t0\n2\t1\n3\t2\n4\t3\n5\t4\n6\t5\n7\t6\n");
+    above.setInv1(level + none);
+    above.setInv2(none + around);
     QCOMPARE((above.engine.*overs)(), listed);
     QCOMPARE((above.engine.*subs)(), QStringList());
+}
+
+void TestQueries::appendedDatabase()
+{
+    // The links of the second file lead to the records of the first: its "B", too, lies above the first "A".
+    for (const bool byRun : {true, false}) {
+        LoadedEngine database("A\nB\t0\n");
+        if (byRun) {
+            database.engine.run();
+        } else {
+            database.engine.loadData(database.path("database.tav"));
+        }
+        database.setInv1({5.0, 1.0, 5.0, 1.0});
+        database.setInv2({1.0, 5.0, 9.0, 5.0});
+        QCOMPARE(database.engine.I1eqI2subsgraphs(), words({"B", "B"}));
+        QCOMPARE(database.engine.I1eqI2overgraphs(), words({"A"}));
+        database.setInv2({1.0, 5.0, 9.0, 4.0});
+        QCOMPARE(database.engine.I1eqI2subsgraphs(), words({"B", "B"}));
+        QCOMPARE(database.engine.I1eqI2overgraphs(), QStringList());
+    }
 }
 
 void TestQueries::consoleOfTheQueries()

@@ -207,6 +207,7 @@ private slots:
     void loadDataOnFileThatCannotBeOpened();
     void loadDataOnFileThatCannotBeRead();
 
+    void declaresItsSignalsInOrder();
     void startsEmpty();
     void clearTakesBackTheMarks();
     void eraseDatabaseIsSilent();
@@ -670,6 +671,17 @@ void TestSearchEngine::loadDataOnFileThatCannotBeRead()
     QCOMPARE(load.standardError,
              QByteArray("Starting...\nReading /proc/self/mem\nReading data\nUnable to read file\n"));
     QCOMPARE(load.records, QStringList());
+}
+
+void TestSearchEngine::declaresItsSignalsInOrder()
+{
+    QStringList declared;
+    const QMetaObject &type = TAVSearchEngine::staticMetaObject;
+    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+        declared.append(QString::fromLatin1(type.method(i).methodSignature()));
+    }
+    QCOMPARE(declared, (QStringList{text("signal_load_failed()"), text("signal_load_succedded()"),
+                                    text("signal_progress(int,int)"), text("signal_console(QString)")}));
 }
 
 void TestSearchEngine::startsEmpty()

@@ -6,9 +6,12 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QVector>
 
-#include <initializer_list>
 #include <optional>
+
+/// An invariant of some records; no value is "missing".
+using Values = QVector<std::optional<double>>;
 
 /// An engine with a small database, and a directory of its own for files.
 class LoadedEngine
@@ -38,9 +41,9 @@ public:
 
     TAVGraph &graph(int position) const { return *engine.records().at(position); }
 
-    /// Sets I1 or I2 of the records in order; no value is "missing".
-    void setInv1(std::initializer_list<std::optional<double>> values) { setAll(values, &TAVGraph::setInv1); }
-    void setInv2(std::initializer_list<std::optional<double>> values) { setAll(values, &TAVGraph::setInv2); }
+    /// Sets I1 or I2 of the records in order.
+    void setInv1(const Values &values) { setAll(values, &TAVGraph::setInv1); }
+    void setInv2(const Values &values) { setAll(values, &TAVGraph::setInv2); }
 
     /// I1 or I2 of all records in words, "NA" when missing.
     QString inv1() const { return describe(&TAVGraph::getInv1, &TAVGraph::getErrInv1); }
@@ -49,7 +52,7 @@ public:
     TAVSearchEngine engine;
 
 private:
-    void setAll(std::initializer_list<std::optional<double>> values, void (TAVGraph::*set)(double, bool))
+    void setAll(const Values &values, void (TAVGraph::*set)(double, bool))
     {
         int position = 0;
         for (const std::optional<double> &value : values) {
