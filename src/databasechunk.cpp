@@ -10,12 +10,18 @@
 
 namespace
 {
-/// How many lines are not empty: at least as many as name a graph.
-size_t countFilledLines(std::string_view lines)
+/// Whether a line that begins so is empty or names no graph.
+bool beginsBlankLine(char first)
 {
-    size_t count = !lines.empty() && lines.front() != '\n' ? 1 : 0;
+    return first == '\n' || first == '\r' || first == '\t';
+}
+
+/// About how many lines name a graph: as a rule as many as do.
+size_t countNamingLines(std::string_view lines)
+{
+    size_t count = !lines.empty() && !beginsBlankLine(lines.front()) ? 1 : 0;
     for (size_t i = 1; i < lines.size(); ++i) {
-        count += size_t(lines[i - 1] == '\n') & size_t(lines[i] != '\n');
+        count += size_t(lines[i - 1] == '\n') & size_t(!beginsBlankLine(lines[i]));
     }
     return count;
 }
@@ -24,10 +30,10 @@ size_t countFilledLines(std::string_view lines)
 DatabaseChunk parseDatabaseChunk(std::string_view lines)
 {
     DatabaseChunk chunk;
-    const size_t mostRecords = countFilledLines(lines);
-    chunk.records.reserve(mostRecords);
-    chunk.lineNumbers.reserve(mostRecords);
-    chunk.links.counts.reserve(mostRecords);
+    const size_t namingLines = countNamingLines(lines);
+    chunk.records.reserve(namingLines);
+    chunk.lineNumbers.reserve(namingLines);
+    chunk.links.counts.reserve(namingLines);
     chunk.links.indices.reserve(size_t(std::count(lines.begin(), lines.end(), '\t')));
     DatabaseLine line;
     for (; !lines.empty(); ++chunk.lineCount) {

@@ -109,9 +109,19 @@ private slots:
         QCOMPARE(chunk.links.indices, (std::vector<int>{0, 0, 0}));
     }
 
-    void emptyLinesTakeNoRoom()
+    void linesWithoutNameTakeNoRoom_data()
     {
-        const DatabaseChunk chunk = parseDatabaseChunk("\n\nA\n" + std::string(1000000, '\n') + "B");
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("empty") << QByteArray("\n");
+        QTest::newRow("empty, of another system") << QByteArray("\r\n");
+        QTest::newRow("of an empty field and an index") << QByteArray("\t0\n");
+    }
+
+    void linesWithoutNameTakeNoRoom()
+    {
+        QFETCH(QByteArray, line);
+        const QByteArray lines = line + line + "A\n" + line.repeated(1000000) + "B";
+        const DatabaseChunk chunk = parseDatabaseChunk({lines.constData(), size_t(lines.size())});
         QCOMPARE(chunk.lineCount, 1000004);
         QCOMPARE(chunk.records.size(), size_t(2));
         QCOMPARE(chunk.records.capacity(), size_t(2));
