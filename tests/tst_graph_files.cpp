@@ -1,8 +1,10 @@
 #include "olm/graph.h"
 #include "olm/node.h"
 #include "olm/random.h"
+#include "olm/textfile.h"
 #include "support/fulldisk.h"
 #include "support/latin1.h"
+#include "support/nomorefiles.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
@@ -170,6 +172,7 @@ private slots:
     void open_deselectsTheVertices();
     void open_ofUnreadableFile_data();
     void open_ofUnreadableFile();
+    void textOfAFileThatCannotBeOpened();
     void open_ofMalformedFile_data();
     void open_ofMalformedFile();
     void open_keepsWhatWasRead();
@@ -192,6 +195,8 @@ private slots:
     void import_ofDefaultNames();
     void import_of32Labels();
     void import_ofTooManyLabels();
+    void import_ofUnknownLabels_data();
+    void import_ofUnknownLabels();
     void import_ofUnreadableFile();
 
     void stream_readsOneLine();
@@ -480,6 +485,7 @@ void TestGraphFiles::open_ofUnreadableFile_data()
     QTest::newRow("missing") << QStringLiteral("missing") << none;
     QTest::newRow("directory") << QStringLiteral(".") << none;
     QTest::newRow("endless device") << QStringLiteral("/dev/zero") << none;
+    QTest::newRow("failing device") << QStringLiteral("/proc/self/mem") << none;
     QTest::newRow("binary data") << QStringLiteral("binary")
                                  << QByteArray("\x7f"
                                                "ELF\2\1\1\0\0\n\t\t\t",
@@ -510,6 +516,18 @@ void TestGraphFiles::open_ofUnreadableFile()
     QCOMPARE(recorder.take(), QStringList());
     QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
     QCOMPARE(graph.getID(), id);
+}
+
+void TestGraphFiles::textOfAFileThatCannotBeOpened()
+{
+    const QString file = write(QStringLiteral("g"), "0\n\n");
+    QByteArray text;
+    {
+        const NoMoreFiles shortage;
+        QVERIFY(!readTextFile(file, text));
+    }
+    QVERIFY(readTextFile(file, text));
+    QCOMPARE(text, QByteArray("0\n\n"));
 }
 
 void TestGraphFiles::open_ofMalformedFile_data()
@@ -790,6 +808,35 @@ void TestGraphFiles::import_ofTooManyLabels()
     QCOMPARE(graph.getNbNodes(), 0);
     QCOMPARE(graph.graphData(), QStringLiteral("0 "));
     QCOMPARE(graph.node(0)->getName(), QStringLiteral("Node 1"));
+}
+
+void TestGraphFiles::import_ofUnknownLabels_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QByteArray>("told");
+    QTest::newRow("first") << QByteArray("x\tb") << QByteArray("-1 1\nx\n");
+    QTest::newRow("second") << QByteArray("a\tx") << QByteArray("0 -1\nx\n");
+    QTest::newRow("both") << QByteArray("x\ty") << QByteArray("-1 -1\nx\ny\n");
+}
+
+void TestGraphFiles::import_ofUnknownLabels()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QByteArray, told);
+    struct Importer : Graph {
+        using Graph::Graph;
+        using Graph::importEdges;
+    };
+    Importer graph(QStringLiteral("g"), true);
+    {
+        StderrCapture ignored;
+        QVERIFY(graph.import_el(write(QStringLiteral("e"), "a\tb\n")));
+    }
+    StderrCapture errors;
+    QVERIFY(!graph.importEdges("b\ta\n" + line + "\na\tb\n"));
+    QCOMPARE(errors.take(), "1 0\n" + told);
+    QCOMPARE(graph.getNbNodes(), 0);
+    QCOMPARE(edgesOf(graph), QString());
 }
 
 void TestGraphFiles::import_ofUnreadableFile()

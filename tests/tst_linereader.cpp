@@ -1,6 +1,8 @@
 #include "linereader.h"
+#include "support/nomorefiles.h"
 
 #include <QBuffer>
+#include <QTemporaryFile>
 #include <QtTest>
 
 #include <algorithm>
@@ -109,6 +111,7 @@ private slots:
     void refusesAnEndlessLine();
     void severalLinesAtATime();
     void longLinesTakeTimeInProportion();
+    void opensFilesOnly();
 };
 
 void TestLineReader::lines_data()
@@ -257,6 +260,22 @@ void TestLineReader::longLinesTakeTimeInProportion()
         QVERIFY(content.startsWith(QByteArray::fromRawData(line.data(), int(line.size()))));
         QVERIFY(line.size() >= size_t(content.size()) - 1);
     }
+}
+
+void TestLineReader::opensFilesOnly()
+{
+    QTemporaryFile there;
+    QVERIFY(there.open());
+    QFile file(there.fileName());
+    {
+        const NoMoreFiles shortage;
+        QVERIFY(!openForReading(file));
+    }
+    QVERIFY(openForReading(file));
+    QFile folder(QDir::tempPath());
+    QVERIFY(!openForReading(folder));
+    QFile missing(there.fileName() + QStringLiteral("-missing"));
+    QVERIFY(!openForReading(missing));
 }
 
 QTEST_APPLESS_MAIN(TestLineReader)

@@ -303,6 +303,10 @@ signals:
     void signal_interactive_graph_changed();
 
 protected:
+    /// Adds the edges of an edge list whose labels are vertex names. At a label that is none, the graph is emptied, and
+    /// the result is false. Tells the vertices of each line, and a label without vertex, on standard error.
+    bool importEdges(const QByteArray &text);
+
     bool event(QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -342,7 +346,6 @@ private:
     QByteArray graphText(TextKind kind) const;
     bool saveText(const QString &path, TextKind kind) const;
     bool readGraph(const QByteArray &text, TextKind kind);
-    bool importEdges(const QByteArray &text);
     int vertexNamed(const QString &label) const;
     QString autosavePath() const;
     void concludeFileCommand(bool done, const QString &path, const QString &failure);

@@ -16,6 +16,8 @@
 #include <cmath>
 #include <iostream>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -68,17 +70,19 @@ struct Labels {
     QLatin1String second;
 };
 
-/// Calls use(labels) for the lines of an edge list that have two fields or more, while it returns true.
-template<typename Use> void forEachLabels(const QByteArray &text, Use use)
+/// The labels of the lines of an edge list that have two fields or more.
+std::vector<Labels> labelsOf(const QByteArray &text)
 {
+    std::vector<Labels> edges;
     TextParts lines = TextParts::lines(text);
     while (!lines.atEnd()) {
         TextParts fields = TextParts::fields(lines.next());
         const QLatin1String first = fields.next();
-        if (!fields.atEnd() && !use(Labels{first, fields.next()})) {
-            return;
+        if (!fields.atEnd()) {
+            edges.push_back({first, fields.next()});
         }
     }
+    return edges;
 }
 
 /// The value of a graph6 character: 0..63, and outside that range when it is none.
@@ -239,8 +243,11 @@ bool Graph::open(const QString &path)
 
 QString Graph::autosavePath() const
 {
-    const QString file = QStringLiteral(".olmgr");
-    return workDir.isEmpty() ? file : workDir + QLatin1Char('/') + file;
+    QString path = workDir;
+    if (!path.isEmpty()) {
+        path += QLatin1Char('/');
+    }
+    return path + QStringLiteral(".olmgr");
 }
 
 void Graph::autosave() const
@@ -251,7 +258,10 @@ void Graph::autosave() const
 bool Graph::autoload()
 {
     QByteArray text;
-    return readTextFile(autosavePath(), text) && readGraph(text, TextKind::Autosave);
+    if (!readTextFile(autosavePath(), text)) {
+        return false;
+    }
+    return readGraph(text, TextKind::Autosave);
 }
 
 // Edge lists.
@@ -280,21 +290,21 @@ bool Graph::import_el(const QString &path)
     clear();
     best_backup();
     std::set<QLatin1String> labels;
-    forEachLabels(text, [&](const Labels &ends) {
+    for (const Labels &ends : labelsOf(text)) {
         labels.insert({ends.first, ends.second});
-        return true;
-    });
+    }
     const int n = static_cast<int>(labels.size());
     emit signal_console(QStringLiteral("Graph:%1").arg(n), false, 1, Qt::gray);
     id = olm_rand(1000000);
     if (n > MAX_NODES) {
         return false;
     }
+    int vertex = 0;
     for (const QLatin1String label : labels) {
-        Node *vertex = nodes[nbNodes];
         addNode();
-        vertex->setName(label);
-        std::cerr << qPrintable(vertex->getName()) << std::endl;
+        nodes[vertex]->setName(label);
+        std::cerr << qPrintable(nodes[vertex]->getName()) << std::endl;
+        vertex++;
     }
     if (!importEdges(text)) {
         return false;
@@ -303,29 +313,23 @@ bool Graph::import_el(const QString &path)
     return true;
 }
 
-/// Adds the edges of an edge list whose labels are vertex names; false, and the graph is empty, when one is not.
 bool Graph::importEdges(const QByteArray &text)
 {
     const QMutexLocker locker(&bestLock);
-    bool known = true;
-    forEachLabels(text, [&](const Labels &ends) {
+    for (const Labels &ends : labelsOf(text)) {
         const int a = vertexNamed(ends.first);
         const int b = vertexNamed(ends.second);
         std::cerr << a << " " << b << std::endl;
         for (const auto &[vertex, label] : {std::pair(a, ends.first), std::pair(b, ends.second)}) {
             if (vertex < 0) {
                 std::cerr << qPrintable(QString(label)) << std::endl;
-                known = false;
             }
         }
-        if (known) {
-            addEdge(a, b);
+        if (a < 0 || b < 0) {
+            clear();
+            return false;
         }
-        return known;
-    });
-    if (!known) {
-        clear();
-        return false;
+        addEdge(a, b);
     }
     std::cerr << "Import complete" << std::endl;
     countChange();
@@ -465,7 +469,8 @@ void Graph::slot_save()
     QString path =
         QFileDialog::getSaveFileName(this, QStringLiteral("Save graph as"), workDir, QStringLiteral("*.golm3"));
     releaseModifiers();
-    if (!path.isEmpty() && QFileInfo(path).suffix() != extension) {
+    const QString suffix = QFileInfo(path).suffix();
+    if (!path.isEmpty() && suffix != extension) {
         path += QLatin1Char('.') + extension;
     }
     concludeFileCommand(save(path), path, QStringLiteral("Failed to save graph."));
