@@ -73,14 +73,14 @@ public:
     EqualityWalk(const QVector<TAVGraph *> &database, Neighbours direction)
         : graphs(database)
         , neighbours(direction)
-        , holds(size_t(database.size()), false)
+        , sights(size_t(database.size()))
     {
-        for (int position = 0; position < graphs.size(); ++position) {
-            if (takesPart(*graphs.at(position)) && std::fabs(inv2(position)) < 2 * barrierBound) {
-                byInv2.push_back(position);
+        for (const TAVGraph *graph : graphs) {
+            if (takesPart(*graph) && std::fabs(graph->getInv2()) < 2 * barrierBound) {
+                byInv2.push_back({graph->getInv2(), graph->getPosition()});
             }
         }
-        std::sort(byInv2.begin(), byInv2.end(), [this](int a, int b) { return inv2(a) < inv2(b); });
+        std::sort(byInv2.begin(), byInv2.end(), [](const Entry &a, const Entry &b) { return a.inv2 < b.inv2; });
     }
 
     /// Whether the I2 of some record differs from x by exactly the tolerance.
@@ -88,26 +88,32 @@ public:
     {
         const auto above = firstFrom(x, TOLERANCE);
         const auto below = firstFrom(x, -TOLERANCE);
-        return (above != byInv2.end() && inv2(*above) - x == TOLERANCE) ||
-               (below != byInv2.end() && inv2(*below) - x == -TOLERANCE);
+        return (above != byInv2.end() && above->inv2 - x == TOLERANCE) ||
+               (below != byInv2.end() && below->inv2 - x == -TOLERANCE);
     }
 
     /// Calls @p list for each of the graphs at @p starts, all of which have the I1 @p x, that is to be listed.
     void decide(double x, const std::vector<int> &starts, const std::function<void(int)> &list)
     {
-        std::vector<int> equal(firstFrom(x, -TOLERANCE), firstFrom(x, TOLERANCE));
-        equal.erase(std::remove_if(equal.begin(), equal.end(), [this, x](int i) { return !isEqual(inv2(i), x); }),
-                    equal.end());
+        std::vector<int> equal;
+        const auto end = firstFrom(x, TOLERANCE);
+        for (auto entry = firstFrom(x, -TOLERANCE); entry != end; ++entry) {
+            if (isEqual(entry->inv2, x)) {
+                equal.push_back(entry->position);
+            }
+        }
         // Links lead towards the beginning of the database, or all towards its end.
         std::sort(equal.begin(), equal.end());
         if (neighbours == Neighbours::Over) {
             std::reverse(equal.begin(), equal.end());
         }
         for (const int position : equal) {
-            holds[size_t(position)] = look(position, x).noneFails;
+            sights[size_t(position)] = look(position, x);
         }
         for (const int position : starts) {
-            const Sight sight = look(position, x);
+            const TAVGraph &start = *graphs.at(position);
+            const bool isKnown = takesPart(start) && isEqual(start.getInv2(), x);
+            const Sight sight = isKnown ? sights[size_t(position)] : look(position, x);
             if (sight.noneFails && sight.someMatch) {
                 list(position);
             }
@@ -120,38 +126,39 @@ private:
         bool someMatch = false;
     };
 
-    double inv2(int position) const { return graphs.at(position)->getInv2(); }
+    struct Entry {
+        double inv2;
+        int position;
+    };
 
     /// The first record, by I2, whose difference to x is at least @p difference.
-    std::vector<int>::const_iterator firstFrom(double x, double difference) const
+    std::vector<Entry>::const_iterator firstFrom(double x, double difference) const
     {
         return std::partition_point(byInv2.begin(), byInv2.end(),
-                                    [this, x, difference](int i) { return !(inv2(i) - x >= difference); });
+                                    [x, difference](const Entry &entry) { return !(entry.inv2 - x >= difference); });
     }
 
-    /// What a walk for @p x sees from one record on, given the same of the records that it goes on from.
+    /// What a walk for @p x sees from one record on, given the same of the records that it goes on from. Without
+    /// branches, since which neighbours match cannot be predicted; a NaN neither matches nor fails.
     Sight look(int position, double x) const
     {
         Sight sight;
         for (const TAVGraph *neighbour : linksOf(*graphs.at(position), neighbours)) {
-            if (!takesPart(*neighbour)) {
-                continue;
-            }
-            if (isEqual(neighbour->getInv2(), x)) {
-                sight.someMatch = true;
-                const bool itself = neighbour->getPosition() == position;
-                sight.noneFails = sight.noneFails && (itself || holds[size_t(neighbour->getPosition())]);
-            } else if (std::fabs(neighbour->getInv2() - x) > TOLERANCE) {
-                sight.noneFails = false;
-            }
+            const bool isPresent = !neighbour->getErrInv2();
+            const bool matches = isPresent & isEqual(neighbour->getInv2(), x);
+            const bool fails = isPresent & (std::fabs(neighbour->getInv2() - x) > TOLERANCE);
+            const int other = neighbour->getPosition();
+            const bool failsBeyond = matches & (other != position) & !sights[size_t(other)].noneFails;
+            sight.someMatch |= matches;
+            sight.noneFails &= !(fails | failsBeyond);
         }
         return sight;
     }
 
     const QVector<TAVGraph *> &graphs;
     Neighbours neighbours;
-    std::vector<int> byInv2; // positions, by ascending I2, of the records whose I2 can be near an undecided x
-    std::vector<bool> holds; // by position, for the x at hand: no walk that comes through the record fails beyond it
+    std::vector<Entry> byInv2; // by ascending I2: the records whose I2 can be near an undecided x
+    std::vector<Sight> sights; // by position, for the x at hand: of the records whose I2 equals it
 };
 
 /// What the records of a walk over sub-graphs meet. The graphs below a graph are few, and near at hand when it is its
