@@ -17,7 +17,6 @@
 #include <iostream>
 #include <set>
 #include <utility>
-#include <vector>
 
 namespace
 {
@@ -70,19 +69,18 @@ struct Labels {
     QLatin1String second;
 };
 
-/// The labels of the lines of an edge list that have two fields or more.
-std::vector<Labels> labelsOf(const QByteArray &text)
+/// Takes lines of an edge list up to the first that has two fields or more, the labels; false when there is none.
+bool takeLabels(TextParts &lines, Labels &ends)
 {
-    std::vector<Labels> edges;
-    TextParts lines = TextParts::lines(text);
     while (!lines.atEnd()) {
         TextParts fields = TextParts::fields(lines.next());
-        const QLatin1String first = fields.next();
+        ends.first = fields.next();
         if (!fields.atEnd()) {
-            edges.push_back({first, fields.next()});
+            ends.second = fields.next();
+            return true;
         }
     }
-    return edges;
+    return false;
 }
 
 /// The value of a graph6 character: 0..63, and outside that range when it is none.
@@ -290,7 +288,8 @@ bool Graph::import_el(const QString &path)
     clear();
     best_backup();
     std::set<QLatin1String> labels;
-    for (const Labels &ends : labelsOf(text)) {
+    TextParts lines = TextParts::lines(text);
+    for (Labels ends; takeLabels(lines, ends);) {
         labels.insert({ends.first, ends.second});
     }
     const int n = static_cast<int>(labels.size());
@@ -316,7 +315,8 @@ bool Graph::import_el(const QString &path)
 bool Graph::importEdges(const QByteArray &text)
 {
     const QMutexLocker locker(&bestLock);
-    for (const Labels &ends : labelsOf(text)) {
+    TextParts lines = TextParts::lines(text);
+    for (Labels ends; takeLabels(lines, ends);) {
         const int a = vertexNamed(ends.first);
         const int b = vertexNamed(ends.second);
         std::cerr << a << " " << b << std::endl;
