@@ -27,7 +27,7 @@ class TAVSearchEngine : public QThread
 
 public:
     TAVSearchEngine();
-    /// Frees the records without telling anybody; eraseDatabase() tells.
+    /// Frees the records.
     ~TAVSearchEngine() override;
 
     /// Stores the path of the database file that the next run() reads.

@@ -16,7 +16,8 @@ bool beginsBlankLine(char first)
     return first == '\n' || first == '\r' || first == '\t';
 }
 
-/// About how many lines name a graph: as a rule as many as do.
+/// How many lines name a graph, by their first byte. Wrong for odd lines only: one that begins with "\r" may name one,
+/// one of a byte order mark names none.
 size_t countNamingLines(std::string_view lines)
 {
     size_t count = !lines.empty() && !beginsBlankLine(lines.front()) ? 1 : 0;

@@ -44,17 +44,18 @@ bool NameSet::contains(const QString &name) const
     return places[slotOf(name, hashOf(name))] != 0;
 }
 
-/// The characters are the coefficients of a polynomial, whose value at the base in the field of the prime is scattered
-/// by the multiplier. For two different names of n characters the value is the same with a probability of n / 2^30 at
-/// most, over the choice of the base. (J. L. Carter, M. N. Wegman: Universal classes of hash functions, 1979; the
-/// scattering is that of M. Dietzfelbinger et al.: A reliable randomized algorithm for the closest-pair problem, 1997.)
+/// The characters are the coefficients, behind a leading 1, of a polynomial, whose value at the base in the field of
+/// the prime is scattered by the multiplier. For two different names of n characters at most the value is the same with
+/// a probability of n / (2^30 - 2) at most, over the choice of the base. (J. L. Carter, M. N. Wegman: Universal classes
+/// of hash functions, 1979; the scattering is that of M. Dietzfelbinger et al.: A reliable randomized algorithm for the
+/// closest-pair problem, 1997.)
 /// The hash of the toolkit is linear: names that have the same for one seed have it for the others.
 quint32 NameSet::hashOf(const QString &name) const
 {
     quint64 value = 1;
     for (const QChar character : name) {
         value = value * base + character.unicode();
-        value = (value & prime) + (value >> primeBits); // the same modulo the prime, and less than 2^33
+        value = (value & prime) + (value >> primeBits); // the same modulo the prime, and less than 2^33: no overflow
     }
     return quint32((value * multiplier) >> 32);
 }

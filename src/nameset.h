@@ -20,8 +20,8 @@ private:
     size_t slotOf(const QString &name, quint32 hash) const;
 
     QStringList names;
-    quint32 base;                // of the hash, by chance each time: nobody can choose names that have the same hash
-    quint64 multiplier;          // the same
+    quint32 base;                // of the hash; random each time: nobody can choose names that all have the same hash
+    quint64 multiplier;          // of the hash; random each time
     std::vector<quint32> hashes; // by place in the list
     std::vector<quint32> places; // by hash, with linear probing: a place in the list and one, or 0
 };

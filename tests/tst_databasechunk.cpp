@@ -109,7 +109,7 @@ private slots:
         QCOMPARE(chunk.links.indices, (std::vector<int>{0, 0, 0}));
     }
 
-    void linesWithoutNameTakeNoRoom_data()
+    void linesWithoutNameTakeNoRoomForRecords_data()
     {
         QTest::addColumn<QByteArray>("line");
         QTest::newRow("empty") << QByteArray("\n");
@@ -117,7 +117,7 @@ private slots:
         QTest::newRow("of an empty field and an index") << QByteArray("\t0\n");
     }
 
-    void linesWithoutNameTakeNoRoom()
+    void linesWithoutNameTakeNoRoomForRecords()
     {
         QFETCH(QByteArray, line);
         const QByteArray lines = line + line + "A\n" + line.repeated(1000000) + "B";

@@ -250,8 +250,8 @@ void TestQueries::orientationOfTheMembers_data()
     QTest::addColumn<Query>("subs");
     QTest::addColumn<Query>("overs");
     QTest::addColumn<QStringList>("listed");
-    // The neighbours of L and l are below their I1, by far and by twice the tolerance; those of s, S and t equal it,
-    // the first and the last by half the tolerance; those of g and G are above it.
+    // The neighbours of L and l are below their I1, by far and by twice the tolerance; those of s, S and t equal it, s
+    // and t with a difference of half the tolerance; those of g and G are above it.
     QTest::newRow("eq") << &TAVSearchEngine::I1eqI2subsgraphs << &TAVSearchEngine::I1eqI2overgraphs
                         << words({"s", "S", "t"});
     QTest::newRow("ge") << &TAVSearchEngine::I1geI2subsgraphs << &TAVSearchEngine::I1geI2overgraphs
