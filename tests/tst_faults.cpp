@@ -119,6 +119,9 @@ private slots:
         QFETCH(QByteArray, save);
         QFETCH(QByteArray, message);
         write(path(QStringLiteral("kept.txt")), "kept");
+        // What anybody may write over is not: a write that fails would have emptied it.
+        write(path(QStringLiteral("open.txt")), "open");
+        QCOMPARE(::chmod(QFile::encodeName(path(QStringLiteral("open.txt"))).constData(), 0666), 0);
         // The administrator can write everywhere; nobody else can here.
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0555), 0);
         QStringList command = {QStringLiteral(TAVOLINE_TAV), QStringLiteral("run")};
@@ -127,7 +130,7 @@ private slots:
                                   QStringLiteral("--clear-groups")} +
                       command;
         }
-        for (const QByteArray name : {"new.txt", "kept.txt"}) {
+        for (const QByteArray name : {"new.txt", "kept.txt", "open.txt"}) {
             const ToolResult result =
                 runProgram(command.first(), command.mid(1), afterLoading(save + ' ' + name + '\n'), folder->path());
             const QByteArray said = message.isEmpty() ? QByteArray() : message + name + '\n';
@@ -136,7 +139,9 @@ private slots:
         }
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
         QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
-        QCOMPARE(files(), (QStringList{QStringLiteral("kept.txt"), QStringLiteral("three.g6")}));
+        QCOMPARE(contents(path(QStringLiteral("open.txt"))), QByteArray("open"));
+        QCOMPARE(files(),
+                 (QStringList{QStringLiteral("kept.txt"), QStringLiteral("open.txt"), QStringLiteral("three.g6")}));
     }
 
     void aFullDisk_data()
