@@ -6,7 +6,8 @@
 
 bool openForReading(QFile &file)
 {
-    return QFileInfo(file.fileName()).isFile() && file.open(QIODevice::ReadOnly);
+    const QFileInfo entry(file.fileName());
+    return entry.isFile() && file.open(QIODevice::ReadOnly);
 }
 
 LineReader::LineReader(QIODevice &source, int blockSize)

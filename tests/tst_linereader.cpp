@@ -1,13 +1,14 @@
 #include "linereader.h"
-#include "support/nomorefiles.h"
+#include "support/withoutrights.h"
 
 #include <QBuffer>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
 #include <cstring>
 #include <random>
+#include <sys/stat.h>
 
 namespace
 {
@@ -264,18 +265,19 @@ void TestLineReader::longLinesTakeTimeInProportion()
 
 void TestLineReader::opensFilesOnly()
 {
-    QTemporaryFile there;
-    QVERIFY(there.open());
-    QFile file(there.fileName());
+    const QTemporaryDir directory;
+    QCOMPARE(::chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
+    QFile file(directory.filePath(QStringLiteral("file")));
+    QVERIFY(!openForReading(file));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
     {
-        const NoMoreFiles shortage;
+        const WithoutRights secret(file.fileName(), 0);
         QVERIFY(!openForReading(file));
     }
     QVERIFY(openForReading(file));
-    QFile folder(QDir::tempPath());
+    QFile folder(directory.path());
     QVERIFY(!openForReading(folder));
-    QFile missing(there.fileName() + QStringLiteral("-missing"));
-    QVERIFY(!openForReading(missing));
 }
 
 QTEST_APPLESS_MAIN(TestLineReader)

@@ -303,8 +303,9 @@ signals:
     void signal_interactive_graph_changed();
 
 protected:
-    /// Adds the edges of an edge list whose labels are vertex names. At a label that is none, the graph is emptied, and
-    /// the result is false. Tells the vertices of each line, and a label without vertex, on standard error.
+    /// Adds the edges of an edge list whose labels are vertex names, and publishes the graph. At a label that is none
+    /// the graph is emptied, and the result is false. Tells the vertices of each line, and a label without vertex, on
+    /// standard error.
     bool importEdges(const QByteArray &text);
 
     bool event(QEvent *event) override;

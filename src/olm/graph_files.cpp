@@ -305,16 +305,12 @@ bool Graph::import_el(const QString &path)
         std::cerr << qPrintable(nodes[vertex]->getName()) << std::endl;
         vertex++;
     }
-    if (!importEdges(text)) {
-        return false;
-    }
-    changeBest();
-    return true;
+    return importEdges(text);
 }
 
 bool Graph::importEdges(const QByteArray &text)
 {
-    const QMutexLocker locker(&bestLock);
+    QMutexLocker locker(&bestLock);
     TextParts lines = TextParts::lines(text);
     for (Labels ends; takeLabels(lines, ends);) {
         const int a = vertexNamed(ends.first);
@@ -333,17 +329,20 @@ bool Graph::importEdges(const QByteArray &text)
     }
     std::cerr << "Import complete" << std::endl;
     countChange();
+    locker.unlock();
+    changeBest();
     return true;
 }
 
 /// The last vertex of that name, -1 when there is none.
 int Graph::vertexNamed(const QString &label) const
 {
-    int vertex = usedSlots(nbNodes) - 1;
-    while (vertex >= 0 && nodes[vertex]->getName() != label) {
-        vertex--;
+    for (int vertex = usedSlots(nbNodes) - 1; vertex >= 0; vertex--) {
+        if (nodes[vertex]->getName() == label) {
+            return vertex;
+        }
     }
-    return vertex;
+    return -1;
 }
 
 // graph6.

@@ -10,8 +10,9 @@ constexpr qint64 maxFileSize = 1 << 24;
 
 bool readTextFile(const QString &path, QByteArray &text)
 {
+    const QFileInfo entry(path);
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (!entry.isFile() || !file.open(QIODevice::ReadOnly)) {
         return false;
     }
     text = file.read(maxFileSize + 1);
