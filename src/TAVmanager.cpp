@@ -15,13 +15,12 @@
 #include <iostream>
 #include <new>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace
 {
 /// Sorts by code unit, as QStringList::sort() does, on @p jobs threads.
-void sortNames(QStringList::iterator begin, QStringList::iterator end, int jobs)
+void sortNames(const QStringList::iterator &begin, const QStringList::iterator &end, int jobs)
 {
     if (jobs < 2 || size_t(end - begin) < recordsPerPiece) {
         std::sort(begin, end);
@@ -85,9 +84,9 @@ std::optional<QStringList> readNames(QIODevice &file)
     try {
         bool first = true;
         for (; (status = reader.next(line)) == LineReader::Status::Line; first = false) {
-            QString name = isPlain(line) ? plainText(line) : decodeText(line, first);
+            const QString name = isPlain(line) ? plainText(line) : decodeText(line, first);
             if (!name.isEmpty()) {
-                names.append(std::move(name));
+                names.append(name);
             }
         }
     } catch (const std::bad_alloc &) { // more names than a list can hold

@@ -188,7 +188,7 @@ bool TAVSearchEngine::loadInv1(const QString &path)
 // Both faults read alike here, unlike those of I1: so it is meant.
 bool TAVSearchEngine::loadInv2(const QString &path)
 {
-    const QString fault = QStringLiteral("Data format error");
+    QString fault = QStringLiteral("Data format error");
     return loadInvariant(path, &TAVGraph::setInv2, {fault, [&](const QString &, const QString &) { return fault; }});
 }
 
@@ -448,8 +448,9 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
             reach(graphs.at(int(i)));
         }
     }
-    for (size_t next = 0; next < reached.size(); ++next) {
-        const QList<TAVGraph *> &links = linksOf(*reached[next], neighbours);
+    size_t next = 0;
+    while (next < reached.size()) {
+        const QList<TAVGraph *> &links = linksOf(*reached[next++], neighbours);
         for (int i = 0; i < links.size(); ++i) {
             // The records lie anywhere in memory: the wait for them is most of the time there is.
             prefetch(links.at(qMin(i + linksAhead, links.size() - 1)));

@@ -18,7 +18,7 @@ constexpr qint64 memoryOverhead = 4;
 constexpr qint64 memoryKept = 400 * 1000 * 1000;
 #else
 constexpr qint64 memoryOverhead = 1;
-constexpr qint64 memoryKept = 5 * 1000 * 1000;
+constexpr qint64 memoryKept = 5000000;
 #endif
 
 const QString database = QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav");
@@ -263,20 +263,20 @@ private slots:
         const QByteArray name = QByteArray(100 * million, 'A') + "\n";
         const QByteArray emptyLines(10 * million, '\n');
 
-        const auto database = [](const char *title, const QByteArray &bytes, const QByteArray &output, int factor) {
+        const auto loading = [](const char *title, const QByteArray &bytes, const QByteArray &output, int factor) {
             QTest::newRow(title) << bytes << QByteArray("-load odd\n") << "Loading data ... please wait.\n" + output
                                  << factor;
         };
-        database("a name of 100 MB", name, "1 lines.\nData loaded : 1 nodes and 0 links.\n", 5);
+        loading("a name of 100 MB", name, "1 lines.\nData loaded : 1 nodes and 0 links.\n", 5);
         // A link is two bytes in this file and two pointers in the database, and a number on the way.
-        database("50 million links in a line", "A" + QByteArray("\t0").repeated(50 * million) + "\n",
-                 "1 lines.\nData loaded : 1 nodes and 50000000 links.\n", 16);
-        database("100 MB without a line end", tabs, "1 lines.\nData loaded : 0 nodes and 0 links.\n", 3);
-        database("10 million empty lines", emptyLines, "10000000 lines.\nData loaded : 0 nodes and 0 links.\n", 1);
-        database("an index beyond 32 bits", "A\nB\t4294967296\nC\t99999999999999999999\n",
-                 "3 lines.\nData loaded : 3 nodes and 2 links.\n", 1);
-        database("the largest index", "A\nB\t2147483647\n", "2 lines.\nERROR in database format.\n", 1);
-        database("the smallest index", "A\nB\t-2147483648\n", "2 lines.\nERROR in database format.\n", 1);
+        loading("50 million links in a line", "A" + QByteArray("\t0").repeated(50 * million) + "\n",
+                "1 lines.\nData loaded : 1 nodes and 50000000 links.\n", 16);
+        loading("100 MB without a line end", tabs, "1 lines.\nData loaded : 0 nodes and 0 links.\n", 3);
+        loading("10 million empty lines", emptyLines, "10000000 lines.\nData loaded : 0 nodes and 0 links.\n", 1);
+        loading("an index beyond 32 bits", "A\nB\t4294967296\nC\t99999999999999999999\n",
+                "3 lines.\nData loaded : 3 nodes and 2 links.\n", 1);
+        loading("the largest index", "A\nB\t2147483647\n", "2 lines.\nERROR in database format.\n", 1);
+        loading("the smallest index", "A\nB\t-2147483648\n", "2 lines.\nERROR in database format.\n", 1);
 
         const auto list = [](const char *title, const QByteArray &bytes, const QByteArray &output, int factor) {
             QTest::newRow(title) << bytes << QByteArray("-list-from-file x odd\n") << output + "List added : x\n"
