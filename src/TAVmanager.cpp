@@ -2,6 +2,7 @@
 
 #include "TAVsearchengine.h"
 #include "graphlist.h"
+#include "inputfile.h"
 #include "linereader.h"
 #include "nameset.h"
 #include "outputfile.h"
@@ -48,16 +49,11 @@ QStringList unionOf(const QStringList &a, const QStringList &b)
 /// The names of @p a that are in @p b, or are not.
 QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
 {
-    const NameSet known(b);
-    std::vector<char> isSelected(size_t(a.size()), 0);
-    forEachRange(isSelected.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            isSelected[i] = known.contains(a.at(int(i))) == inB ? 1 : 0;
-        }
-    });
+    const std::vector<char> isInB =
+        NameSet(b).containsEach(size_t(a.size()), [&a](size_t i) -> const QString & { return a.at(int(i)); });
     QStringList names;
-    for (size_t i = 0; i < isSelected.size(); ++i) {
-        if (isSelected[i] != 0) {
+    for (size_t i = 0; i < isInB.size(); ++i) {
+        if ((isInB[i] != 0) == inB) {
             names.append(a.at(int(i)));
         }
     }

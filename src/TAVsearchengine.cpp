@@ -4,6 +4,7 @@
 #include "databaseline.h"
 #include "databaselinks.h"
 #include "heap.h"
+#include "inputfile.h"
 #include "invariantline.h"
 #include "linereader.h"
 #include "nameset.h"
@@ -436,13 +437,8 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
             reached.push_back(graph);
         }
     };
-    const NameSet seeds(names);
-    std::vector<char> isSeed(size_t(graphs.size()), 0);
-    forEachRange(isSeed.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            isSeed[i] = seeds.contains(graphs.at(int(i))->getName()) ? 1 : 0;
-        }
-    });
+    const std::vector<char> isSeed =
+        NameSet(names).containsEach(size_t(graphs.size()), [this](size_t i) { return graphs.at(int(i))->getName(); });
     for (size_t i = 0; i < isSeed.size(); ++i) {
         if (isSeed[i] != 0) {
             reach(graphs.at(int(i)));

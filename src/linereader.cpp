@@ -1,14 +1,6 @@
 #include "linereader.h"
 
-#include <QFileInfo>
-
 #include <cstring>
-
-bool openForReading(QFile &file)
-{
-    const QFileInfo entry(file.fileName());
-    return entry.isFile() && file.open(QIODevice::ReadOnly);
-}
 
 LineReader::LineReader(QIODevice &source, int blockSize)
     : device(source)

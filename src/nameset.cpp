@@ -1,7 +1,5 @@
 #include "nameset.h"
 
-#include "parallel.h"
-
 #include <QRandomGenerator>
 
 #include <utility>

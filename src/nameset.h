@@ -1,6 +1,8 @@
 #ifndef TAVOLINE_NAMESET_H
 #define TAVOLINE_NAMESET_H
 
+#include "parallel.h"
+
 #include <QStringList>
 
 #include <vector>
@@ -14,6 +16,18 @@ public:
 
     /// Whether @p name is in the list. Threads may ask at the same time.
     bool contains(const QString &name) const;
+
+    /// Whether nameAt(i) is in the list, for each i below @p count; asked on all processors.
+    template<typename NameAt> std::vector<char> containsEach(size_t count, NameAt nameAt) const
+    {
+        std::vector<char> isThere(count, 0);
+        forEachRange(count, recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
+            for (size_t i = begin; i < end; ++i) {
+                isThere[i] = contains(nameAt(i)) ? 1 : 0;
+            }
+        });
+        return isThere;
+    }
 
 private:
     quint32 hashOf(const QString &name) const;

@@ -1,5 +1,6 @@
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_core)
+tavoline_test(tst_inputfile tavoline_files)
 tavoline_test(tst_outputfile tavoline_files)
 tavoline_test(tst_databaseline tavoline_core)
 tavoline_test(tst_databasechunk tavoline_core)

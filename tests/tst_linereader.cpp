@@ -1,14 +1,11 @@
 #include "linereader.h"
-#include "support/withoutrights.h"
 
 #include <QBuffer>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
 #include <cstring>
 #include <random>
-#include <sys/stat.h>
 
 namespace
 {
@@ -112,7 +109,6 @@ private slots:
     void refusesAnEndlessLine();
     void severalLinesAtATime();
     void longLinesTakeTimeInProportion();
-    void opensFilesOnly();
 };
 
 void TestLineReader::lines_data()
@@ -261,23 +257,6 @@ void TestLineReader::longLinesTakeTimeInProportion()
         QVERIFY(content.startsWith(QByteArray::fromRawData(line.data(), int(line.size()))));
         QVERIFY(line.size() >= size_t(content.size()) - 1);
     }
-}
-
-void TestLineReader::opensFilesOnly()
-{
-    const QTemporaryDir directory;
-    QCOMPARE(::chmod(QFile::encodeName(directory.path()).constData(), 0755), 0);
-    QFile file(directory.filePath(QStringLiteral("file")));
-    QVERIFY(!openForReading(file));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    {
-        const WithoutRights secret(file.fileName(), 0);
-        QVERIFY(!openForReading(file));
-    }
-    QVERIFY(openForReading(file));
-    QFile folder(directory.path());
-    QVERIFY(!openForReading(folder));
 }
 
 QTEST_APPLESS_MAIN(TestLineReader)

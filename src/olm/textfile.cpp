@@ -1,7 +1,8 @@
 #include "olm/textfile.h"
 
+#include "inputfile.h"
+
 #include <QFile>
-#include <QFileInfo>
 
 namespace
 {
@@ -10,9 +11,8 @@ constexpr qint64 maxFileSize = 1 << 24;
 
 bool readTextFile(const QString &path, QByteArray &text)
 {
-    const QFileInfo entry(path);
     QFile file(path);
-    if (!entry.isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (!openForReading(file)) {
         return false;
     }
     text = file.read(maxFileSize + 1);
