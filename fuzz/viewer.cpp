@@ -1,7 +1,7 @@
 // Random operations on the viewer: its bytes are the operations of an input, each with its arguments behind it.
 
 #include "fuzztarget.h"
-#include "olm/node.h"
+#include "node.h"
 #include "viewerchecks.h"
 
 #include <QAbstractEventDispatcher>

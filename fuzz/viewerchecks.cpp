@@ -1,7 +1,7 @@
 #include "viewerchecks.h"
 
 #include "fuzztarget.h"
-#include "olm/node.h"
+#include "node.h"
 
 #include <QApplication>
 #include <QDialog>

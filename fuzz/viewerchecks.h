@@ -1,7 +1,7 @@
 #ifndef TAVOLINE_FUZZ_VIEWERCHECKS_H
 #define TAVOLINE_FUZZ_VIEWERCHECKS_H
 
-#include "olm/graph.h"
+#include "graph.h"
 
 #include <QByteArray>
 #include <QString>

@@ -2,7 +2,7 @@
 
 #include "TAVmanager.h"
 #include "applicationtitle.h"
-#include "olm/graph.h"
+#include "graph.h"
 #include "shortened.h"
 
 #include <QButtonGroup>

@@ -3,110 +3,16 @@
 #include "TAVsearchengine.h"
 #include "graphlist.h"
 #include "inputfile.h"
-#include "linereader.h"
-#include "nameset.h"
+#include "listalgebra.h"
+#include "listfile.h"
 #include "outputfile.h"
-#include "parallel.h"
-#include "textline.h"
 
 #include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
 #include <iostream>
-#include <new>
 #include <optional>
-#include <vector>
-
-namespace
-{
-/// Sorts by code unit, as QStringList::sort() does, on @p jobs threads.
-void sortNames(const QStringList::iterator &begin, const QStringList::iterator &end, int jobs)
-{
-    if (jobs < 2 || size_t(end - begin) < recordsPerPiece) {
-        std::sort(begin, end);
-        return;
-    }
-    const QStringList::iterator middle = begin + (end - begin) / 2;
-    forEachRange(2, 1, 2, [=](size_t half, size_t) {
-        if (half == 0) {
-            sortNames(begin, middle, jobs - jobs / 2);
-        } else {
-            sortNames(middle, end, jobs / 2);
-        }
-    });
-    std::inplace_merge(begin, middle, end);
-}
-
-QStringList unionOf(const QStringList &a, const QStringList &b)
-{
-    QStringList names = a + b;
-    sortNames(names.begin(), names.end(), threadCount());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
-    return names;
-}
-
-/// The names of @p a that are in @p b, or are not.
-QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
-{
-    const std::vector<char> isInB =
-        NameSet(b).containsEach(size_t(a.size()), [&a](size_t i) -> const QString & { return a.at(int(i)); });
-    QStringList names;
-    for (size_t i = 0; i < isInB.size(); ++i) {
-        if ((isInB[i] != 0) == inB) {
-            names.append(a.at(int(i)));
-        }
-    }
-    return names;
-}
-
-QStringList intersectionOf(const QStringList &a, const QStringList &b)
-{
-    return selectFrom(a, b, true);
-}
-
-QStringList differenceOf(const QStringList &a, const QStringList &b)
-{
-    return selectFrom(a, b, false);
-}
-
-/// The lines of a list file that are not empty; nothing when they cannot be read.
-std::optional<QStringList> readNames(QIODevice &file)
-{
-    QStringList names;
-    LineReader reader(file);
-    std::string_view line;
-    LineReader::Status status = LineReader::Status::Line;
-    try {
-        bool first = true;
-        for (; (status = reader.next(line)) == LineReader::Status::Line; first = false) {
-            const QString name = isPlain(line) ? plainText(line) : decodeText(line, first);
-            if (!name.isEmpty()) {
-                names.append(name);
-            }
-        }
-    } catch (const std::bad_alloc &) { // more names than a list can hold
-        return std::nullopt;
-    }
-    return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;
-}
-
-void writeNames(const QStringList &names, OutputFile &file)
-{
-    const auto linesOf = [&names](size_t begin, size_t end) {
-        QByteArray lines;
-        for (size_t i = begin; i < end; ++i) {
-            if (i > 0) {
-                lines.append('\n');
-            }
-            lines.append(names.at(int(i)).toLatin1());
-        }
-        return lines;
-    };
-    forEachPiece(size_t(names.size()), recordsPerPiece, linesOf,
-                 [&file](const QByteArray &lines) { file.write(lines); });
-}
-} // namespace
 
 TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this))
 {

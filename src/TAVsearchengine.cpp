@@ -1,15 +1,17 @@
 #include "TAVsearchengine.h"
 
+#include "closure.h"
+#include "comparison.h"
 #include "databasechunk.h"
 #include "databaseline.h"
 #include "databaselinks.h"
 #include "heap.h"
 #include "inputfile.h"
-#include "invariantline.h"
+#include "invariantfile.h"
 #include "linereader.h"
-#include "nameset.h"
 #include "outputfile.h"
 #include "parallel.h"
+#include "textline.h"
 
 #include <QFile>
 
@@ -28,8 +30,6 @@ constexpr qint64 progressStep = 10000;
 constexpr int chunkLength = 1 << 20;
 /// How many records the synchronous loader makes room for at a time.
 constexpr size_t recordsAtOnce = 4096;
-/// How many links ahead of the one that is followed the memory of a record is asked for.
-constexpr int linksAhead = 16;
 /// The synchronous loader's line buffer in bytes, one of them for its terminator.
 constexpr qint64 pieceBufferSize = 1024;
 /// Every so many lines the synchronous loader reports to standard error.
@@ -49,24 +49,9 @@ bool openDatabase(QFile &file)
     return opened;
 }
 
-void prefetch(const TAVGraph *graph)
-{
-    __builtin_prefetch(graph);
-}
-
 int toInt(qint64 count)
 {
     return int(qMin<qint64>(count, std::numeric_limits<int>::max()));
-}
-
-/// The names of the graphs whose invariants are both present and pass the test.
-template<typename Test> QStringList namesWhere(const QVector<TAVGraph *> &graphs, Test test)
-{
-    std::vector<TAVGraph *> found;
-    std::copy_if(graphs.begin(), graphs.end(), std::back_inserter(found), [test](const TAVGraph *graph) {
-        return !graph->getErrInv1() && !graph->getErrInv2() && test(graph->getInv1(), graph->getInv2());
-    });
-    return namesOf(found);
 }
 } // namespace
 
@@ -118,12 +103,16 @@ bool TAVSearchEngine::loadData(const QString &path)
         if (number % pieceReportStep == 0) {
             diagnose(QString::number(number));
         }
-        QString text = QString::fromUtf8(piece, int(length));
-        text.remove(QLatin1Char('\n'));
-        if (text.isEmpty()) {
+        std::string_view bytes(piece, size_t(length));
+        if (bytes.back() == '\n') {
+            bytes.remove_suffix(1);
+        }
+        QByteArray memory;
+        const std::string_view normalised = normaliseKeepingReturns(bytes, memory);
+        if (normalised.empty()) {
             continue;
         }
-        splitDatabaseLine(text, line);
+        splitDatabaseLine(normalised, line);
         if (!addRecord(line)) {
             rejectFormat();
             return false;
@@ -160,37 +149,28 @@ void TAVSearchEngine::eraseDatabase()
 
 bool TAVSearchEngine::saveGraphs(const QString &path)
 {
-    return save(path, QByteArray(), [](const TAVGraph &graph, QByteArray &lines) {
-        lines.append(graph.getName().toLatin1()).append('\n');
-    });
+    return save(path, writeNameFile);
 }
 
 bool TAVSearchEngine::saveInv1(const QString &path)
 {
-    return save(path, QByteArrayLiteral("GRAPH\tINV1\n"), [](const TAVGraph &graph, QByteArray &lines) {
-        appendInvariantLine(lines, graph.getName(), graph.getInv1(), graph.getErrInv1());
-    });
+    return save(path, writeInvariantFile);
 }
-
-/// What the console says of a line that does not fit.
-struct TAVSearchEngine::InvariantFaults {
-    QString tooFewFields;
-    std::function<QString(const QString &expected, const QString &found)> otherName;
-};
 
 bool TAVSearchEngine::loadInv1(const QString &path)
 {
-    return loadInvariant(
-        path, &TAVGraph::setInv1,
-        {QStringLiteral("premature end or wrong format of file."),
-         [](const QString &expected, const QString &found) { return expected + QStringLiteral(" != ") + found; }});
+    return loadInvariant(path, &TAVGraph::setInv1, [](const InvariantReading &reading) {
+        return reading.outcome == InvariantOutcome::TooFewFields
+                   ? QStringLiteral("premature end or wrong format of file.")
+                   : reading.expectedName + QStringLiteral(" != ") + reading.foundName;
+    });
 }
 
 // Both faults read alike here, unlike those of I1: so it is meant.
 bool TAVSearchEngine::loadInv2(const QString &path)
 {
-    QString fault = QStringLiteral("Data format error");
-    return loadInvariant(path, &TAVGraph::setInv2, {fault, [&](const QString &, const QString &) { return fault; }});
+    return loadInvariant(path, &TAVGraph::setInv2,
+                         [](const InvariantReading &) { return QStringLiteral("Data format error"); });
 }
 
 QStringList TAVSearchEngine::subgraphs(const QStringList &names)
@@ -231,12 +211,12 @@ QStringList TAVSearchEngine::I1ltI2overgraphs() { return walk(Neighbours::Over, 
 
 QStringList TAVSearchEngine::I1geI2graphs() const
 {
-    return namesWhere(graphs, [](double inv1, double inv2) { return inv1 >= inv2 - TOLERANCE; });
+    return namesWhereI1AtLeastI2(graphs);
 }
 
 QStringList TAVSearchEngine::I1leI2graphs() const
 {
-    return namesWhere(graphs, [](double inv1, double inv2) { return inv2 + TOLERANCE >= inv1; });
+    return namesWhereI1AtMostI2(graphs);
 }
 
 TAVSearchEngine::Outcome TAVSearchEngine::readFile(qint64 &linkCount)
@@ -367,31 +347,20 @@ void TAVSearchEngine::rejectUnreadable(const QString &path)
     eraseDatabase();
 }
 
-bool TAVSearchEngine::save(const QString &path, const QByteArray &header, AppendLine appendLine)
+bool TAVSearchEngine::save(const QString &path, WriteRecords write)
 {
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to save."));
         return false;
     }
-    const auto linesOf = [&](size_t begin, size_t end) {
-        QByteArray lines;
-        for (size_t i = begin; i < end; ++i) {
-            appendLine(*graphs.at(int(i)), lines);
-        }
-        return lines;
-    };
-    const WriteResult result = writeFile(path, [&](OutputFile &file) {
-        file.write(header);
-        forEachPiece(size_t(graphs.size()), recordsPerPiece, linesOf,
-                     [&](const QByteArray &lines) { file.write(lines); });
-    });
+    const WriteResult result = writeFile(path, [&](OutputFile &file) { write(graphs, file); });
     if (result == WriteResult::Failed) {
         emit signal_console(QStringLiteral("Unable to write file :") + path);
     }
     return result == WriteResult::Written;
 }
 
-bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, const InvariantFaults &faults)
+bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, DescribeFault describe)
 {
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to match."));
@@ -402,58 +371,26 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, const
         emit signal_console(QStringLiteral("Unable to open file."));
         return false;
     }
-    LineReader reader(file);
-    std::string_view bytes;
-    InvariantLine line;
-    LineReader::Status status = reader.next(bytes); // the header
-    for (TAVGraph *graph : qAsConst(graphs)) {
-        status = status == LineReader::Status::Line ? reader.next(bytes) : status;
-        if (status != LineReader::Status::Line) {
-            break;
-        }
-        if (!parseInvariantLine(bytes, line)) {
-            emit signal_console(faults.tooFewFields);
-            return false;
-        }
-        if (line.name != graph->getName()) {
-            emit signal_console(faults.otherName(graph->getName(), line.name));
-            return false;
-        }
-        (graph->*set)(line.value, line.missing);
-    }
-    if (status == LineReader::Status::Failed || status == LineReader::Status::TooLong) {
+    const InvariantReading reading = readInvariantFile(file, graphs, set);
+    switch (reading.outcome) {
+    case InvariantOutcome::TooFewFields:
+    case InvariantOutcome::OtherName:
+        emit signal_console(describe(reading));
+        break;
+    case InvariantOutcome::Unreadable:
         emit signal_console(QStringLiteral("Unable to read file :") + path);
+        break;
+    case InvariantOutcome::Complete:
+    case InvariantOutcome::TooShort:
+        break;
     }
-    return status == LineReader::Status::Line;
+    return reading.outcome == InvariantOutcome::Complete;
 }
 
 QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighbours)
 {
     clear();
-    std::vector<TAVGraph *> reached;
-    const auto reach = [&reached](TAVGraph *graph) {
-        if (!graph->isChecked()) {
-            graph->setChecked(true);
-            reached.push_back(graph);
-        }
-    };
-    const std::vector<char> isSeed =
-        NameSet(names).containsEach(size_t(graphs.size()), [this](size_t i) { return graphs.at(int(i))->getName(); });
-    for (size_t i = 0; i < isSeed.size(); ++i) {
-        if (isSeed[i] != 0) {
-            reach(graphs.at(int(i)));
-        }
-    }
-    size_t next = 0;
-    while (next < reached.size()) {
-        const QList<TAVGraph *> &links = linksOf(*reached[next++], neighbours);
-        for (int i = 0; i < links.size(); ++i) {
-            // The records lie anywhere in memory: the wait for them is most of the time there is.
-            prefetch(links.at(qMin(i + linksAhead, links.size() - 1)));
-            reach(links.at(i));
-        }
-    }
-    return namesOf(reached);
+    return closureOf(graphs, names, neighbours);
 }
 
 void TAVSearchEngine::forEachGraph(void (TAVGraph::*operation)())

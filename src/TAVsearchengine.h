@@ -9,12 +9,13 @@
 #include <QThread>
 #include <QVector>
 
-#include <functional>
 #include <optional>
 #include <vector>
 
 struct DatabaseChunk;
 struct DatabaseLine;
+struct InvariantReading;
+class OutputFile;
 
 /// The database: every record, in the order of the file, and the thread that loads the file.
 ///
@@ -124,10 +125,10 @@ private:
     void rejectUnreadable(const QString &path);
 
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);
-    struct InvariantFaults;
-    bool loadInvariant(const QString &path, SetInvariant set, const InvariantFaults &faults);
-    using AppendLine = void (*)(const TAVGraph &graph, QByteArray &lines);
-    bool save(const QString &path, const QByteArray &header, AppendLine appendLine);
+    using DescribeFault = QString (*)(const InvariantReading &reading);
+    bool loadInvariant(const QString &path, SetInvariant set, DescribeFault describe);
+    using WriteRecords = void (*)(const QVector<TAVGraph *> &graphs, OutputFile &file);
+    bool save(const QString &path, WriteRecords write);
     QStringList closure(const QStringList &names, Neighbours neighbours);
     void forEachGraph(void (TAVGraph::*operation)());
     QStringList walk(Neighbours neighbours, Match match);

@@ -1,6 +1,6 @@
 #include "databasechunk.h"
-#include "databaseline.h"
 #include "databaselinks.h"
+#include "support/plainreading.h"
 
 #include <QBuffer>
 #include <QtTest>
@@ -66,10 +66,7 @@ Content inLines(const QByteArray &file)
         lines.removeLast();
     }
     for (const QByteArray &bytes : qAsConst(lines)) {
-        QString text = QString::fromUtf8(bytes);
-        text.remove(QLatin1Char('\r'));
-        DatabaseLine line;
-        splitDatabaseLine(text, line);
+        const DatabaseLine line = readPlainly(bytes);
         if (!line.name.isEmpty()) {
             content.records.append(describe(line.name, content.lines, line.indices));
         }

@@ -1,4 +1,5 @@
 #include "databaseline.h"
+#include "support/plainreading.h"
 
 #include <QtTest>
 
@@ -33,20 +34,10 @@ QString parse(const QByteArray &line)
     return describe(isGraph, result);
 }
 
-/// The rules of the file format, word for word: decode, remove the line ends, split, convert.
-QString parseAsText(const QByteArray &line)
+QString parseAsText(const QByteArray &bytes)
 {
-    QString text = QString::fromUtf8(line.constData(), line.size());
-    text.remove(QLatin1Char('\n'));
-    text.remove(QLatin1Char('\r'));
-    const QStringList fields = text.split(QLatin1Char('\t'), Qt::KeepEmptyParts);
-    DatabaseLine result{fields.first(), {}};
-    for (int i = 1; i < fields.size(); ++i) {
-        bool converts = false;
-        const int index = fields.at(i).toInt(&converts, 10);
-        result.indices.push_back(converts ? index : 0);
-    }
-    return describe(!text.isEmpty() && !fields.first().isEmpty(), result);
+    const DatabaseLine line = readPlainly(bytes);
+    return describe(!line.name.isEmpty(), line);
 }
 
 /// Random lines made of what the rules treat in a way of its own, and of anything else.
@@ -267,9 +258,9 @@ void TestDatabaseLine::randomLinesReadAsText()
 void TestDatabaseLine::splitKeepsAnEmptyNameAndCarriageReturns()
 {
     DatabaseLine line;
-    splitDatabaseLine(QStringLiteral("\t1\t\tx"), line);
+    splitDatabaseLine("\t1\t\tx", line);
     QCOMPARE(describe(true, line), QStringLiteral("|1|0|0"));
-    splitDatabaseLine(QStringLiteral("A\r\t2\r"), line);
+    splitDatabaseLine("A\r\t2\r", line);
     QCOMPARE(describe(true, line), QStringLiteral("A\r|2"));
 }
 

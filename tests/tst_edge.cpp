@@ -1,5 +1,5 @@
-#include "olm/edge.h"
-#include "olm/node.h"
+#include "edge.h"
+#include "node.h"
 #include "support/itemimage.h"
 #include "support/stderrcapture.h"
 

@@ -1,6 +1,6 @@
-#include "olm/edge.h"
-#include "olm/graph.h"
-#include "olm/node.h"
+#include "edge.h"
+#include "graph.h"
+#include "node.h"
 #include "support/latin1.h"
 #include "support/stderrcapture.h"
 

@@ -1,4 +1,4 @@
-#include "olm/graph.h"
+#include "graph.h"
 
 #include <QProcess>
 #include <QtTest>

@@ -1,5 +1,5 @@
-#include "olm/graph.h"
-#include "olm/node.h"
+#include "graph.h"
+#include "node.h"
 #include "support/graphtext.h"
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"

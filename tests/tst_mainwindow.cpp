@@ -1,6 +1,6 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
-#include "olm/graph.h"
+#include "graph.h"
 #include "support/mainwindowfixture.h"
 #include "support/windowdriver.h"
 

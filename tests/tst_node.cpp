@@ -1,6 +1,6 @@
-#include "olm/edge.h"
-#include "olm/node.h"
-#include "olm/nodedisplay.h"
+#include "edge.h"
+#include "node.h"
+#include "nodedisplay.h"
 #include "support/itemimage.h"
 #include "support/stderrcapture.h"
 

@@ -1,4 +1,4 @@
-#include "olm/nodedisplay.h"
+#include "nodedisplay.h"
 
 #include <QGridLayout>
 #include <QLineEdit>

@@ -1,4 +1,4 @@
-#include "olm/random.h"
+#include "random.h"
 #include "support/stderrcapture.h"
 
 #include <QtTest>

@@ -1,4 +1,4 @@
-#include "olm/solve.h"
+#include "solve.h"
 #include "support/stderrcapture.h"
 
 #include <QtTest>

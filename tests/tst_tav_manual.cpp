@@ -7,8 +7,8 @@
 
 namespace
 {
-const QString manualPath = QStringLiteral(TAVOLINE_SOURCES "/tools/tav.1");
-const QString completionPath = QStringLiteral(TAVOLINE_SOURCES "/tools/tav.bash");
+const QString manualPath = QStringLiteral(TAVOLINE_SOURCES "/tav/tav.1");
+const QString completionPath = QStringLiteral(TAVOLINE_SOURCES "/tav/tav.bash");
 
 QString helpOf(const QStringList &command)
 {

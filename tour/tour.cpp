@@ -5,8 +5,8 @@
 
 #include "TAVmainwindow.h"
 #include "applicationtitle.h"
-#include "olm/graph.h"
-#include "olm/node.h"
+#include "graph.h"
+#include "node.h"
 #include "support/windowdriver.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "olm/edge.h"
+#include "edge.h"
 
-#include "olm/node.h"
+#include "node.h"
 
 #include <QPainter>
 #include <QPen>

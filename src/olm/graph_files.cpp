@@ -1,4 +1,5 @@
 #include "graph.h"
+#include "graph6.h"
 #include "node.h"
 #include "numbertext.h"
 #include "outputfile.h"
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <iostream>
 #include <set>
+#include <string>
 #include <utility>
 
 namespace
@@ -83,38 +85,19 @@ bool takeLabels(TextParts &lines, Labels &ends)
     return false;
 }
 
-/// The value of a graph6 character: 0..63, and outside that range when it is none.
-int graph6Value(char character)
-{
-    return static_cast<unsigned char>(character) - 63;
-}
-
-/// The six bits of a graph6 character, most significant first; false behind the end of @p text.
-bool graph6Bit(const QByteArray &text, int index)
-{
-    const int at = index / 6;
-    return at < text.size() && (static_cast<unsigned>(graph6Value(text[at])) >> (5 - index % 6) & 1U) != 0;
-}
-
 bool isGraph6Size(int n)
 {
     return n >= 2 && n < Graph::MAX_NODES;
 }
 
-/// The number of characters, six pairs each, that follow the size character.
-int graph6Length(int n)
-{
-    return (n * (n - 1) / 2 + 5) / 6;
-}
-
 /// The rest of a line of the stream, up to @p length characters of it; what is longer is skipped.
-QByteArray restOfLine(std::istream &in, int length)
+std::string restOfLine(std::istream &in, size_t length)
 {
-    QByteArray line;
+    std::string line;
     char character = 0;
     while (in.get(character) && character != '\n' && character != '\r') {
         if (line.size() < length) {
-            line.append(character);
+            line.push_back(character);
         }
     }
     if (character == '\r' && in.peek() == '\n') {
@@ -351,7 +334,7 @@ bool Graph::loadg6(std::istream &in)
 {
     countChange();
     char size = 0;
-    const int n = in.get(size) ? graph6Value(size) : graph6Value('\0');
+    const int n = graph6::valueOf(in.get(size) ? size : '\0');
     setNbNodes(n);
     clear();
     for (int i = 0; i < n; i++) {
@@ -360,8 +343,8 @@ bool Graph::loadg6(std::istream &in)
     if (!isGraph6Size(n)) {
         return false;
     }
-    const QByteArray bits = restOfLine(in, graph6Length(n));
-    setPairs(n, [&](int index) { return graph6Bit(bits, index); });
+    const std::string pairs = restOfLine(in, size_t(graph6::pairLength(n)));
+    setPairs(n, [&](int pair) { return graph6::isEdge(pairs, pair); });
     return true;
 }
 
@@ -369,7 +352,7 @@ bool Graph::loadg6(const QString &g6, bool fresh)
 {
     countChange();
     // A QChar becomes NUL when it is not Latin-1, a QString puts "?" in its place: that would be a size, 0.
-    const int n = graph6Value(g6.isEmpty() ? '\0' : g6[0].toLatin1());
+    const int n = graph6::valueOf(g6.isEmpty() ? '\0' : g6[0].toLatin1());
     setNbNodes(n);
     if (fresh) {
         clear();
@@ -381,8 +364,8 @@ bool Graph::loadg6(const QString &g6, bool fresh)
     if (!isGraph6Size(n)) {
         return false;
     }
-    const QByteArray bits = g6.mid(1).toLatin1();
-    setPairs(n, [&](int index) { return graph6Bit(bits, index); });
+    const std::string pairs = g6.mid(1).toLatin1().toStdString();
+    setPairs(n, [&](int pair) { return graph6::isEdge(pairs, pair); });
     return true;
 }
 
@@ -392,21 +375,8 @@ QString Graph::g6currentGraphData() const
         std::cerr << "Graph too large for g6 format" << std::endl;
         return QStringLiteral("0");
     }
-    const int n = usedSlots(nbNodes);
-    QByteArray text(graph6Length(n), '\0');
-    int index = 0;
-    for (int j = 1; j < n; j++) {
-        for (int i = 0; i < j; i++) {
-            if (edge(i, j)) {
-                text[index / 6] = static_cast<char>(text[index / 6] | 1 << (5 - index % 6));
-            }
-            index++;
-        }
-    }
-    for (char &value : text) {
-        value = static_cast<char>(value + 63);
-    }
-    return QString::fromLatin1(text.prepend(static_cast<char>(n + 63)));
+    return QString::fromStdString(
+        graph6::encode(usedSlots(nbNodes), [this](int u, int v) { return edge(u, v); }));
 }
 
 // Count and bits.

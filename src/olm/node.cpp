@@ -1,7 +1,7 @@
-#include "olm/node.h"
+#include "node.h"
 
-#include "olm/edge.h"
-#include "olm/nodedisplay.h"
+#include "edge.h"
+#include "nodedisplay.h"
 #include "shortened.h"
 
 #include <QFont>

@@ -1,6 +1,6 @@
-#include "olm/nodedisplay.h"
+#include "nodedisplay.h"
 
-#include "olm/numbertext.h"
+#include "numbertext.h"
 
 #include <QGridLayout>
 #include <QLineEdit>

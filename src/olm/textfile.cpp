@@ -1,4 +1,4 @@
-#include "olm/textfile.h"
+#include "textfile.h"
 
 #include "inputfile.h"
 

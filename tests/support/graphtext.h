@@ -1,8 +1,8 @@
 #ifndef TAVOLINE_TESTS_GRAPHTEXT_H
 #define TAVOLINE_TESTS_GRAPHTEXT_H
 
-#include "olm/graph.h"
-#include "olm/node.h"
+#include "graph.h"
+#include "node.h"
 
 #include <QApplication>
 #include <QPair>

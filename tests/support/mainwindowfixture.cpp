@@ -2,7 +2,7 @@
 
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
-#include "olm/graph.h"
+#include "graph.h"
 #include "windowdriver.h"
 
 #include <QApplication>

@@ -1,0 +1,44 @@
+#include "listfile.h"
+
+#include "linereader.h"
+#include "outputfile.h"
+#include "parallel.h"
+#include "textline.h"
+
+#include <new>
+
+std::optional<QStringList> readNames(QIODevice &file)
+{
+    QStringList names;
+    LineReader reader(file);
+    std::string_view line;
+    LineReader::Status status = LineReader::Status::Line;
+    try {
+        bool isFirst = true;
+        for (; (status = reader.next(line)) == LineReader::Status::Line; isFirst = false) {
+            const QString name = textOf(isFirst ? withoutByteOrderMark(line) : line);
+            if (!name.isEmpty()) {
+                names.append(name);
+            }
+        }
+    } catch (const std::bad_alloc &) { // more names than a list can hold
+        return std::nullopt;
+    }
+    return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;
+}
+
+void writeNames(const QStringList &names, OutputFile &file)
+{
+    const auto linesOf = [&names](size_t begin, size_t end) {
+        QByteArray lines;
+        for (size_t i = begin; i < end; ++i) {
+            if (i > 0) {
+                lines.append('\n');
+            }
+            lines.append(names.at(int(i)).toLatin1());
+        }
+        return lines;
+    };
+    forEachPiece(size_t(names.size()), recordsPerPiece, linesOf,
+                 [&file](const QByteArray &lines) { file.write(lines); });
+}

@@ -1,0 +1,208 @@
+#include "info.h"
+
+#include "TAVgraph.h"
+#include "commandline.h"
+#include "counted.h"
+#include "input.h"
+#include "smallgraph.h"
+#include "textline.h"
+
+#include <QList>
+#include <QString>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <tuple>
+#include <unordered_map>
+#include <vector>
+
+namespace
+{
+/// What the C library takes for a block of memory: its own word beside it, and all in units of 16 bytes.
+qint64 blockSize(qint64 bytes)
+{
+    return (bytes + 8 + 15) / 16 * 16;
+}
+
+/// What a record's list of so many links takes.
+qint64 listSize(qint64 links)
+{
+    return links > 0 ? blockSize(qint64(QListData::DataHeaderSize) + links * qint64(sizeof(void *))) : 0;
+}
+
+/// What a record takes apart from its lists: itself, its place in the database and its name.
+qint64 recordSize(qint64 nameLength)
+{
+    return qint64(sizeof(TAVGraph) + sizeof(void *)) +
+           blockSize(qint64(sizeof(QStringData)) + (nameLength + 1) * qint64(sizeof(QChar)));
+}
+
+/// Reads a database line by line, as the loader does, and remembers what later lines are held against.
+class Examiner
+{
+public:
+    explicit Examiner(const std::function<void(qint64, const QString &)> &faultReceiver) : tell(faultReceiver) {}
+
+    void readLine(std::string_view bytes, qint64 number)
+    {
+        line = number;
+        QByteArray memory;
+        std::string_view rest = normaliseDroppingReturns(bytes, memory);
+        bool more = false;
+        const std::string_view name = takeField(rest, more);
+        if (name.empty()) {
+            if (more) {
+                fault(QStringLiteral("no name; the line is ignored"));
+            }
+            return;
+        }
+        superGraphs.push_back(0);
+        readName(name);
+        indices.clear();
+        while (more) {
+            readIndex(takeField(rest, more));
+        }
+        readRepetitions();
+        summary.subGraphs.include(qint64(indices.size()));
+        summary.memory += recordSize(textOf(name).size()) + listSize(qint64(indices.size()));
+    }
+
+    DatabaseSummary finish()
+    {
+        summary.graphs = qint64(superGraphs.size());
+        for (const quint32 count : superGraphs) {
+            summary.superGraphs.include(count);
+            summary.memory += listSize(count);
+        }
+        return summary;
+    }
+
+private:
+    void fault(const QString &text)
+    {
+        ++summary.faults;
+        tell(line, text);
+    }
+
+    void readName(std::string_view name)
+    {
+        const auto [earlier, isNew] = lines.try_emplace(std::string(name), line);
+        if (!isNew) {
+            fault(QStringLiteral("%1 stands on line %2 already").arg(quoted(textOf(name))).arg(earlier->second));
+        }
+        SmallGraph graph;
+        const QString wrong = parseGraph6(name, graph);
+        if (!wrong.isEmpty()) {
+            fault(QStringLiteral("%1: %2").arg(quoted(textOf(name)), wrong));
+            return;
+        }
+        const NotableGraph found = {textOf(name), line, graph.order, graph.size()};
+        const auto rank = [](const NotableGraph &one) { return std::tie(one.order, one.size); };
+        if (summary.smallest.line == 0 || rank(found) < rank(summary.smallest)) {
+            summary.smallest = found;
+        }
+        if (summary.largest.line == 0 || rank(summary.largest) < rank(found)) {
+            summary.largest = found;
+        }
+    }
+
+    void readIndex(std::string_view field)
+    {
+        bool isNumber = false;
+        const int index = textOf(field).toInt(&isNumber);
+        if (!isNumber) {
+            fault(QStringLiteral("%1 is no number and counts as 0").arg(quoted(textOf(field))));
+        }
+        const qint64 own = qint64(superGraphs.size()) - 1;
+        if (index < 0 || index > own) {
+            fault(QStringLiteral("%1 is not the number of an earlier graph; the program refuses the file").arg(index));
+            return;
+        }
+        if (index == own) {
+            fault(QStringLiteral("%1 is the number of the graph itself").arg(index));
+        }
+        indices.push_back(index);
+        ++superGraphs[size_t(index)];
+    }
+
+    void readRepetitions()
+    {
+        sorted = indices;
+        std::sort(sorted.begin(), sorted.end());
+        for (auto next = sorted.begin(); (next = std::adjacent_find(next, sorted.end())) != sorted.end();) {
+            fault(QStringLiteral("%1 stands there more than once").arg(*next));
+            next = std::upper_bound(next, sorted.end(), *next);
+        }
+    }
+
+    const std::function<void(qint64, const QString &)> &tell;
+    DatabaseSummary summary;
+    std::unordered_map<std::string, qint64> lines; // by name: where it stands first
+    std::vector<quint32> superGraphs;              // by number of the graph: how many lines hold it
+    std::vector<int> indices;                      // those of the line at hand that name a graph
+    std::vector<int> sorted;
+    qint64 line = 0;
+};
+
+void printCounts(const char *what, const CountSummary &counts, qint64 graphs)
+{
+    std::printf("%s %lld to %lld, %.2f on average\n", what, counts.low, counts.high,
+                double(counts.sum) / double(graphs));
+}
+
+void printNotable(const char *what, const NotableGraph &graph)
+{
+    if (graph.line > 0) {
+        std::printf("%s %s, %s: %s (line %lld)\n", what, qPrintable(counted(graph.order, "vertex", "vertices")),
+                    qPrintable(counted(graph.size, "edge", "edges")), qPrintable(graph.name), graph.line);
+    }
+}
+
+void print(const DatabaseSummary &summary)
+{
+    std::printf("graphs:         %lld\n", summary.graphs);
+    std::printf("links:          %lld\n", summary.subGraphs.sum);
+    if (summary.graphs > 0) {
+        printNotable("smallest graph:", summary.smallest);
+        printNotable("largest graph: ", summary.largest);
+        printCounts("sub-graphs:    ", summary.subGraphs, summary.graphs);
+        printCounts("super-graphs:  ", summary.superGraphs, summary.graphs);
+    }
+    std::printf("memory:         %.1f MB for the loaded database\n", double(summary.memory) / 1e6);
+    std::printf("faults:         %lld\n", summary.faults);
+}
+} // namespace
+
+void CountSummary::include(qint64 count)
+{
+    low = std::min(low, count);
+    high = std::max(high, count);
+    sum += count;
+}
+
+DatabaseSummary examineDatabase(const QString &path, const std::function<void(qint64, const QString &)> &fault)
+{
+    Examiner examiner(fault);
+    readLines(path, [&](std::string_view line, qint64 number) { examiner.readLine(line, number); });
+    return examiner.finish();
+}
+
+void runInfo(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Tells what a database holds and checks its lines; the exit status is 1 when one has a fault."));
+    parser.addPositionalArgument(QStringLiteral("DATABASE"), QStringLiteral("The file; '-' is standard input."),
+                                 QStringLiteral("DATABASE.tav"));
+    if (!parseArguments(parser, arguments)) {
+        return;
+    }
+    const QString path = onlyArgument(parser, QStringLiteral("database file"));
+    const DatabaseSummary summary =
+        examineDatabase(path, [&](qint64 line, const QString &text) { tell(CommandError(path, line, text).text()); });
+    print(summary);
+    if (summary.faults > 0) {
+        throw CommandError(QStringLiteral("%1: faults found: %2").arg(inputName(path)).arg(summary.faults));
+    }
+}

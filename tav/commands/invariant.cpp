@@ -1,0 +1,170 @@
+#include "invariant.h"
+
+#include "commandline.h"
+#include "input.h"
+#include "output.h"
+#include "progress.h"
+#include "textline.h"
+#include "workers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+/// How many lines are written at a time.
+constexpr std::size_t batchLength = 1 << 15;
+
+/// The names of the graphs of a database.
+class Names
+{
+public:
+    void add(std::string_view name)
+    {
+        text.append(name);
+        ends.push_back(text.size());
+    }
+
+    std::size_t count() const { return ends.size(); }
+    std::string_view at(std::size_t index) const
+    {
+        const std::size_t begin = index > 0 ? ends[index - 1] : 0;
+        return std::string_view(text).substr(begin, ends[index] - begin);
+    }
+
+private:
+    std::string text;
+    std::vector<std::size_t> ends; // by name: where the next one begins
+};
+
+Names readNames(const QString &database)
+{
+    Names names;
+    readLines(database, [&](std::string_view line, qint64 number) {
+        bool more = false;
+        QByteArray memory;
+        const std::string_view name = normaliseDroppingReturns(takeField(line, more), memory);
+        if (name.empty()) {
+            return;
+        }
+        SmallGraph graph;
+        const QString fault = parseGraph6(name, graph);
+        if (!fault.isEmpty()) {
+            throw CommandError(database, number, fault);
+        }
+        names.add(name);
+    });
+    if (names.count() == 0) {
+        throw CommandError(database, 1, QStringLiteral("the database holds no graph"));
+    }
+    return names;
+}
+
+/// Reads each name a second time: the graphs take half a kilobyte each, their names some ten bytes, and reading one is
+/// nothing beside most invariants.
+void compute(const Names &names, const InvariantOptions &options, SharedValues &values)
+{
+    const auto valueOf = [&](std::size_t index) {
+        SmallGraph graph;
+        parseGraph6(names.at(index), graph);
+        return options.invariant->valueOf(graph);
+    };
+    Progress progress(QStringLiteral("Computing"), qint64(names.count()));
+    computeInProcesses(values, names.count(), options.jobs, valueOf,
+                       [&](std::size_t done) { progress.report(qint64(done)); });
+}
+
+void writeValues(const Names &names, const SharedValues &values, const Write &write)
+{
+    write(QByteArrayLiteral("GRAPH\tINV1\n"));
+    for (std::size_t begin = 0; begin < names.count(); begin += batchLength) {
+        QByteArray lines;
+        for (std::size_t index = begin; index < std::min(begin + batchLength, names.count()); ++index) {
+            const std::string_view name = names.at(index);
+            lines.append(name.data(), int(name.size())).append('\t').append(invariantText(values.at(index)));
+            lines.append('\n');
+        }
+        write(lines);
+    }
+}
+
+void printInvariants()
+{
+    for (const Invariant &invariant : invariants()) {
+        std::printf("%-22s  %s\n", invariant.name, invariant.description);
+    }
+}
+
+const Invariant *invariantOf(const QString &name)
+{
+    const Invariant *invariant = findInvariant(name);
+    if (invariant == nullptr) {
+        throw CommandError(QStringLiteral("Unknown invariant %1; 'tav invariant --list' names them.").arg(quoted(name)),
+                           WrongUsage);
+    }
+    return invariant;
+}
+} // namespace
+
+QByteArray invariantText(std::optional<double> value)
+{
+    constexpr double rounding = 1e-12;
+    constexpr int digits = 12;
+    if (!value) {
+        return QByteArrayLiteral("NA");
+    }
+    const double integer = std::nearbyint(*value);
+    const bool isInteger = std::abs(*value - integer) <= rounding;
+    return QByteArray::number(isInteger ? integer : *value, 'g', digits);
+}
+
+void writeInvariantFile(const InvariantOptions &options)
+{
+    const Names names = readNames(options.database);
+    writeOutput(options.output, [&](const Write &write) {
+        SharedValues values(names.count());
+        compute(names, options, values);
+        writeValues(names, values, write);
+    });
+}
+
+void runInvariant(const QStringList &arguments)
+{
+    const QCommandLineOption list(QStringLiteral("list"),
+                                  QStringLiteral("Lists the names of the invariants, with one line on each."));
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Computes an invariant of every graph of a database and writes the file of it that Tavoline "
+                       "loads: a name and a value a line, 'NA' where the invariant is undefined."));
+    parser.addPositionalArgument(QStringLiteral("NAME"), QStringLiteral("The name of the invariant."));
+    parser.addPositionalArgument(
+        QStringLiteral("DATABASE"),
+        QStringLiteral("The database, whose names are graph6 strings; '-' is standard input."));
+    parser.addOptions({list, outputOption(), jobsOption()});
+    if (!parseArguments(parser, arguments)) {
+        return;
+    }
+    const QStringList operands = parser.positionalArguments();
+    if (parser.isSet(list)) {
+        expectNoMore(operands);
+        printInvariants();
+        return;
+    }
+    if (operands.isEmpty()) {
+        throw CommandError(QStringLiteral("No invariant given; 'tav invariant --list' names them."), WrongUsage);
+    }
+    InvariantOptions options;
+    options.invariant = invariantOf(operands.first());
+    if (operands.size() != 2) {
+        throw CommandError(QStringLiteral("Exactly one database file expected, %1 given.").arg(operands.size() - 1),
+                           WrongUsage);
+    }
+    options.jobs = jobCount(parser);
+    options.database = operands.last();
+    options.output = outputPath(parser);
+    writeInvariantFile(options);
+}

@@ -1,0 +1,29 @@
+#ifndef TAVOLINE_INVARIANT_H
+#define TAVOLINE_INVARIANT_H
+
+#include "invariantcatalogue.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+struct InvariantOptions {
+    const Invariant *invariant = nullptr;
+    int jobs = 1;     ///< how many processes work; the result does not depend on it
+    QString database; ///< the file of which the names are read
+    QString output;
+};
+
+/// Writes the invariant file of the graphs of the database, in the order of its lines. Throws CommandError, with
+/// nothing written, for a name that is no graph6 string of at most SmallGraph::MaxOrder vertices and for a database
+/// without graphs.
+void writeInvariantFile(const InvariantOptions &options);
+
+/// The value in an invariant file: 12 significant digits, "NA" for none. What is an integer but for the rounding of the
+/// computation is written as one.
+QByteArray invariantText(std::optional<double> value);
+
+/// The command "invariant".
+void runInvariant(const QStringList &arguments);
+
+#endif

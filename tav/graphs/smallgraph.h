@@ -1,0 +1,43 @@
+#ifndef TAVOLINE_SMALLGRAPH_H
+#define TAVOLINE_SMALLGRAPH_H
+
+#include "graph6.h"
+
+#include <QString>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// A simple graph whose adjacency matrix has one machine word a row.
+struct SmallGraph {
+    /// What graph6 writes with a single character for the order.
+    static constexpr int MaxOrder = graph6::LargestOrder;
+
+    int order = 0;                              ///< the number of vertices
+    std::array<std::uint64_t, MaxOrder> rows{}; ///< by vertex: its neighbours, vertex 0 at the highest bit
+
+    static constexpr std::uint64_t bit(int vertex) { return std::uint64_t(1) << (63 - vertex); }
+    bool adjacent(int u, int v) const { return (rows[size_t(u)] & bit(v)) != 0; }
+    void addEdge(int u, int v);
+    void removeEdge(int u, int v);
+
+    /// The number of edges.
+    int size() const;
+    /// Whether it has a vertex, and a path between any two.
+    bool isConnected() const;
+    /// The graph without the vertex @p vertex; those behind it move up.
+    SmallGraph withoutVertex(int vertex) const;
+};
+
+/// Reads a graph6 string (B. D. McKay, "Description of graph6, sparse6 and digraph6 encodings") of at most MaxOrder
+/// vertices into @p graph. Returns an empty text, or what is wrong with the string, @p graph then being undefined.
+QString parseGraph6(std::string_view text, SmallGraph &graph);
+
+/// A string that two graphs of the same order share exactly when they are equal, vertex for vertex: the bits of the
+/// upper triangle of the adjacency matrix, column by column.
+std::string adjacencyKey(const SmallGraph &graph);
+
+#endif

@@ -1,0 +1,96 @@
+#include "input.h"
+
+#include "commandline.h"
+#include "linereader.h"
+#include "progress.h"
+#include "textline.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+/// Every so many lines the progress is reported.
+constexpr qint64 progressStep = 10000;
+
+/// An open file, which it closes. Hands out what a pipe or a terminal has as soon as it has something; QFile waits
+/// until its block is full.
+class InputDevice : public QIODevice
+{
+public:
+    explicit InputDevice(int openDescriptor) : descriptor(openDescriptor)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    ~InputDevice() override
+    {
+        if (descriptor != STDIN_FILENO) {
+            ::close(descriptor);
+        }
+    }
+    bool isSequential() const override { return true; }
+
+    /// How many bytes a regular file has; 0 for anything else.
+    qint64 fileSize() const
+    {
+        struct stat status = {};
+        return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? qint64(status.st_size) : 0;
+    }
+
+protected:
+    qint64 readData(char *data, qint64 maximum) override
+    {
+        ssize_t count = 0;
+        do {
+            count = ::read(descriptor, data, size_t(maximum));
+        } while (count < 0 && errno == EINTR);
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    int descriptor;
+};
+
+int openInput(const QString &path)
+{
+    if (path == standardStream) {
+        return STDIN_FILENO;
+    }
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, qt_error_string()));
+    }
+    return descriptor;
+}
+} // namespace
+
+void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take)
+{
+    InputDevice device(openInput(path));
+    LineReader reader(device);
+    std::string_view line;
+    LineReader::Status status = LineReader::Status::Line;
+    const qint64 size = device.fileSize();
+    Progress progress(QStringLiteral("Reading ") + inputName(path), size);
+    qint64 number = 1;
+    qint64 bytes = 0;
+    for (; (status = reader.next(line)) == LineReader::Status::Line; ++number) {
+        bytes += qint64(line.size()) + 1;
+        if (number % progressStep == 0) {
+            progress.report(size > 0 ? bytes : number);
+        }
+        take(withoutReturnsAtEnd(line), number);
+    }
+    if (status == LineReader::Status::TooLong) {
+        throw CommandError(path, number,
+                           QStringLiteral("a line of more than %1 MiB").arg(LineReader::MaxLineLength >> 20));
+    }
+    if (status == LineReader::Status::Failed) {
+        throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
+    }
+}
