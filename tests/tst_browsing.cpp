@@ -1,7 +1,7 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
-#include "graphlist.h"
 #include "graph.h"
+#include "graphlist.h"
 #include "node.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"

@@ -1,13 +1,13 @@
 #include "graph.h"
 #include "node.h"
 #include "random.h"
-#include "textfile.h"
 #include "support/fulldisk.h"
 #include "support/latin1.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
 #include "support/withoutrights.h"
+#include "textfile.h"
 
 #include <QAbstractButton>
 #include <QApplication>

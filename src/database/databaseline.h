@@ -13,8 +13,8 @@ struct DatabaseLine {
 };
 
 /// Reads one line of a database file: UTF-8 text without its "\n", fields separated by single tabs. Every "\r" is
-/// dropped, wherever it stands. Returns false, with @p line as it was, when the line names no graph: when it is empty or
-/// its first field is.
+/// dropped, wherever it stands. Returns false, with @p line as it was, when the line names no graph: when it is empty
+/// or its first field is.
 bool parseDatabaseLine(std::string_view bytes, DatabaseLine &line);
 
 /// Splits a line that is normalised already (see textline.h) at single tabs, empty fields included.

@@ -70,7 +70,6 @@ void writeInvariantFile(const QVector<TAVGraph *> &graphs, OutputFile &file)
 
 void writeNameFile(const QVector<TAVGraph *> &graphs, OutputFile &file)
 {
-    writeLines(graphs, file, [](const TAVGraph &graph, QByteArray &lines) {
-        lines.append(graph.getName().toLatin1()).append('\n');
-    });
+    writeLines(graphs, file,
+               [](const TAVGraph &graph, QByteArray &lines) { lines.append(graph.getName().toLatin1()).append('\n'); });
 }

@@ -10,8 +10,8 @@ class TAVGraph;
 
 /// How the reading of an invariant file ended.
 enum class InvariantOutcome {
-    Complete,   ///< every record got its value
-    TooShort,   ///< the file has fewer lines than there are records
+    Complete, ///< every record got its value
+    TooShort, ///< the file has fewer lines than there are records
     TooFewFields,
     OtherName,  ///< a line names another graph than the record whose turn it is
     Unreadable, ///< a read error, or a line that is too long

@@ -19,8 +19,8 @@ std::string_view withoutReturnsAtEnd(std::string_view line);
 /// Takes a byte order mark off the beginning.
 std::string_view withoutByteOrderMark(std::string_view bytes);
 
-/// The valid UTF-8 that a line means: what is invalid becomes U+FFFD, and a byte order mark at the beginning is dropped.
-/// The result is @p line itself when it is plain, else it is kept in @p memory.
+/// The valid UTF-8 that a line means: what is invalid becomes U+FFFD, and a byte order mark at the beginning is
+/// dropped. The result is @p line itself when it is plain, else it is kept in @p memory.
 std::string_view normaliseKeepingReturns(std::string_view line, QByteArray &memory);
 /// The same without any "\r".
 std::string_view normaliseDroppingReturns(std::string_view line, QByteArray &memory);

@@ -375,8 +375,7 @@ QString Graph::g6currentGraphData() const
         std::cerr << "Graph too large for g6 format" << std::endl;
         return QStringLiteral("0");
     }
-    return QString::fromStdString(
-        graph6::encode(usedSlots(nbNodes), [this](int u, int v) { return edge(u, v); }));
+    return QString::fromStdString(graph6::encode(usedSlots(nbNodes), [this](int u, int v) { return edge(u, v); }));
 }
 
 // Count and bits.
