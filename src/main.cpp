@@ -1,6 +1,7 @@
 #include "TAVmainwindow.h"
 #include "applicationtitle.h"
 #include "heap.h"
+#include "outputfile.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -12,6 +13,7 @@ int main(int argc, char *argv[])
     useLargeHeapSteps();
     // The reader of the error stream, or of a FIFO that a list is saved into, may leave; the window stays.
     std::signal(SIGPIPE, SIG_IGN);
+    failBeyondFileSizeLimit();
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tavoline"));
     QApplication::setOrganizationDomain(QStringLiteral("tavoline.example"));

@@ -5,6 +5,7 @@
 #include "interruption.h"
 #include "invariant.h"
 #include "output.h"
+#include "outputfile.h"
 #include "run.h"
 
 #include <QCoreApplication>
@@ -106,6 +107,7 @@ void openClosedStreams()
 int main(int argc, char *argv[])
 {
     useLargeHeapSteps();
+    failBeyondFileSizeLimit();
     openClosedStreams();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);

@@ -1,11 +1,15 @@
 #include "outputfile.h"
 
+#include "replacement.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <initializer_list>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,94 +33,96 @@ int standardStreamAt(const QString &path)
     return -1;
 }
 
-/// Opens a standard stream a second time, at the place to which it is written.
-bool openStandardStream(QFile &file, int stream)
-{
-    const int descriptor = ::fcntl(stream, F_DUPFD_CLOEXEC, 0);
-    return descriptor >= 0 && file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
-}
-
 /// Opens what is no regular file. A FIFO that nobody reads is refused: a plain open would wait for a reader, and the
-/// window with it.
-bool openWithoutWaiting(QFile &file)
+/// window with it. Once it is open, a slow reader is waited for.
+int openWithoutWaiting(const QString &path)
 {
-    const int descriptor = ::open(QFile::encodeName(file.fileName()).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    // From here on a slow reader is waited for.
-    return descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_WRONLY) == 0 &&
-           file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_WRONLY) != 0) {
+        ::close(descriptor);
+        return -1;
+    }
+    return descriptor;
 }
 
-bool openDirectly(QFile &file)
+/// A standard stream is opened a second time, at the place to which it is written.
+int openDirectly(const QString &path)
 {
-    const int stream = standardStreamAt(file.fileName());
-    return stream >= 0 ? openStandardStream(file, stream) : openWithoutWaiting(file);
+    const int stream = standardStreamAt(path);
+    return stream >= 0 ? ::fcntl(stream, F_DUPFD_CLOEXEC, 0) : openWithoutWaiting(path);
 }
 
-/// Why a file that is to be replaced could not be opened: of one that may not be written the toolkit does not say it.
-QString reasonOf(const QSaveFile &file)
+/// Waits until a descriptor that does not wait by itself takes bytes again.
+void waitForRoom(int descriptor)
 {
-    const bool isForbidden = ::access(QFile::encodeName(file.fileName()).constData(), W_OK) != 0 && errno != ENOENT;
-    return isForbidden ? qt_error_string() : file.errorString();
+    pollfd room{descriptor, POLLOUT, 0};
+    ::poll(&room, 1, -1);
 }
 
-WriteResult writeInto(QFileDevice &file, const std::function<void(OutputFile &)> &write, QString &reason)
+using Writer = std::function<void(OutputFile &)>;
+
+WriteResult writeDirectly(const QString &path, const Writer &write, QString &reason)
 {
-    OutputFile output(file);
+    const int descriptor = openDirectly(path);
+    if (descriptor < 0) {
+        reason = qt_error_string(errno);
+        return WriteResult::NotOpened;
+    }
+    OutputFile output(descriptor);
     write(output);
-    if (!output.finish()) {
-        reason = output.reason();
+    const bool isClosed = ::close(descriptor) == 0 || errno == EINTR; // Linux has closed it then
+    if (!output.tookEverything() || !isClosed) {
+        reason = output.tookEverything() ? qt_error_string(errno) : output.reason();
         return WriteResult::Failed;
     }
     return WriteResult::Written;
 }
 
-WriteResult writeDirectly(const QString &path, const std::function<void(OutputFile &)> &write, QString &reason)
+WriteResult replace(const QString &path, const Writer &write, QString &reason)
 {
-    QFile file(path);
-    if (!openDirectly(file)) {
-        reason = qt_error_string();
+    Replacement file;
+    if (!file.open(QFile::encodeName(path))) {
+        reason = qt_error_string(errno);
         return WriteResult::NotOpened;
     }
-    return writeInto(file, write, reason);
-}
-
-WriteResult replace(const QString &path, const std::function<void(OutputFile &)> &write, QString &reason)
-{
-    // Without the fallback to writing directly: it would truncate the old file before the new one is complete.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        reason = reasonOf(file);
-        return WriteResult::NotOpened;
-    }
-    const WriteResult result = writeInto(file, write, reason);
-    if (result == WriteResult::Written && !file.commit()) {
-        reason = file.errorString();
+    OutputFile output(file.descriptor());
+    write(output);
+    if (!output.tookEverything()) {
+        reason = output.reason();
         return WriteResult::Failed;
     }
-    return result; // a file that is not committed is taken back
+    if (!file.commit()) {
+        reason = qt_error_string(errno);
+        return WriteResult::Failed;
+    }
+    return WriteResult::Written;
 }
 } // namespace
 
 void OutputFile::write(const QByteArray &bytes)
 {
     // A disk that fills up takes a part first; why it does not take the rest is known when that is offered.
-    for (qint64 taken = 0; complete && taken < bytes.size();) {
-        const qint64 count = device.write(bytes.constData() + taken, bytes.size() - taken);
-        complete = count > 0;
-        taken += count;
+    for (int taken = 0; complete && taken < bytes.size();) {
+        const ssize_t count = ::write(descriptor, bytes.constData() + taken, size_t(bytes.size() - taken));
+        if (count >= 0) {
+            taken += int(count);
+        } else if (errno == EAGAIN) {
+            waitForRoom(descriptor);
+        } else if (errno != EINTR) {
+            fault = errno;
+            complete = false;
+        }
     }
 }
 
-bool OutputFile::finish()
+QString OutputFile::reason() const
 {
-    complete = complete && device.flush();
-    return complete;
+    return qt_error_string(fault);
 }
 
-QString OutputFile::reason()
+void failBeyondFileSizeLimit()
 {
-    device.flush(); // which tells it where only a part of what was kept back was taken
-    return device.errorString();
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool isReplaced(const QString &path)
@@ -128,7 +134,7 @@ bool isReplaced(const QString &path)
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason)
 {
     if (path.isEmpty()) {
-        return WriteResult::NotOpened; // a cancelled dialog; the toolkit would complain on its own account
+        return WriteResult::NotOpened; // a dialog that was cancelled
     }
     QString unread;
     QString &why = reason != nullptr ? *reason : unread;

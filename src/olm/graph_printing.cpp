@@ -4,13 +4,14 @@
 #include "outputfile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrinter>
-#include <QTemporaryFile>
 
 #include <algorithm>
+#include <sys/mman.h>
 
 namespace
 {
@@ -57,13 +58,14 @@ void Graph::slot_print()
     }
     setWD(QFileInfo(path).dir().path());
 
-    // The printer would empty a file that stands there before it writes, and does not tell when the disk is full.
-    QTemporaryFile pdf;
-    if (!pdf.open()) {
+    // The printer would empty a file that stands there before it writes, and does not tell when the disk is full: it
+    // gets a file that is in memory only.
+    QFile pdf;
+    if (!pdf.open(::memfd_create("page", MFD_CLOEXEC), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         return;
     }
     writeFile(path, [&](OutputFile &output) {
-        printToFile(*this, pdf.fileName());
+        printToFile(*this, QStringLiteral("/proc/self/fd/%1").arg(pdf.handle()));
         slot_rescale(uniformScale);
         const QByteArray bytes = pdf.readAll();
         if (bytes.endsWith("%%EOF\n")) {

@@ -4,8 +4,6 @@
 #include "interruption.h"
 #include "outputfile.h"
 
-#include <QFile>
-
 #include <cstdio>
 #include <optional>
 #include <unistd.h>
@@ -31,15 +29,8 @@ void produceInto(OutputFile &file, const QString &path, const std::function<void
 
 void writeStandardOutput(const std::function<void(const Write &)> &produce)
 {
-    QFile stream;
-    if (!stream.open(STDOUT_FILENO, QIODevice::WriteOnly)) {
-        throw cannotWrite(standardStream, stream.errorString());
-    }
-    OutputFile file(stream);
+    OutputFile file(STDOUT_FILENO);
     produceInto(file, standardStream, produce);
-    if (!file.finish()) {
-        throw cannotWrite(standardStream, file.reason());
-    }
 }
 } // namespace
 
