@@ -1,4 +1,4 @@
-/// How many graphs a second the window shows when the user steps through a list, each one painted.
+/// How many graphs a second the window paints when the user steps through a list.
 
 #include "TAVmainwidget.h"
 #include "TAVmainwindow.h"

@@ -1,11 +1,10 @@
-/// The making of a database by "tav build", beside the plain way to it: a program on one core, with one map from
-/// canonical form to number.
+/// The time of "tav build" for a database, compared with that of plainbuild, the straightforward program for one core.
 ///
 ///     bench_build [BENCHMARK_OPTION...] [ORDER]
 ///
 /// The input is the connected graphs on up to ORDER vertices, 9 by default. A row is wall time; "cpu" are seconds of
-/// processor time, "peakMB" is the highest memory and "plains" the multiple of the plain way's wall time. The outputs
-/// must agree byte for byte.
+/// processor time, "peakMB" is the highest memory and "plains" the wall time as a multiple of that of plainbuild. The
+/// outputs must be equal byte for byte.
 
 #include <QByteArray>
 #include <QFile>
@@ -55,7 +54,7 @@ private:
         }
     }
 
-    /// Runs a command, which must leave in @p output the bytes of @p expected.
+    /// Adds the row of a command, which must write the same bytes to @p output as there are in @p expected.
     void row(const char *name, const std::vector<const char *> &command, const QByteArray &output,
              const QByteArray &expected)
     {

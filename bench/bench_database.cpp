@@ -1,14 +1,14 @@
-/// The work on a database, through the list manager as the window does it, beside the floor: a plain program over flat
-/// arrays, which is run on the same file before and after the rows.
+/// The time of every operation on a database, called through the list manager as the window calls it, compared with the
+/// floor: a minimal program over flat arrays (floor.cpp), which is run on the same file before and after the rows.
 ///
 ///     bench_database [DATABASE.tav] [BENCHMARK_OPTION...]
 ///
 /// Without a file it takes the 273 193 connected graphs on up to nine vertices. A file must not name a graph twice.
 ///
-/// The time of a row is that of its rounds on average; "floors" is its least time as a multiple of the floor's. "MB" is
-/// the memory after the last round, "peakMB" the highest in it. Rows can be left out and repeated: the database, the
-/// values and the lists that one needs are made before each round, outside its time. A row that fails or has a wrong
-/// result ends with an error, and so does the program.
+/// The time of a row is the average of its rounds; "floors" is its shortest time as a multiple of the floor's. "MB" is
+/// the memory after the last round, "peakMB" the highest during it. Rows can be left out and repeated: each round first
+/// makes the database, the values and the lists that it needs, outside of the measured time. A row that fails or has a
+/// wrong result ends with an error, and then so does the program.
 
 #include "TAVmanager.h"
 #include "databasefiles.h"
@@ -35,7 +35,7 @@
 
 namespace
 {
-/// The seconds that each pass of the floor takes on the file @p database.
+/// The seconds that each pass of the floor takes for the file @p database, by the name of the pass.
 QMap<QByteArray, double> measureFloor(const QString &database)
 {
     QProcess process;
@@ -54,7 +54,7 @@ QMap<QByteArray, double> measureFloor(const QString &database)
     return floor;
 }
 
-/// A figure of the process in megabytes.
+/// An entry of /proc/self/status in megabytes.
 double memory(const char *name)
 {
     QFile status(QStringLiteral("/proc/self/status"));
@@ -70,7 +70,7 @@ double memory(const char *name)
     return 0;
 }
 
-/// From here on "VmHWM:" is the highest memory; where the system does not let it be reset, it is that of all the time.
+/// Resets "VmHWM:", the highest memory; where the system does not allow that, it counts from the start of the program.
 void forgetHighestMemory()
 {
     QFile file(QStringLiteral("/proc/self/clear_refs"));
@@ -79,7 +79,7 @@ void forgetHighestMemory()
     }
 }
 
-/// The sizes that the list of a row may have. None has the size 0: the manager adds no empty list.
+/// The sizes that the list of a row may have. No list counts as the size 0, since the manager adds no empty list.
 struct Size {
     static Size exactly(qint64 size) { return {size, size}; }
     static Size atLeast(qint64 size) { return {size, std::numeric_limits<qint64>::max()}; }
@@ -90,7 +90,7 @@ struct Size {
     qint64 most;
 };
 
-/// What I1 and I2 are before a round. Without values they are whatever they were.
+/// The values of I1 and I2 before a round; nullptr where the row needs none.
 struct Invariants {
     Value first = nullptr;
     Value second = nullptr;
@@ -98,19 +98,19 @@ struct Invariants {
 
 using Step = std::function<bool()>;
 
-/// A row of the table: work, which returns whether it succeeded, on a database without lists.
+/// A row of the table: some work, which returns whether it succeeded. By default it needs a database and no lists.
 struct Row {
     Row(QByteArray rowName, Step rowWork) : name(std::move(rowName)), work(std::move(rowWork)) {}
 
     Row onEmptyDatabase() const { return with(&Row::needsDatabase, false); }
     Row onInvariants(const Invariants &needed) const { return with(&Row::invariants, needed); }
-    /// The work starts from lists with the names of the files of names.
+    /// The work needs the lists @p needed, which are read from the files of names with the same names.
     Row onLists(const QStringList &needed) const { return with(&Row::lists, needed); }
     /// The work makes the list named "result".
     Row makingList(const Size &expected) const { return with(&Row::size, expected); }
-    /// The work makes something else, too, which @p test finds right.
+    /// @p test returns whether the work had the right result.
     Row checkedBy(const Step &test) const { return with(&Row::check, test); }
-    /// The floor has a pass of that name for such work.
+    /// The time is compared with that of the floor's pass @p pass.
     Row besideFloor(const QByteArray &pass) const { return with(&Row::floor, pass); }
 
     QByteArray name;
@@ -133,12 +133,12 @@ private:
 
 using Query = bool (TAVManager::*)(const QString &newName);
 
-/// A question to the neighbours, which the manager asks the sub-graphs and the super-graphs.
+/// A query that walks through sub-graphs, and the same for super-graphs.
 struct Walk {
     QByteArray name;
     Query subs;
     Query over;
-    Value matching; ///< the I2 with which every neighbour matches a graph whose I1 is level
+    Value matching; ///< when I1 is level and I2 this, every neighbour matches
 };
 
 const Walk walks[] = {
@@ -230,7 +230,8 @@ private:
             addQuery(walk.name + "-over/matching", walk.over, matching, "walk-matching",
                      Size::exactly(files.withSuperGraphs));
         }
-        // Values that neither match nor fail stand between a graph and the others.
+        // Some I2 differ from the I1 by exactly the tolerance: they neither match nor fail, and the walk does not go on
+        // from them.
         addQuery("list-eq-subs/barred", &TAVManager::addI1eqI2subsList, {level, nearLevel}, "walk-matching",
                  Size::exactly(files.withLevelSubGraphs));
         addQuery("list-ge/varied", &TAVManager::addI1geI2List, varied, "compare", found("compare"));
@@ -337,7 +338,7 @@ private:
         state.SkipWithError(message);
     }
 
-    // What a row needs. Only what is not there is made.
+    // What a row needs is made if it is not there yet.
 
     bool provide(const Row &row)
     {
@@ -372,7 +373,7 @@ private:
         return succeeded;
     }
 
-    // Work of which the manager does not return whether it succeeded.
+    // Operations for which the manager does not return whether they succeeded.
 
     bool load()
     {
@@ -418,9 +419,9 @@ private:
     QMap<QByteArray, double> floor;
     DatabaseFiles files;
     TAVManager manager;
-    QString said; // on the console, last
+    QString said; // the last console line
     bool isLoaded = false;
-    Invariants present; // the values that the database has
+    Invariants present; // of the loaded database; nullptr where unknown
     bool failed = false;
 };
 } // namespace

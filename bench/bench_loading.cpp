@@ -3,10 +3,10 @@
 ///     bench_loading [DATABASE.tav] [BENCHMARK_OPTION...]
 ///
 /// "longestGap_ms" is the longest time between two turns of the event loop, from the start of the load to the first
-/// turn after its end. Meanwhile the window is moved and resized again and again as a window manager does it;
-/// "longestAnswer_ms" is the longest time until it has handled both and painted itself, "answers" how often it did, and
-/// "barPaintings" how often the progress bar was painted. "call_ms" is the call that starts the load, in which a full
-/// database is emptied: only then it is no part of the gaps.
+/// turn after its end. Meanwhile the window is moved and resized again and again, as by a window manager.
+/// "longestAnswer_ms" is the longest time until it has handled both and painted itself, "answers" the number of times
+/// that it did, and "barPaintings" the number of times that the progress bar was painted. "call_ms" is the time of the
+/// call that starts the load. It counts as a gap, except in a full database, which the call empties first.
 ///
 /// Both may take at most 100 ms; a row that takes longer is labelled, and the program ends with an error.
 
@@ -30,7 +30,7 @@
 
 namespace
 {
-/// How often the event loop is asked whether it turns, in milliseconds.
+/// How often a timer notes that the event loop turns, in milliseconds.
 constexpr int turnInterval = 2;
 /// How long the window is left alone between two moves, in milliseconds.
 constexpr int moveInterval = 20;
@@ -79,8 +79,8 @@ private:
     QElapsedTimer sinceTurn;
 };
 
-/// Moves and resizes a window by way of the window system, whose events come through the event loop, and measures when
-/// it has handled them.
+/// Moves and resizes a window through the window system, whose events arrive in the event loop, and measures the time
+/// until the window has handled them.
 class Mover : public QObject
 {
 public:
@@ -104,7 +104,7 @@ public:
         return QObject::eventFilter(watched, event);
     }
 
-    /// Counts a move that the window has not answered yet as if it did now.
+    /// Ends the measurement. A move that is not handled yet counts as if it were handled now.
     void finish()
     {
         timer.stop();
@@ -174,7 +174,7 @@ private:
             ->Unit(benchmark::kMillisecond);
     }
 
-    /// Makes the database full, or empty, and lets the window come to rest.
+    /// Loads the database, or empties it, and handles the events of that.
     void provide(bool full)
     {
         if (full && !isLoaded) {
@@ -213,7 +213,7 @@ private:
         } else if (mover.answers == 0 || paintings.count == 0) {
             fail(state, "the window did not move or repaint");
         } else if (longestGap > bar || mover.longestAnswer > bar) {
-            failed = true; // and the figures are shown
+            failed = true; // without SkipWithError(), which would hide the counters
             state.SetLabel("over 100 ms");
         }
     }

@@ -12,7 +12,7 @@
 
 namespace
 {
-/// A file that is written here; to be left only when everything is in it.
+/// A file that is being written. The destructor ends the program if not everything could be written.
 class NewFile
 {
 public:
@@ -99,7 +99,7 @@ DatabaseFiles::DatabaseFiles(const QString &databasePath, QString temporaryFolde
     withSuperGraphs = std::count(hasSuperGraph.begin(), hasSuperGraph.end(), true);
 }
 
-/// Counts the links of a line, whose graph is the last one yet.
+/// Counts the links of a line. Its graph is the last one of @p hasSuperGraph.
 void DatabaseFiles::addLinks(const QByteArray &line, std::vector<bool> &hasSuperGraph)
 {
     const char *const end = line.constData() + line.size();

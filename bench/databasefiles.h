@@ -10,11 +10,11 @@
 /// An invariant: its value for the graph of a line, NaN for a missing one.
 using Value = double (*)(uint32_t line);
 
-/// What is known of a database, and files of its names and of invariants, so that the rows of a benchmark start from
-/// files as a user does. A file that cannot be read or written ends the program.
+/// The numbers of graphs and links in a database, and files of its names and of invariants, from which the rows of a
+/// benchmark start as a user does. Ends the program when a file cannot be read or written.
 ///
-/// The files of names are all.g6; half.g6 and other-half.g6, which share half of their names; and thousand.g6, names
-/// from everywhere.
+/// The files of names are all.g6; half.g6 and other-half.g6, which have half of their names in common; and thousand.g6,
+/// with about a thousand names from all parts of the database.
 class DatabaseFiles
 {
 public:
@@ -23,7 +23,7 @@ public:
 
     QString path(const QString &name) const { return folder + QLatin1Char('/') + name; }
 
-    /// Writes the file @p name, which gives @p value to every graph.
+    /// Writes the file @p name with the values of the invariant @p value.
     void writeInvariant(const QString &name, Value value) const;
 
     qint64 graphs = 0;

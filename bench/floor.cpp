@@ -1,13 +1,13 @@
-/// The least that one core can do with a database file: map it, parse it into flat arrays of links both ways, and pass
-/// over them once for an average in either direction, a walk and a comparison. The program's own figures are read as
-/// multiples of these.
+/// How fast the work on a database can be at best on one core: maps the file, parses it into flat arrays of links in
+/// both directions, and passes over them once for each of an average over sub-graphs and super-graphs, a walk and a
+/// comparison. The times of Tavoline are given as multiples of these.
 ///
 ///     floor DATABASE.tav
 ///
-/// Prints "NAME SECONDS" lines, the least of several rounds, so that it is of no account whether the file is in memory
-/// yet; "NAME-found COUNT" lines, how many graphs a pass has found; and the highest memory in bytes. The values of the
-/// walk and of the comparison are those of the rows of bench_database, in the same order. The averages here have no
-/// missing values, which the program's have: to look for them takes time, and this is the least.
+/// Prints lines "NAME SECONDS" with the shortest time of several rounds (in the first one the file may not be in memory
+/// yet), lines "NAME-found COUNT" with the number of graphs that a pass has found, and the highest memory in bytes. The
+/// walk and the comparison use the same values as the rows of bench_database. The averages are over values of which
+/// none is missing: checking for missing ones, as Tavoline must, takes time.
 ///
 /// The file is trusted: numbers of earlier lines, single tabs, "\n" after every line.
 
@@ -32,8 +32,8 @@
 
 namespace
 {
-/// Does @p work until it has taken half a second, but at least twice, prints the least time that it took, and returns
-/// its last result. What it makes is deleted outside that time.
+/// Repeats @p work for half a second, but at least twice, prints the shortest time and returns the last result. The
+/// time does not include the deletion of the results.
 template<typename Work> auto measure(const char *name, Work work)
 {
     using Clock = std::chrono::steady_clock;
@@ -52,7 +52,7 @@ template<typename Work> auto measure(const char *name, Work work)
     }
 }
 
-/// Measures a pass that returns how many graphs it has found, and prints that, too.
+/// Measures a pass, which returns the number of graphs that it has found, and prints that number, too.
 template<typename Pass> void measurePass(const char *name, Pass pass)
 {
     const size_t found = measure(name, pass);
@@ -116,7 +116,7 @@ size_t countLines(const Mapping &file)
 
 void parse(Database &database)
 {
-    constexpr size_t shortestLink = 2; // bytes; memory that is reserved and not written to costs nothing
+    constexpr size_t shortestLink = 2; // bytes; too much memory may be reserved: pages never written take none
     const char *const begin = database.file.begin();
     const char *const end = database.file.end();
     const size_t lines = countLines(database.file);
@@ -184,8 +184,8 @@ size_t average(const Links &links, const std::vector<double> &inv1, std::vector<
     return found;
 }
 
-/// How many graphs have graphs below them, reached through such as have a second invariant, and only with one that is
-/// at least their own first.
+/// The number of graphs such that the walk to the graphs below meets a value of I2 and none less than I1 of the graph.
+/// The walk stops at graphs without I2.
 size_t walk(const Links &below, const std::vector<double> &inv1, const std::vector<double> &inv2)
 {
     constexpr double nothing = std::numeric_limits<double>::infinity();
@@ -228,7 +228,7 @@ int main(int argc, char *argv[])
         std::fputs("usage: floor DATABASE.tav\n", stderr);
         return 2;
     }
-    mallopt(M_MMAP_THRESHOLD, 64 << 10); // every round takes its memory from the system, as the first one does
+    mallopt(M_MMAP_THRESHOLD, 64 << 10); // like the first round, each one gets new memory from the system
     const auto database = measure("load", [path = argv[1]] { return std::make_unique<Database>(path); });
     const Links &sub = database->below;
     const Links &over = database->above;

@@ -1,5 +1,5 @@
-/// The plain way to a database of graphs, on one core: reads graph6 strings from standard input, one a line, and writes
-/// to standard output what "tav build" does. Of the automorphisms that the canonical form tells of it makes no use.
+/// The straightforward program for the work of "tav build", on one core and without use of the automorphisms that nauty
+/// finds: reads graph6 strings from standard input, one a line, and writes the same database to standard output.
 ///
 /// The input is trusted: graph6 of at most 62 vertices and "\n" after every line.
 
@@ -82,7 +82,7 @@ std::vector<Line> readLines()
 int main()
 {
     std::ios::sync_with_stdio(false);
-    std::unordered_map<std::string, uint32_t> numbers; // in the database, by canonical form
+    std::unordered_map<std::string, uint32_t> numbers; // by canonical form: the number in the database
     std::vector<uint32_t> links;
     for (const Line &line : readLines()) {
         const Rows rows = decode(line.name);

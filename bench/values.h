@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <limits>
 
-// Values of an invariant by the number of the graph's line, NaN for a missing one. A file that is written with six
-// digits gives them back exactly.
+// Values of invariants, by the number of the graph's line; NaN for a missing one. They have six digits, so that writing
+// them to an invariant file loses nothing.
 
-/// The finaliser of MurmurHash3: numbers as good as random, the same in every run.
+/// The finaliser of MurmurHash3: pseudo-random numbers, the same in every run.
 inline uint32_t mixed(uint32_t number)
 {
     number ^= number >> 16;
@@ -44,19 +44,19 @@ inline double level(uint32_t)
     return 0.0;
 }
 
-/// Above the level everywhere.
+/// Greater than level() for every graph.
 inline double above(uint32_t line)
 {
     return sixDigits(mixed(line));
 }
 
-/// Below the level everywhere.
+/// Less than level() for every graph.
 inline double below(uint32_t line)
 {
     return -above(line);
 }
 
-/// On the level, or, for one graph in four, away from it by exactly the tolerance of a comparison.
+/// level(), or for one graph in four, greater than it by exactly the tolerance of comparisons.
 inline double nearLevel(uint32_t line)
 {
     return mixed(line) >> 30 == 0 ? 1e-8 : 0.0;

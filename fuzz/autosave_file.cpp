@@ -1,4 +1,4 @@
-// The file that keeps the viewer's graph between two runs.
+// The file in which the viewer keeps its graph between two runs of the program.
 
 #include "fuzztarget.h"
 #include "viewerchecks.h"

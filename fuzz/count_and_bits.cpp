@@ -1,4 +1,4 @@
-// The text of a vertex count and a bit for each pair.
+// A graph as text: its number of vertices, then a bit for each pair of them.
 
 #include "fuzztarget.h"
 #include "viewerchecks.h"

@@ -1,5 +1,5 @@
-// A database file, through the loader thread's own code. The first byte of an input is the length of the chunks in
-// which the file is read a second time.
+// A database file, read by the code of the loader thread. The file is read a second time in small chunks; the first
+// byte of an input is their length.
 
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"

@@ -1,4 +1,4 @@
-// One line of a database file: parsing its bytes gives what splitting the decoded line gives.
+// One line of a database file: parsing its bytes gives the same as splitting its text.
 
 #include "databaseline.h"
 #include "fuzztarget.h"

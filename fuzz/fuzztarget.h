@@ -8,17 +8,17 @@
 #include <cstdint>
 #include <string_view>
 
-// What the targets share. A target is one source file with LLVMFuzzerInitialize(), called once, and
-// LLVMFuzzerTestOneInput(), called for every input; libFuzzer calls them, or replay.cpp where there is no libFuzzer.
+// Shared by all targets. A target is a source file with LLVMFuzzerInitialize(), which is called once, and
+// LLVMFuzzerTestOneInput(), which is called for every input. They are called by libFuzzer, or in a build without it,
+// by replay.cpp.
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-/// Silences the code under test, and makes the application object: of widgets, without a display, when @p Application
-/// is QApplication.
+/// Silences the code under test and makes the application object. A QApplication uses the offscreen platform.
 template<typename Application> int startTarget(int *argc, char ***argv);
 
-/// Reports an input that breaks a promise: names the promise and aborts.
+/// Prints @p promise and aborts unless @p kept.
 void require(bool kept, const char *promise);
 
 /// The bytes of an input, taken from its beginning.
@@ -32,7 +32,7 @@ public:
     int byte();
     /// A number from 0 to @p count - 1, made of the next byte.
     int below(int count) { return byte() % count; }
-    /// Everything that was not taken.
+    /// The bytes that were not taken yet.
     std::string_view rest() const { return bytes; }
     QByteArray restAsBytes() const { return {bytes.data(), int(bytes.size())}; }
 
@@ -67,7 +67,7 @@ public:
     QByteArray text() const;
 };
 
-/// What startTarget() does before the application is made.
+/// For startTarget(): chooses the offscreen platform, and drops all messages of Qt and all output to std::cerr.
 void silence();
 
 template<typename Application> int startTarget(int *argc, char ***argv)

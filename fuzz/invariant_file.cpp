@@ -1,4 +1,4 @@
-// An invariant file for a database of four graphs, and the lines that are written for what its lines say.
+// An invariant file for a database of four graphs. Each of its lines is also written again, and read once more.
 
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"
@@ -9,7 +9,7 @@
 
 namespace
 {
-/// What is written for a line.
+/// The line that is written after reading a line; empty when it cannot be read.
 QByteArray rewritten(const QByteArray &bytes)
 {
     InvariantLine line;

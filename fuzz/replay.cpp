@@ -1,4 +1,4 @@
-// Runs a target without libFuzzer: once for every file named, or found in the folders named, on the command line.
+// Runs a target without libFuzzer, once for each file. The arguments are files and folders of files.
 
 #include "fuzztarget.h"
 
@@ -33,7 +33,7 @@ bool replay(const QString &path)
     }
     const QByteArray input = file.readAll();
     std::printf("%s\n", qPrintable(path));
-    std::fflush(stdout); // the last line tells the input that a crash is due to
+    std::fflush(stdout); // after a crash the last line is the name of the input
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(input.constData()), std::size_t(input.size()));
     return true;
 }

@@ -1,4 +1,4 @@
-// A graph6 string, as the companion program reads it.
+// A graph6 string, as tav reads it.
 
 #include "fuzztarget.h"
 #include "smallgraph.h"

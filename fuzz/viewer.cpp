@@ -1,4 +1,4 @@
-// Random operations on the viewer: its bytes are the operations of an input, each with its arguments behind it.
+// Operations on the viewer: the bytes of an input are operations, each followed by its arguments.
 
 #include "fuzztarget.h"
 #include "node.h"
@@ -23,10 +23,10 @@ constexpr int maxOperations = 40;
 constexpr int viewSize = 400;
 
 enum class Effect {
-    None,     ///< the current graph stays as it is, or is published
-    Changes,  ///< the current graph may become another one than the best graph
-    Copies,   ///< it may, and the vertex items do not follow
-    Publishes ///< the current graph and the best graph are the same afterwards
+    None,     ///< leaves the current graph as it is, or publishes it
+    Changes,  ///< may make the current graph differ from the best graph
+    Copies,   ///< the same, and the vertex items may differ from both
+    Publishes ///< makes the best graph the same as the current graph
 };
 
 struct Operation {
@@ -34,7 +34,7 @@ struct Operation {
     void (*apply)(Graph &graph, InputBytes &input);
 };
 
-/// A number around those of the slots.
+/// The number of a slot, or one up to two below or above them.
 int slot(InputBytes &input)
 {
     return input.below(Graph::MAX_NODES + 4) - 2;
@@ -57,7 +57,7 @@ template<void (Graph::*Command)()> constexpr Operation command(Effect effect = E
 
 void pressKey(Graph &graph, InputBytes &input)
 {
-    // All that have a meaning but the one that opens a dialog.
+    // All keys with a meaning, except P, which opens a dialog.
     constexpr int keys[] = {Qt::Key_X,    Qt::Key_K,         Qt::Key_O, Qt::Key_E,      Qt::Key_V,     Qt::Key_C,
                             Qt::Key_A,    Qt::Key_I,         Qt::Key_R, Qt::Key_Z,      Qt::Key_U,     Qt::Key_D,
                             Qt::Key_L,    Qt::Key_Right,     Qt::Key_H, Qt::Key_Left,   Qt::Key_Up,    Qt::Key_Down,
@@ -112,7 +112,7 @@ void useMenu(Graph &graph, InputBytes &input)
     }
 }
 
-/// Lets a timer of the view expire, or one that it has no longer.
+/// Lets a timer of the view expire; when it has none, sends the event of a timer that was stopped.
 void letTimerExpire(Graph &graph, InputBytes &input)
 {
     int id = input.byte();
@@ -124,7 +124,7 @@ void letTimerExpire(Graph &graph, InputBytes &input)
     QApplication::sendEvent(&graph, &event);
 }
 
-/// Opens a graph file of any count, whose vertices have any places and any neighbours.
+/// Opens a graph file with a number of vertices around the limits, at any places, with any neighbours.
 void openFile(Graph &graph, InputBytes &input)
 {
     const int count = slot(input);
@@ -165,7 +165,7 @@ QVector<double> numbers(InputBytes &input)
     return values;
 }
 
-/// A graph to copy, of up to as many vertices as there are slots.
+/// Copies another graph, then the graph itself.
 void copyOther(Graph &graph, InputBytes &input)
 {
     Graph other(QStringLiteral("other"), false);

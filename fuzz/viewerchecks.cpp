@@ -50,7 +50,8 @@ public:
     }
 };
 
-/// Whether the item belongs to the current graph. Only the copy of that flag can be read: it is put back.
+/// Whether the item belongs to the current graph. The flag itself has no getter: this copies it to where there is one,
+/// and restores both afterwards.
 bool exists(Node &vertex)
 {
     const bool visible = vertex.getVisible();
@@ -100,7 +101,7 @@ void requireSound(Graph &graph)
 
     int edges = 0;
     for (int i = 0; i < n; i++) {
-        int neighbours = current[i][i] == "1" ? 1 : 0; // left by the complement
+        int neighbours = current[i][i] == "1" ? 1 : 0; // the complement sets the diagonal
         for (int j = 0; j < n; j++) {
             require(graph.edge(i, j) == (i != j && current[i][j] == "1"), "an edge is an entry of the matrix");
             neighbours += graph.edge(i, j) ? 1 : 0;
@@ -111,7 +112,7 @@ void requireSound(Graph &graph)
     require(graph.getNbEdges() == edges, "the number of edges is that of the joined pairs");
     for (int i = 0; i < Graph::MAX_NODES; i++) {
         const QPointF place = graph.node(i)->position();
-        // Its depth has no promise: a fit in space makes that of a flat drawing NaN.
+        // z may be NaN: scaling a flat drawing to a height divides by zero.
         require(std::isfinite(place.x()) && std::isfinite(place.y()), "every vertex has a place");
     }
 }

@@ -6,31 +6,31 @@
 #include <QByteArray>
 #include <QString>
 
-/// Like startTarget<QApplication>(); message boxes, which the readers show for what is no text, are closed at once.
+/// Like startTarget<QApplication>(); also closes every message box at once: the readers show one for a binary file.
 int startViewerTarget(int *argc, char ***argv);
 
-/// A path in a folder of the process's own.
+/// A path in a temporary folder of this process.
 QString scratchPath(const QString &name);
 
 /// All bytes of a file.
 QByteArray contentOf(const QString &path);
 
-/// Requires what holds between any two operations: both matrices are symmetric, the counts of edges and neighbours are
-/// those of the pairs that are joined, and every vertex has a place.
+/// Requires what holds after every operation: both matrices are symmetric, the numbers of edges and neighbours are
+/// right, and every vertex has a place.
 void requireSound(Graph &graph);
 
 /// Requires a vertex count of 0..32.
 void requireCount(const Graph &graph);
 
-/// Requires what holds as long as the current graph is the one that was published: the best graph is the same, and the
-/// vertex items exist in step with the count.
+/// Requires what holds while the current graph is the published one: the best graph is the same, and as many vertex
+/// items exist as it has vertices.
 void requirePublished(const Graph &graph);
 
-/// Requires that the vertex items which exist are those of the current or of the best graph: what holds after every
-/// operation but copy(), which leaves the items to the caller.
+/// Requires that the vertex items that exist are those of the current or of the best graph. This holds after every
+/// operation except copy(), which leaves the items to its caller.
 void requireItemsInStep(const Graph &graph);
 
-/// Works on a graph whose vertex count may be anything.
+/// Carries out some operations on a graph and checks it. Its number of vertices may be out of range.
 void exercise(Graph &graph);
 
 #endif

@@ -63,7 +63,7 @@ void TAVGraph::average(Lists lists)
     }
 }
 
-// The comparison is strict, so that a NaN that comes first stays and a later one is ignored.
+// With a strict comparison a NaN that comes first stays, and a later one is ignored.
 template<typename Better> void TAVGraph::extremum(Lists lists, Better better)
 {
     bool found = false;
@@ -75,7 +75,7 @@ template<typename Better> void TAVGraph::extremum(Lists lists, Better better)
                 if (!found) {
                     best = value;
                 }
-                // No branch: which of two neighbours has the larger value cannot be predicted.
+                // Without a branch: the values come in no order, so that half of the predictions would be wrong.
                 best = better(value, best) ? value : best;
                 found = true;
             }

@@ -26,7 +26,7 @@ public:
     QList<TAVGraph *> getSub() const { return sub; }
     QList<TAVGraph *> getOver() const { return over; }
 
-    // The lists themselves, for walks that read each of them once.
+    // The same by reference: a copy of a QList changes its reference count, which a walk would do for every record.
     const QList<TAVGraph *> &subGraphs() const { return sub; }
     const QList<TAVGraph *> &superGraphs() const { return over; }
 

@@ -214,7 +214,7 @@ void TAVManager::loadDatabase(const QString &fileName)
     loading = true;
     engine->start(QThread::InheritPriority);
     if (!engine->isRunning() && !engine->isFinished()) {
-        // The system has no thread left. The outcome comes later, as that of any load does.
+        // The system could not make the thread. Queued, so that the outcome comes after this call, as for any load.
         QMetaObject::invokeMethod(
             mailbox,
             [this] {
@@ -254,8 +254,8 @@ void TAVManager::slot_console(const QString &text)
     emit signal_console(text);
 }
 
-/// Waits for the loader's thread after telling it to stop, and drops what it had still to say, so that nobody takes it
-/// for the words of a later load.
+/// Stops the loader thread, waits for its end, and drops those of its signals that are still in the event queue: they
+/// would be taken for signals of the next load.
 void TAVManager::stopLoading()
 {
     engine->requestInterruption();
@@ -264,7 +264,6 @@ void TAVManager::stopLoading()
     loading = false;
 }
 
-/// The end of an operation that was refused.
 bool TAVManager::refuse()
 {
     emit signal_manager_ready();

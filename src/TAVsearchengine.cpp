@@ -26,13 +26,13 @@ namespace
 {
 /// Every so many lines the loader reports its progress.
 constexpr qint64 progressStep = 10000;
-/// About how many bytes of the file the loader counts the lines of, and parses, at a time.
+/// How many bytes of the file, about, the loader reads at a time.
 constexpr int chunkLength = 1 << 20;
-/// How many records the synchronous loader makes room for at a time.
+/// How many records loadData() makes room for at a time.
 constexpr size_t recordsAtOnce = 4096;
-/// The synchronous loader's line buffer in bytes, one of them for its terminator.
+/// The line buffer of loadData() in bytes; QFile::readLine() ends each line with a zero byte.
 constexpr qint64 pieceBufferSize = 1024;
-/// Every so many lines the synchronous loader reports to standard error.
+/// Every so many lines loadData() reports to standard error.
 constexpr qint64 pieceReportStep = 1000000;
 
 void diagnose(const QString &text)
@@ -74,7 +74,7 @@ void TAVSearchEngine::run()
     Outcome outcome = Outcome::Failed;
     try {
         outcome = readFile(linkCount);
-    } catch (const std::bad_alloc &) { // a list of links, for example, that is longer than a list can be
+    } catch (const std::bad_alloc &) { // for example a line with more links than a QList can hold
         rejectUnreadable(filename);
     }
     if (outcome == Outcome::Done) {
@@ -166,7 +166,7 @@ bool TAVSearchEngine::loadInv1(const QString &path)
     });
 }
 
-// Both faults read alike here, unlike those of I1: so it is meant.
+// One text for both faults, on purpose: only loadInv1() tells them apart.
 bool TAVSearchEngine::loadInv2(const QString &path)
 {
     return loadInvariant(path, &TAVGraph::setInv2,
@@ -292,8 +292,9 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
     return Outcome::Done;
 }
 
-/// Appends the records of @p chunk, without links. Returns the number in the chunk of the first line with an index that
-/// names no record up to its own, with the records before it in place, or nothing when all are good.
+/// Appends the records of @p chunk, without links. Every index must be the position of the line's own record or of an
+/// earlier one. At the first line for which this fails it stops, with the records up to that line in place, and returns
+/// the number of the line in the chunk; when all are good it returns nothing.
 std::optional<qint64> TAVSearchEngine::addRecords(DatabaseChunk &chunk)
 {
     storage.push_back(std::move(chunk.records));
@@ -311,8 +312,8 @@ std::optional<qint64> TAVSearchEngine::addRecords(DatabaseChunk &chunk)
     return std::nullopt;
 }
 
-/// Appends the record of @p line and links it, both ways, to the records that the line names; returns false when an
-/// index names no record, with the record and its earlier links in place.
+/// Appends the record of @p line and links it, both ways, to the records whose indices the line holds. Returns false at
+/// an index without a record, with the record and its earlier links in place.
 bool TAVSearchEngine::addRecord(const DatabaseLine &line)
 {
     if (storage.empty() || storage.back().size() == storage.back().capacity()) {

@@ -23,7 +23,7 @@ namespace
 struct Command {
     const char *name;
     const char *summary;
-    /// Carries the command out; its own name is the first argument.
+    /// Runs the command; the first argument is its name.
     void (*run)(const QStringList &arguments);
 };
 
@@ -34,7 +34,7 @@ constexpr std::array commands = {
     Command{"run", "repeats an investigation without the window", runScript},
 };
 
-/// The command of that name; null when there is none.
+/// The command of that name; nullptr when there is none.
 const Command *findCommand(const QString &name)
 {
     const auto *command = std::find_if(commands.begin(), commands.end(),
@@ -80,7 +80,7 @@ int report(const CommandError &error)
     return error.status();
 }
 
-/// Where to read of the usage that @p arguments did not keep to.
+/// After a wrong command line: tells how to get the help of the command, or else of the program.
 void printHint(const QStringList &arguments)
 {
     QString program = QStringLiteral("tav");
@@ -90,13 +90,13 @@ void printHint(const QStringList &arguments)
     std::fprintf(stderr, "Try '%s --help'.\n", qPrintable(program));
 }
 
-/// A standard stream that the program was started without would be the next file that it opens. In its place comes one
-/// that refuses what is asked of that stream.
+/// If the program is started with a standard stream closed, the next file that it opens would become that stream. This
+/// puts /dev/null in its place, opened the wrong way round, so that reading or writing it fails.
 void openClosedStreams()
 {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(descriptor, F_GETFD) < 0) {
-            // The lowest descriptor that is free is this one.
+            // open() takes the lowest free descriptor, which is this one.
             const int opened = ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
             static_cast<void>(opened);
         }

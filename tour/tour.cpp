@@ -78,7 +78,7 @@ private:
         save("last-graph");
     }
 
-    /// The graphs whose average distance is at most that of all graphs below them: the complete graphs.
+    /// Finds the graphs without a graph below them whose average distance is smaller: the complete graphs.
     void compareInvariants()
     {
         driver::click(&window, QStringLiteral("Invariants manipulation"));
@@ -132,7 +132,7 @@ private:
                               view->mapFromScene(view->node(vertex)->position()));
         }
         QTest::mouseMove(view->viewport(), view->mapFromScene(QPointF(190, 90)));
-        QTest::qWait(50); // until the move has arrived: the new vertex appears under the mouse
+        QTest::qWait(50); // the move must arrive first, as the new vertex appears under the mouse
         QTest::keyClick(view, Qt::Key_K);
         expect(view->getNbNodes() == 9 && view->degree(8) == 2, "K joins a new vertex to the two that are selected");
         save("clique-vertex");
@@ -174,8 +174,8 @@ private:
         save("printed");
     }
 
-    /// The deletion of any vertex that leaves them connected makes the average distance of these graphs larger. The
-    /// first ones are cycles, the third is not.
+    /// Finds the graphs whose average distance grows whenever a vertex is deleted and the rest is connected. One might
+    /// think that only cycles are of this kind; the third graph is not one.
     void findCounterexample()
     {
         driver::click(&window, QStringLiteral("Lists manipulation"));
@@ -232,7 +232,7 @@ private:
 
     void savePicture(QWidget &shown, const char *step)
     {
-        QTest::qWait(100); // let layouts settle and everything repaint
+        QTest::qWait(100); // until layouts have settled and all widgets are painted
         ++count;
         const QString file = QStringLiteral("%1-%2.png").arg(count, 2, 10, QLatin1Char('0')).arg(QLatin1String(step));
         expect(shown.grab().save(pictures.filePath(file)), "the picture is written");
@@ -265,7 +265,7 @@ int main(int argc, char *argv[])
         std::cerr << "usage: tavoline_tour DIRECTORY" << std::endl;
         return 2;
     }
-    // The user's own work directory neither changes the tour nor is changed by it.
+    // Settings of its own: the tour neither uses nor changes those of the user.
     const QTemporaryDir settings;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
 

@@ -1,6 +1,6 @@
 #include "heap.h"
 
-#include <cstdlib> // tells which library it is
+#include <cstdlib> // defines __GLIBC__ where the C library is glibc
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -10,8 +10,9 @@ void useLargeHeapSteps()
 {
 #ifdef __GLIBC__
     mallopt(M_TOP_PAD, 64 << 20);
-    // These stop growing by themselves when the step is set. Chunks of a file use their memory again, and what is freed
-    // record by record goes back in large steps, too.
+    // Once M_TOP_PAD is set, glibc no longer adapts these two by itself. The first is large enough for a chunk of a
+    // file to come from the heap, where the next chunk uses its memory again, instead of from mmap(). The second lets
+    // memory that is freed record by record go back to the system in large steps.
     mallopt(M_MMAP_THRESHOLD, 32 << 20);
     mallopt(M_TRIM_THRESHOLD, 8 << 20);
 #endif

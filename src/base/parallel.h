@@ -7,21 +7,19 @@
 #include <functional>
 #include <future>
 
-/// The policy of std::async that makes a thread for the work. Where no more can be made, get() of the future does it:
-/// the library falls back on that when both are allowed.
+/// The policy for std::async(). With both flags libstdc++ makes a thread for the work, and when the system has no more
+/// threads, leaves the work to get() of the future; with std::launch::async alone it would throw.
 constexpr std::launch threadIfPossible = std::launch::async | std::launch::deferred;
 
 /// The number of processors, at least 1.
 int processorCount();
 
-/// How many threads work that is not given a number of its own is shared out to: setThreadCount()'s, else
-/// processorCount().
+/// The number of threads for parallel work: the one that setThreadCount() set, by default processorCount().
 int threadCount();
-/// Sets threadCount(), for work that starts from now on; 0 for the number of processors.
+/// Sets threadCount() for work that starts from now on; 0 restores the default.
 void setThreadCount(int count);
 
-/// How many records or names a thread takes at a time: so many that a small database is done before a second one
-/// starts.
+/// How many records or names a thread takes at a time. Work on fewer takes less time than the start of a second thread.
 constexpr std::size_t recordsPerPiece = 1 << 14;
 
 /// Calls @p work for ranges [begin, end) that together make up [0, @p count), on @p jobs threads, the caller's being
@@ -31,8 +29,8 @@ void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
                   const std::function<void(std::size_t begin, std::size_t end)> &work);
 
 /// Calls @p make for ranges of @p pieceLength that together make up [0, @p count), several at the same time on all
-/// processors, and @p take, in the caller's thread, for what it returns, in the order of the ranges. The caller's
-/// thread does what no thread can be made for.
+/// processors, and @p take, in the caller's thread, for what it returns, in the order of the ranges. When no thread can
+/// be made, the caller's thread does the work.
 void forEachPiece(std::size_t count, std::size_t pieceLength,
                   const std::function<QByteArray(std::size_t begin, std::size_t end)> &make,
                   const std::function<void(const QByteArray &piece)> &take);

@@ -10,14 +10,14 @@
 
 namespace
 {
-/// Whether a line that begins so is empty or names no graph.
+/// Whether a line with this first byte is empty or names no graph.
 bool beginsBlankLine(char first)
 {
     return first == '\n' || first == '\r' || first == '\t';
 }
 
-/// How many lines name a graph, by their first byte. Wrong for odd lines only: one that begins with "\r" may name one,
-/// one of a byte order mark names none.
+/// How many lines name a graph, judged by their first byte: an estimate, for which memory is reserved. It is wrong
+/// only for a line that begins with "\r" and names a graph, and for one that consists of a byte order mark.
 size_t countNamingLines(std::string_view lines)
 {
     size_t count = !lines.empty() && !beginsBlankLine(lines.front()) ? 1 : 0;
@@ -57,7 +57,8 @@ LineReader::Status DatabaseReader::next(DatabaseChunk &chunk)
     std::string_view lines;
     while (status == LineReader::Status::Line && ahead.size() <= size_t(threadCount()) &&
            (status = reader.nextLines(lines)) == LineReader::Status::Line) {
-        // The library loses work that is moved into a thread which cannot be made: it gets a copy, of a pointer.
+        // std::async() of libstdc++ forwards its argument a second time when the thread cannot be made: an argument
+        // that is moved would be empty by then. This one is copied, with a pointer to the bytes.
         const auto parse = [bytes = std::make_shared<const std::string>(lines)] { return parseDatabaseChunk(*bytes); };
         ahead.push(std::async(threadIfPossible, parse));
     }

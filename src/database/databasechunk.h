@@ -11,22 +11,22 @@
 
 /// The links of consecutive records to their sub-graphs.
 struct RecordLinks {
-    std::vector<quint32> counts; ///< by record: how many it has
-    std::vector<int> indices;    ///< those of all records, one after the other
+    std::vector<quint32> counts; ///< by record: the number of its links
+    std::vector<int> indices;    ///< the sub-graphs of the first record, then those of the second, ...
 };
 
-/// What some lines of a database file say: their records, and the links that are still to be made.
+/// Some lines of a database file: their records, and the links that are still to be made.
 struct DatabaseChunk {
     std::vector<TAVGraph> records;    ///< of the lines that name a graph, in order
-    std::vector<quint32> lineNumbers; ///< by record: the number of its line among those of the chunk, from 0
+    std::vector<quint32> lineNumbers; ///< by record: the number of its line in the chunk, from 0
     RecordLinks links;
     qint64 lineCount = 0;
 };
 
-/// Reads lines, each with its "\n", which the last may lack.
+/// Parses lines that end with "\n"; the last may lack it.
 DatabaseChunk parseDatabaseChunk(std::string_view lines);
 
-/// Reads a database file from beginning to end in chunks, and parses the next ones on all processors meanwhile.
+/// Reads a database file in chunks, from beginning to end; other threads parse the chunks ahead.
 class DatabaseReader
 {
 public:

@@ -11,12 +11,12 @@ bool isDigit(char byte)
     return byte >= '0' && byte <= '9';
 }
 
-/// The value of a field, 0 when it is no integer of 32 bits.
+/// The value of a field; 0 when it is no integer of 32 bits.
 int toIndex(std::string_view field)
 {
     constexpr size_t digitsThatAlwaysFit = 9;
     if (field.empty() || field.size() > digitsThatAlwaysFit || !std::all_of(field.begin(), field.end(), isDigit)) {
-        // White space, signs and overflow: the rules of QString::toInt().
+        // Blanks, signs and overflow follow the rules of QString::toInt().
         return textOf(field).toInt();
     }
     int value = 0;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// What one line of a database file says: the graph's name and the indices of its direct sub-graphs.
+/// One line of a database file: the graph's name and the indices of its direct sub-graphs.
 struct DatabaseLine {
     QString name;             ///< the first field
     std::vector<int> indices; ///< the further fields in order; a field that is no integer is 0

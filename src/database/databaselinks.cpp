@@ -12,7 +12,8 @@ namespace
 using Records = QList<TAVGraph *>;
 using Stop = std::function<bool()>;
 
-/// A list of @p length entries and one more: every list up to that length is cut out of it in one step, and is a copy.
+/// A list of @p length + 1 null pointers. mid() of it is the quickest way to a list of a given size: QList has no
+/// constructor for that. One entry more, because mid() of the whole list would not copy but share it.
 Records blankList(quint32 length)
 {
     Records blank;
@@ -23,8 +24,8 @@ Records blankList(quint32 length)
     return blank;
 }
 
-/// Makes the sub-graph lists of the records whose links are given, the first of which is at the position @p first, and
-/// frees the links: their memory serves the next lists.
+/// Makes the sub-graph lists of the records from the position @p first on, whose links are given. Frees the links, so
+/// that the next lists can use their memory.
 void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &links)
 {
     const auto longest = std::max_element(links.counts.begin(), links.counts.end());
@@ -40,7 +41,7 @@ void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &li
     links = RecordLinks();
 }
 
-/// By position: how often a record is named.
+/// By position: the number of links to the record.
 std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks> &links, const Stop &stop)
 {
     std::vector<quint32> counts(size_t(graphCount), 0);
@@ -55,8 +56,8 @@ std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks>
     return counts;
 }
 
-/// The bounds of at most @p parts ranges of positions whose records are named about equally often together, up to the
-/// last record that is named at all.
+/// Divides the positions, up to the last one with links to it, into at most @p parts ranges with about the same number
+/// of links to each. Returns the bounds of the ranges.
 std::vector<size_t> shareOut(const std::vector<quint32> &counts, size_t parts)
 {
     quint64 total = 0;
@@ -78,8 +79,8 @@ std::vector<size_t> shareOut(const std::vector<quint32> &counts, size_t parts)
     return bounds;
 }
 
-/// Makes the super-graph lists of the records at the positions [begin, end), @p counts telling how many links each
-/// gets; none when it is stopped.
+/// Makes the super-graph lists of the records at the positions [begin, end), unless it is stopped. @p counts are the
+/// numbers of links to each position.
 void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector<RecordLinks> &links,
                  const std::vector<quint32> &counts, size_t begin, size_t end, const Stop &stop)
 {
@@ -102,7 +103,7 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
         for (const quint32 count : piece.counts) {
             TAVGraph *graph = graphs.at(position++);
             for (const auto last = index + std::ptrdiff_t(count); index != last; ++index) {
-                const size_t place = size_t(*index) - begin; // beyond the end when it lies before the beginning
+                const size_t place = size_t(*index) - begin; // a position before the range wraps to a large number
                 if (place < next.size()) {
                     *next[place]++ = graph;
                 }

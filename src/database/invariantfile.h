@@ -23,9 +23,9 @@ struct InvariantReading {
     QString foundName;
 };
 
-/// Reads an invariant file: a header line, then a line for each record of @p graphs in their order, the value of which
-/// @p set takes. Lines behind the last record are not read. On any outcome but Complete the records of the lines before
-/// keep what they were given.
+/// Reads an invariant file: a header line, then a line for each record of @p graphs, in their order. @p set gives the
+/// value to the record. Lines behind the last record are not read. On any outcome but Complete the records of the lines
+/// before the fault keep their new values.
 InvariantReading readInvariantFile(QIODevice &file, const QVector<TAVGraph *> &graphs,
                                    void (TAVGraph::*set)(double value, bool missing));
 

@@ -6,10 +6,10 @@
 
 #include <string_view>
 
-/// What one line of an invariant file says: a graph's name and the value of its invariant.
+/// One line of an invariant file: a graph's name and the value of its invariant.
 struct InvariantLine {
     QString name;
-    double value = 0.0;  ///< what the conversion gave, also when it failed
+    double value = 0.0;  ///< the result of QString::toDouble(), even where that failed
     bool missing = true; ///< the second field is no number
 };
 
@@ -17,8 +17,8 @@ struct InvariantLine {
 /// stands. Returns false, with @p line undefined, when there are fewer than two fields.
 bool parseInvariantLine(std::string_view bytes, InvariantLine &line);
 
-/// Appends to @p lines the line, with its "\n", of a graph and its invariant: six significant digits, or "NA" when it
-/// is missing.
+/// Appends the line of a graph, with its "\n", to @p lines: the value has six significant digits; "NA" stands for a
+/// missing one.
 void appendInvariantLine(QByteArray &lines, const QString &name, double value, bool missing);
 
 #endif

@@ -23,13 +23,13 @@ LineReader::Status LineReader::nextLines(std::string_view &lines)
     return take(lines, [](std::string_view bytes) { return bytes.rfind('\n'); });
 }
 
-/// Hands out what is read up to the newline that @p findNewline finds, reading on as long as there is none.
+/// Hands out the bytes up to the newline that @p findNewline finds, after reading more blocks while there is none.
 LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNewline)
 {
     size_t searched = 0;
     for (;;) {
         const std::string_view unread(buffer.constData() + begin, size_t(end - begin));
-        // Each byte is searched once, however long the line is.
+        // Only the new bytes are searched: a line of many blocks would take quadratic time otherwise.
         if (const size_t newline = findNewline(unread.substr(searched)); newline != std::string_view::npos) {
             bytes = unread.substr(0, searched + newline + 1);
             begin += int(bytes.size());
@@ -48,7 +48,7 @@ LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNew
     }
 }
 
-// Moves the unfinished line to the front and appends a block; doubling the buffer keeps long lines linear.
+// Moves the unfinished line to the front and appends a block. The buffer doubles, so that copying takes linear time.
 LineReader::Status LineReader::readBlock()
 {
     const int kept = end - begin;

@@ -15,7 +15,7 @@
 
 namespace
 {
-/// The standard input, output or error that is the file @p path and can be written to, or -1.
+/// The descriptor of a standard stream that writes to the file @p path, or -1.
 int standardStreamAt(const QString &path)
 {
     struct stat file = {};
@@ -33,8 +33,8 @@ int standardStreamAt(const QString &path)
     return -1;
 }
 
-/// Opens what is no regular file. A FIFO that nobody reads is refused: a plain open would wait for a reader, and the
-/// window with it. Once it is open, a slow reader is waited for.
+/// Opens a device or a FIFO. A FIFO that nobody reads is refused: open() without O_NONBLOCK would wait for a reader,
+/// and freeze the window. Then the flag is cleared, so that a write waits for a slow reader.
 int openWithoutWaiting(const QString &path)
 {
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
@@ -45,14 +45,15 @@ int openWithoutWaiting(const QString &path)
     return descriptor;
 }
 
-/// A standard stream is opened a second time, at the place to which it is written.
+/// Opens what is not replaced. The descriptor of a standard stream is duplicated, since both then write one behind the
+/// other.
 int openDirectly(const QString &path)
 {
     const int stream = standardStreamAt(path);
     return stream >= 0 ? ::fcntl(stream, F_DUPFD_CLOEXEC, 0) : openWithoutWaiting(path);
 }
 
-/// Waits until a descriptor that does not wait by itself takes bytes again.
+/// Waits until a descriptor with O_NONBLOCK, a standard stream for example, takes bytes again.
 void waitForRoom(int descriptor)
 {
     pollfd room{descriptor, POLLOUT, 0};
@@ -70,7 +71,7 @@ WriteResult writeDirectly(const QString &path, const Writer &write, QString &rea
     }
     OutputFile output(descriptor);
     write(output);
-    const bool isClosed = ::close(descriptor) == 0 || errno == EINTR; // Linux has closed it then
+    const bool isClosed = ::close(descriptor) == 0 || errno == EINTR; // Linux closes the file even then
     if (!output.tookEverything() || !isClosed) {
         reason = output.tookEverything() ? qt_error_string(errno) : output.reason();
         return WriteResult::Failed;
@@ -101,7 +102,7 @@ WriteResult replace(const QString &path, const Writer &write, QString &reason)
 
 void OutputFile::write(const QByteArray &bytes)
 {
-    // A disk that fills up takes a part first; why it does not take the rest is known when that is offered.
+    // A disk that fills up first takes a part of the bytes; only the next write fails and tells why.
     for (int taken = 0; complete && taken < bytes.size();) {
         const ssize_t count = ::write(descriptor, bytes.constData() + taken, size_t(bytes.size() - taken));
         if (count >= 0) {
@@ -134,7 +135,7 @@ bool isReplaced(const QString &path)
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason)
 {
     if (path.isEmpty()) {
-        return WriteResult::NotOpened; // a dialog that was cancelled
+        return WriteResult::NotOpened; // from a cancelled dialog
     }
     QString unread;
     QString &why = reason != nullptr ? *reason : unread;

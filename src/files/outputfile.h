@@ -12,19 +12,19 @@ enum class WriteResult {
     Failed,    ///< it was opened and could not be written to its end
 };
 
-/// The file that is being written, and whether it took everything.
+/// A file that is being written. After an error it ignores further bytes, so that only the end needs a check.
 class OutputFile
 {
 public:
     /// Writes to @p openDescriptor, which stays open.
     explicit OutputFile(int openDescriptor) : descriptor(openDescriptor) {}
 
-    /// Writes all of @p bytes; nothing once something was not taken.
     void write(const QByteArray &bytes);
-    /// What was to be written cannot be had: the old file stays.
+    /// For when the content cannot be made: the write counts as failed, and the old file stays.
     void giveUp() { complete = false; }
+    /// Whether every write so far has succeeded.
     bool tookEverything() const { return complete; }
-    /// Why it did not take everything, in the words of the system.
+    /// Why a write failed, in the words of the system.
     QString reason() const;
 
 private:
@@ -37,14 +37,14 @@ private:
 /// program. To be called once, at its beginning.
 void failBeyondFileSizeLimit();
 
-/// Whether writeFile() makes the file @p path, in place of one that stands there: it does unless that is no regular
-/// file, a device for example, or is where a standard stream of the process goes.
+/// Whether writeFile() makes a new file at @p path, which replaces an old one. Otherwise it writes into what is there:
+/// something other than a regular file, a device for example, or the file that a standard stream of the process writes.
 bool isReplaced(const QString &path);
 
-/// Writes the file @p path with what @p write gives to the file. A file that stands there is replaced when the new one
-/// is complete and on the disk (see Replacement), and stays as it is on any result but Written. What is not to be
-/// replaced is written to directly, behind what a standard stream has written there; a FIFO that nobody reads cannot be
-/// opened. Sets @p reason, if it is given, to why the result is not Written, in the words of the system.
+/// Writes the file @p path with the bytes that @p write gives to its argument. An old file is replaced when the new one
+/// is complete and on the disk (see Replacement), and stays as it is on any result but Written. Where isReplaced() is
+/// false the bytes are written into what is there, behind those of the standard stream; a FIFO that nobody reads cannot
+/// be opened. Unless the result is Written, @p reason, if given, is set to the reason in the words of the system.
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason = nullptr);
 
 #endif

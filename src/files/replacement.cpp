@@ -18,8 +18,8 @@ constexpr mode_t ownerBits = 0700;
 constexpr mode_t permissionBits = 0777;
 constexpr mode_t allBits = 07777;
 
-/// What is at the end of the symbolic links at @p path, which need not exist; empty, with errno set, when they lead in
-/// a circle.
+/// The path to which the symbolic links at @p path lead, where no file need exist; empty, with errno set, when they
+/// lead in a circle.
 QByteArray behindLinks(QByteArray path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
@@ -36,7 +36,7 @@ QByteArray behindLinks(QByteArray path)
     return {};
 }
 
-/// A name beside @p name that nobody can foresee.
+/// A name for a temporary file beside @p name that nobody can predict.
 QByteArray randomNameFor(const QByteArray &name)
 {
     constexpr int longest = NAME_MAX - 14; // a dot and 64 bits to the base 36
@@ -78,7 +78,7 @@ bool copyAccessControlList(const QByteArray &path, int file)
     if (!list.isNull()) {
         return ::fsetxattr(file, accessControlList, list.constData(), size_t(list.size()), 0) == 0;
     }
-    // The folder may have given it a default one.
+    // The new file may have got the default list of the folder.
     return ::fremovexattr(file, accessControlList) == 0 || errno == ENODATA || errno == EOPNOTSUPP;
 }
 
@@ -94,15 +94,15 @@ void copyOtherAttributes(const QByteArray &path, int file)
     }
 }
 
-/// Makes the new file like the old one, whose status is @p old, in everything but the contents. Where the system does
-/// not allow it the new file is open to fewer.
+/// Gives the new file the attributes of the old one, whose status is @p old. Where the system does not allow that,
+/// fewer users may access the new file.
 void copyAttributes(const QByteArray &path, const struct stat &old, int file)
 {
     const bool hasOwner = ::fchown(file, old.st_uid, uid_t(-1)) == 0;
     const bool hasGroup = ::fchown(file, uid_t(-1), old.st_gid) == 0;
     mode_t mode = old.st_mode & (hasOwner && hasGroup ? allBits : permissionBits);
     if (!hasGroup) {
-        // The group is another one now: it may do what everybody may.
+        // The new file has another group, which gets the rights of everybody.
         mode &= ~mode_t(S_IRWXG) | ((old.st_mode & S_IRWXO) << 3);
     }
     if (!copyAccessControlList(path, file) || (!hasGroup && !attributeOf(path, accessControlList).isNull())) {
@@ -113,7 +113,7 @@ void copyAttributes(const QByteArray &path, const struct stat &old, int file)
     ::fchmod(file, mode);
 }
 
-/// fdatasync(), which a signal may interrupt, and which a file system need not know.
+/// fdatasync(), repeated after a signal. A file system without it is no error.
 bool writeToDisk(int file)
 {
     int result = 0;
@@ -174,7 +174,7 @@ bool Replacement::openFolder(const QByteArray &path)
 bool Replacement::create(mode_t mode)
 {
     file = ::openat(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode);
-    // The kernel or the file system may not know files without a name, and without /proc they cannot be given one.
+    // Not every file system has O_TMPFILE, and without /proc such a file cannot be given a name later.
     const bool canBeNamed = file >= 0 && ::access(pathOf(file).constData(), F_OK) == 0;
     if (canBeNamed) {
         return true;
@@ -198,7 +198,7 @@ bool Replacement::createNamed(mode_t mode)
     return file >= 0;
 }
 
-/// Gives the new file a name beside the target: only renaming replaces a file.
+/// Gives the new file a name beside the target, since renameat() replaces a file and linkat() does not.
 bool Replacement::giveName()
 {
     QByteArray name;
@@ -213,12 +213,12 @@ bool Replacement::giveName()
     return result == 0;
 }
 
-/// A file system may tell only now that it could not write.
+/// Some file systems report a failed write only when the file is closed.
 bool Replacement::closeFile()
 {
     const int result = ::close(file);
     file = -1;
-    return result == 0 || errno == EINTR; // Linux has closed it then
+    return result == 0 || errno == EINTR; // Linux closes the file even then
 }
 
 void Replacement::takeBack()

@@ -7,12 +7,12 @@
 
 /// A new file that takes the place of the one at a path when it is complete, and else leaves no trace.
 ///
-/// Until then it has no name, where the file system has such files; elsewhere it has a random one beside the target.
+/// Until then it has no name (O_TMPFILE), or where the file system has no such files, a random one beside the target.
 /// A symbolic link at the path stays, and its target is replaced. What replaces a file gets its mode, its group, its
-/// access control list and its other extended attributes, as far as the system allows, and is never open to anybody to
-/// whom that file was closed. A hard link to the old file keeps the old contents.
+/// access control list and its other extended attributes, as far as the system allows; nobody gets access who had none
+/// to the old file. A hard link to the old file keeps the old contents.
 ///
-/// Every operation that fails leaves in errno why.
+/// An operation that fails sets errno.
 class Replacement
 {
 public:
@@ -21,15 +21,15 @@ public:
     Replacement(const Replacement &) = delete;
     Replacement &operator=(const Replacement &) = delete;
 
-    /// Makes the new file for the regular file, or for no file, at @p path; false when that is not possible or the old
-    /// file may not be written to.
+    /// Makes the new file for @p path, where there is a regular file or none. Returns false when that is not possible,
+    /// or when the old file is not writable.
     bool open(const QByteArray &path);
 
-    /// Where the contents are to be written.
+    /// The open new file.
     int descriptor() const { return file; }
 
-    /// Writes the new file to the disk and puts it in the place of the old one; false when any step fails, the old file
-    /// then being as it was.
+    /// Syncs the new file to the disk and replaces the old one by it; false, with the old file unchanged, when any step
+    /// fails.
     bool commit();
 
 private:
@@ -42,8 +42,8 @@ private:
 
     int folder = -1;
     int file = -1;
-    QByteArray target;        // its name in the folder
-    QByteArray temporaryName; // that of the new file, as long as it has one
+    QByteArray target;        // the name of the old file in the folder
+    QByteArray temporaryName; // of the new file; empty while it has none
 };
 
 #endif

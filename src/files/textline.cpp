@@ -11,7 +11,6 @@ bool beginsWithMark(std::string_view bytes)
     return bytes.substr(0, byteOrderMark.size()) == byteOrderMark;
 }
 
-/// Keeps the UTF-8 of @p text in @p memory.
 std::string_view encode(const QString &text, QByteArray &memory)
 {
     memory = text.toUtf8();
@@ -51,7 +50,7 @@ std::string_view normaliseDroppingReturns(std::string_view line, QByteArray &mem
 QString textOf(std::string_view bytes)
 {
     const QString text = QString::fromUtf8(bytes.data(), int(bytes.size()));
-    // Qt drops the mark wherever it begins to decode.
+    // QString::fromUtf8() has dropped the mark.
     return beginsWithMark(bytes) ? QChar(QChar::ByteOrderMark) + text : text;
 }
 

@@ -6,30 +6,33 @@
 
 #include <string_view>
 
-// The lines of the program's text files are UTF-8, their fields are separated by single tabs. They are parsed from
-// their bytes, since nearly every line consists of plain ASCII; any other line is normalised to valid UTF-8 before.
-// Database and invariant files drop every "\r", wherever it stands; list files and loadData() keep it.
+// The lines of the program's text files are UTF-8, their fields are separated by single tabs. They are parsed as bytes,
+// since nearly every line is plain ASCII; any other line is normalised to valid UTF-8 first.
+// What becomes of "\r": the loader of databases, the reader of invariant files, tav info and tav invariant drop each
+// one, wherever it stands. Graph files and scripts of tav lose those at the end of a line. List files and loadData()
+// keep all.
 
-/// Whether the bytes are ASCII without "\r", as which they are normalised already.
+/// Whether the bytes are ASCII without "\r": normalising would not change them.
 bool isPlain(std::string_view bytes);
 
-/// Takes off every "\r" at the end of a line.
+/// The line without the "\r"s at its end.
 std::string_view withoutReturnsAtEnd(std::string_view line);
 
-/// Takes a byte order mark off the beginning.
+/// The bytes without a byte order mark at their beginning.
 std::string_view withoutByteOrderMark(std::string_view bytes);
 
-/// The valid UTF-8 that a line means: what is invalid becomes U+FFFD, and a byte order mark at the beginning is
-/// dropped. The result is @p line itself when it is plain, else it is kept in @p memory.
+/// The line as valid UTF-8: invalid bytes become U+FFFD, and a byte order mark at the beginning is dropped. The result
+/// is @p line itself when it is plain, and otherwise lives in @p memory.
 std::string_view normaliseKeepingReturns(std::string_view line, QByteArray &memory);
 /// The same without any "\r".
 std::string_view normaliseDroppingReturns(std::string_view line, QByteArray &memory);
 
-/// The text of bytes that stand inside a file: a byte order mark at their beginning is a character as any other.
+/// Decodes UTF-8. Unlike QString::fromUtf8() it keeps a byte order mark at the beginning: the bytes may come from the
+/// middle of a file, where the mark is a character like any other.
 QString textOf(std::string_view bytes);
 
-/// Cuts the first field off @p rest, which is left without it and without the tab behind it, and returns it; sets
-/// @p more to whether there was a tab.
+/// Takes the first field and the tab behind it off @p rest and returns the field; sets @p more to whether there was a
+/// tab.
 std::string_view takeField(std::string_view &rest, bool &more);
 
 #endif

@@ -7,7 +7,7 @@
 
 /// The graph6 format (B. D. McKay, "Description of graph6, sparse6 and digraph6 encodings") of graphs on at most 62
 /// vertices: a character for the order, then those of the pairs of vertices (0, 1), (0, 2), (1, 2), (0, 3), ..., six to
-/// a character, the first at the highest bit and 1 for an edge. How strictly a string is read is up to its reader.
+/// a character, the first at the highest bit and 1 for an edge. Each reader decides how strictly it checks a string.
 namespace graph6
 {
 constexpr int LargestOrder = 62;
@@ -31,7 +31,7 @@ constexpr int stringLength(int order)
     return 1 + pairLength(order);
 }
 
-/// What a character stands for: 0 to 63, and outside that range when graph6 has no such character.
+/// What a character stands for: 0 to 63; a number outside that range for a character that is not graph6's.
 constexpr int valueOf(char character)
 {
     return static_cast<unsigned char>(character) - zeroCharacter;
@@ -43,7 +43,8 @@ constexpr bool isCharacter(char character)
     return value >= 0 && value < 1 << pairsPerCharacter;
 }
 
-/// Whether the pair number @p pair is an edge, in the characters behind that of the order; no edge behind their end.
+/// Whether the pair number @p pair is an edge. @p pairs is the string without its first character; a pair beyond its
+/// end is no edge.
 inline bool isEdge(std::string_view pairs, int pair)
 {
     const std::size_t place = std::size_t(pair) / pairsPerCharacter;
@@ -64,7 +65,7 @@ template<typename IsJoined> std::string encode(int order, IsJoined isJoined)
         for (int u = 0; u < v; ++u, ++pair) {
             if (isJoined(u, v)) {
                 char &character = text[1 + std::size_t(pair) / pairsPerCharacter];
-                // The bit is clear: adding sets it.
+                // The bit is clear: the sum sets it.
                 character = static_cast<char>(character + (1 << (pairsPerCharacter - 1 - pair % pairsPerCharacter)));
             }
         }

@@ -26,7 +26,7 @@ void sortNames(const QStringList::iterator &begin, const QStringList::iterator &
     std::inplace_merge(begin, middle, end);
 }
 
-/// The names of @p a that are in @p b, or are not.
+/// The names of @p a that are in @p b, or with @p inB false, those that are not.
 QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
 {
     const std::vector<char> isInB =

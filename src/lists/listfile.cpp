@@ -21,7 +21,7 @@ std::optional<QStringList> readNames(QIODevice &file)
                 names.append(name);
             }
         }
-    } catch (const std::bad_alloc &) { // more names than a list can hold
+    } catch (const std::bad_alloc &) { // more names than a QStringList can hold
         return std::nullopt;
     }
     return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;

@@ -10,7 +10,8 @@ class QIODevice;
 
 // A list file has one graph name a line.
 
-/// The lines of @p file that are not empty, "\r" kept; nothing when they cannot be read, or are more than a list holds.
+/// The lines of @p file that are not empty, each with its "\r"s; nothing when the file cannot be read or has more lines
+/// than a QStringList can hold.
 std::optional<QStringList> readNames(QIODevice &file);
 
 /// Writes the names in Latin-1, with a "\n" between any two.

@@ -23,17 +23,18 @@
 
 namespace
 {
-/// How much is worked on before its lines are written: a graph counts as its edges, which may all become links, and
-/// one.
+/// When a batch has this weight its lines are written. The weight of a graph is the number of its edges, each of which
+/// may become a link, and 1 more.
 constexpr int batchWeight = 1 << 20;
 
-/// How many graphs a thread takes at a time: few, so that none waits long for the last of a batch.
+/// How many graphs a thread takes at a time: few, so that all threads finish a batch at about the same time.
 constexpr std::size_t pieceLength = 16;
 
-/// Graphs between which there is no link; the direct sub-graphs of a level are all on the one below.
+/// What the graphs of one level have in common: no links lead from one to another. Their direct sub-graphs are all on
+/// the level below.
 struct Level {
     int order = 0;
-    int size = 0; ///< 0 for all, where the relation takes vertices
+    int size = 0; ///< 0 for the relation Vertex, where a level has graphs of all sizes
 
     bool operator==(const Level &other) const { return order == other.order && size == other.size; }
 };
@@ -58,7 +59,7 @@ public:
 private:
     using Index = std::unordered_map<std::string, quint32>;
 
-    /// A graph, and what is found out of it by itself, whatever else of its level is in the input.
+    /// A graph, and what a thread finds out about it without the other graphs of its level.
     struct Finding {
         const GraphGroup *group;
         std::string_view name;
@@ -110,7 +111,7 @@ private:
         currentLevel = level;
     }
 
-    /// Throws Interrupted, soon, when a signal asks for the end.
+    /// Fills in the findings, in several threads. Throws Interrupted soon after a signal that ends the program.
     void examine(std::vector<Finding> &batch, Progress &progress)
     {
         const std::thread::id caller = std::this_thread::get_id();
@@ -142,7 +143,7 @@ private:
         }
     }
 
-    /// Vertices that an automorphism maps to each other leave the same graph behind: one of them is enough.
+    /// Deletes one vertex of each orbit of the automorphisms: the others leave isomorphic graphs.
     std::vector<quint32> vertexDeleted(const SmallGraph &graph,
                                        const std::array<int, SmallGraph::MaxOrder> &orbits) const
     {
@@ -194,14 +195,15 @@ private:
 
     bool isNew(Finding &finding)
     {
-        // Nothing is looked up in the highest level but repetitions, which are of the same size.
+        // In the relation Vertex, a graph of the largest order is no other's sub-graph: it is only compared with those
+        // of its own group, as isomorphic graphs have the same size. Forgetting the other groups saves memory.
         if (finding.group != currentGroup && finding.group->order == input.largestOrder()) {
             current.clear();
         }
         currentGroup = finding.group;
         const auto [place, isInserted] = current.try_emplace(std::move(finding.key), quint32(summary.graphs));
         if (!isInserted && options.strict) {
-            // No graph was dropped before, so that numbers in the database and in the input are the same.
+            // Nothing was dropped so far: a graph has the same number in the database and in the input.
             throw CommandError(QStringLiteral("%1: isomorphic to the graph of %2")
                                    .arg(input.locate(std::size_t(summary.graphs)), input.locate(place->second)));
         }
@@ -222,8 +224,8 @@ private:
     const BuildOptions &options;
     GraphInput input;
     BuildSummary summary;
-    Index lower;   // the graphs of the level below: their numbers in the database by canonical form
-    Index current; // those of the level at hand, so far
+    Index lower;   // by canonical form: the numbers in the database of the graphs of the level below
+    Index current; // the same of the current level, so far
     Level currentLevel{-1, 0};
     const GraphGroup *currentGroup = nullptr;
     qint64 examined = 0;

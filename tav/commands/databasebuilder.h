@@ -29,8 +29,8 @@ struct BuildSummary {
 
 /// Writes the database of the graphs of the inputs, by order, then size, then their place in the input. The name of a
 /// graph is its string in the input; its indices are those of its distinct direct sub-graphs in the database. Throws
-/// CommandError for what is wrong with an input (see GraphInput::read) or for a graph isomorphic to an earlier one, if
-/// that is asked for, and Interrupted when a signal asks for the end; a file is then left as it was.
+/// CommandError for a fault of an input (see GraphInput::read()) and, with the option strict, for a graph isomorphic to
+/// an earlier one; throws Interrupted after a signal that ends the program. An old output file then stays as it was.
 BuildSummary buildDatabase(const BuildOptions &options);
 
 #endif

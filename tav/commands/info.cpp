@@ -19,26 +19,26 @@
 
 namespace
 {
-/// What the C library takes for a block of memory: its own word beside it, and all in units of 16 bytes.
+/// What glibc's malloc takes for a block of memory: 8 bytes more, rounded up to a multiple of 16.
 qint64 blockSize(qint64 bytes)
 {
     return (bytes + 8 + 15) / 16 * 16;
 }
 
-/// What a record's list of so many links takes.
+/// The memory of a QList of that many links.
 qint64 listSize(qint64 links)
 {
     return links > 0 ? blockSize(qint64(QListData::DataHeaderSize) + links * qint64(sizeof(void *))) : 0;
 }
 
-/// What a record takes apart from its lists: itself, its place in the database and its name.
+/// The memory of a record without its lists: the record, the pointer to it and the name.
 qint64 recordSize(qint64 nameLength)
 {
     return qint64(sizeof(TAVGraph) + sizeof(void *)) +
            blockSize(qint64(sizeof(QStringData)) + (nameLength + 1) * qint64(sizeof(QChar)));
 }
 
-/// Reads a database line by line, as the loader does, and remembers what later lines are held against.
+/// Reads a database line by line, by the rules of the loader, and remembers what the checks of later lines need.
 class Examiner
 {
 public:
@@ -139,8 +139,8 @@ private:
     const std::function<void(qint64, const QString &)> &tell;
     DatabaseSummary summary;
     std::unordered_map<std::string, qint64> lines; // by name: where it stands first
-    std::vector<quint32> superGraphs;              // by number of the graph: how many lines hold it
-    std::vector<int> indices;                      // those of the line at hand that name a graph
+    std::vector<quint32> superGraphs;              // by number of the graph: how many lines have it as an index
+    std::vector<int> indices;                      // the good ones of the current line
     std::vector<int> sorted;
     qint64 line = 0;
 };

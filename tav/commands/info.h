@@ -16,7 +16,7 @@ struct CountSummary {
     void include(qint64 count);
 };
 
-/// One graph of a database file, as far as it is told of.
+/// What is told of one graph of a database file.
 struct NotableGraph {
     QString name;
     qint64 line = 0;
@@ -28,15 +28,15 @@ struct DatabaseSummary {
     qint64 graphs = 0;
     NotableGraph smallest; ///< by order, then size; the first of equal ones. Line 0 when no name is a graph6 string.
     NotableGraph largest;
-    CountSummary subGraphs;   ///< of the graphs: how many indices their lines hold
-    CountSummary superGraphs; ///< how many lines hold their index
-    qint64 memory = 0;        ///< bytes that the program needs for the loaded database, about
+    CountSummary subGraphs;   ///< by graph: the number of indices on its line
+    CountSummary superGraphs; ///< by graph: the number of lines with its index
+    qint64 memory = 0;        ///< about how many bytes the loaded database takes
     qint64 faults = 0;
 };
 
-/// Reads the database file @p path and tells @p fault of whatever is wrong with a line: an index that the loader takes
-/// for 0 because it is no number, that names no earlier graph, or that stands there twice; a name that is no graph6
-/// string, or that an earlier graph has. Throws CommandError when the file cannot be read.
+/// Reads the database file @p path and calls @p fault for each fault of a line: an index that is no number (the loader
+/// reads 0), that is not the number of an earlier graph, or that the line repeats; a missing name, one that is no
+/// graph6 string, and one that an earlier graph has. Throws CommandError when the file cannot be read.
 DatabaseSummary examineDatabase(const QString &path,
                                 const std::function<void(qint64 line, const QString &text)> &fault);
 

@@ -64,8 +64,8 @@ Names readNames(const QString &database)
     return names;
 }
 
-/// Reads each name a second time: the graphs take half a kilobyte each, their names some ten bytes, and reading one is
-/// nothing beside most invariants.
+/// Parses each name a second time. A parsed graph takes half a kilobyte, its name about ten bytes, and parsing is fast
+/// compared with most invariants.
 void compute(const Names &names, const InvariantOptions &options, SharedValues &values)
 {
     const auto valueOf = [&](std::size_t index) {

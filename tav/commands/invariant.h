@@ -19,8 +19,8 @@ struct InvariantOptions {
 /// without graphs.
 void writeInvariantFile(const InvariantOptions &options);
 
-/// The value in an invariant file: 12 significant digits, "NA" for none. What is an integer but for the rounding of the
-/// computation is written as one.
+/// The value as text in an invariant file: 12 significant digits, "NA" for none. A value within 1e-12 of an integer is
+/// written as that integer: the difference is a rounding error of the computation.
 QByteArray invariantText(std::optional<double> value);
 
 /// The command "invariant".

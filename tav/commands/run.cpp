@@ -16,7 +16,7 @@
 
 namespace
 {
-/// What of the lists keeps the command from succeeding; empty when nothing does.
+/// Why the command cannot succeed with the lists that there are; empty when it can.
 QString obstacle(const ScriptStep &step, const TAVManager &manager)
 {
     for (int i = 0; i < step.arguments.size(); ++i) {
@@ -44,7 +44,7 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     return {};
 }
 
-/// Whether the command, whose last argument then names it, makes a file.
+/// Whether the command makes a new file. Its name is always the last argument.
 bool makesFile(const ScriptStep &step)
 {
     const std::vector<ScriptArgument> &arguments = step.command->arguments;
@@ -52,7 +52,7 @@ bool makesFile(const ScriptStep &step)
            isReplaced(step.arguments.last());
 }
 
-/// A save that has begun is ended before a signal is obeyed.
+/// Runs a command. While it saves a file, signals wait until the file is complete.
 bool carryOut(const ScriptStep &step, Investigation &investigation)
 {
     std::optional<InterruptionScope> scope;
@@ -75,7 +75,7 @@ CommandError failure(const ScriptStep &step, const QString &script, const QStrin
     return CommandError(script, step.line, text);
 }
 
-/// Runs a command; throws CommandError when it fails and must not.
+/// Runs a command; throws CommandError when it fails, unless its line begins with '-'.
 void runStep(const ScriptStep &step, const QString &script, Investigation &investigation)
 {
     const QString reason = obstacle(step, investigation.getManager());
@@ -90,7 +90,7 @@ void runStep(const ScriptStep &step, const QString &script, Investigation &inves
     tell(failure(step, script, reason).text() + QStringLiteral(" (ignored)"));
 }
 
-/// Runs the commands of standard input, each as soon as it is there.
+/// Runs each command of standard input as soon as its line has arrived.
 void runLineByLine()
 {
     Investigation investigation;
@@ -101,7 +101,7 @@ void runLineByLine()
     });
 }
 
-/// Runs nothing unless every line of the file is a proper command.
+/// Checks all lines of the file, then runs its commands.
 void runFile(const QString &script)
 {
     std::vector<ScriptStep> steps;
@@ -116,7 +116,6 @@ void runFile(const QString &script)
     }
 }
 
-/// What the help tells of the commands.
 QString commandHelp()
 {
     int width = 0;

@@ -11,10 +11,10 @@
 enum ExitStatus : int {
     Success = 0,
     Failure = 1,   ///< the input, a file or the work itself was at fault
-    WrongUsage = 2 ///< the command line was
+    WrongUsage = 2 ///< the command line was wrong
 };
 
-/// What ends a command early: one line of text for standard error, and the exit status.
+/// Ends a command: a line of text for standard error, and the exit status.
 class CommandError : public std::exception
 {
 public:
@@ -41,8 +41,8 @@ QString inputName(const QString &path);
 /// A text from a file or the command line in quotation marks, cut when it is long.
 QString quoted(const QString &text);
 
-/// Writes a line to standard error. Control characters in it, which may come from a file and mean something to a
-/// terminal, are written as \xNN.
+/// Writes a line to standard error. Control characters, which may come from a file and would control the terminal, are
+/// written as \xNN.
 void tell(const QString &line);
 
 /// Reads @p arguments, the name of the command first, into @p parser, to which "--help" and "--version" are added.

@@ -12,7 +12,7 @@ constexpr std::string_view removal = "\r\033[K";
 
 bool isLineShown = false;
 
-/// Removes the line before the signal ends the program.
+/// The signal handler: removes the line, then lets the signal end the program.
 void removeLine(int number)
 {
     const ssize_t written = write(STDERR_FILENO, removal.data(), removal.size());
@@ -20,7 +20,7 @@ void removeLine(int number)
     std::raise(number);
 }
 
-/// Lets the signals of a terminal, where they would end the program, do @p after in place of @p before.
+/// Sets the handler @p after for the ending signals of a terminal whose handler is @p before.
 void replaceHandlers(sighandler_t before, sighandler_t after)
 {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {

@@ -3,20 +3,20 @@
 
 #include <QString>
 
-/// Tells on standard error, when that is a terminal, how far a piece of work has come; the line is gone at its end,
-/// also when a signal ends the program.
+/// Shows the progress of some work in a line on standard error, if that is a terminal. The line is removed at the end
+/// of the work, also when a signal ends the program.
 class Progress
 {
 public:
-    /// @p work names it, @p total is its size in any unit; 0 when nobody knows it.
+    /// @p work is the name of the work, @p total its size in any unit, or 0 when it is not known.
     Progress(QString work, qint64 total);
     ~Progress();
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
 
-    /// @p done of the total are done.
+    /// Shows that @p done units are done.
     void report(qint64 done);
-    /// Removes what is shown, so that a line can be written to standard error; the next report() shows it again.
+    /// Removes the line, so that another can be written to standard error; the next report() shows it again.
     static void clear();
 
 private:

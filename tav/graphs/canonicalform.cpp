@@ -4,11 +4,11 @@
 #include <cmath>
 #include <nauty.h>
 
-static_assert(sizeof(setword) == sizeof(std::uint64_t), "a row of a small graph is one set of nauty's");
+static_assert(sizeof(setword) == sizeof(std::uint64_t), "a row of a SmallGraph is a set of nauty with one word");
 
 namespace
 {
-/// What nauty allocated for this thread is freed when the thread ends.
+/// Frees the memory that nauty allocated for this thread when the thread ends.
 struct NautyMemory {
     ~NautyMemory()
     {

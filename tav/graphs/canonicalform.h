@@ -5,17 +5,17 @@
 
 #include <array>
 
-/// A graph that is the same for all graphs isomorphic to a given one, and what its finding tells of the automorphisms.
+/// The canonical form, which isomorphic graphs share, and what nauty finds out about the automorphisms on the way.
 struct CanonicalForm {
     SmallGraph graph;
-    /// By vertex of the given graph: the smallest vertex that an automorphism maps it to.
+    /// By vertex of the given graph: the smallest vertex to which an automorphism maps it.
     std::array<int, SmallGraph::MaxOrder> orbits{};
     /// The number of automorphisms.
     double automorphisms = 1.0;
 };
 
-/// Finds it by partition refinement (B. D. McKay and A. Piperno, "Practical graph isomorphism, II", 2014). Threads may
-/// call it at the same time.
+/// Computes the canonical form with nauty (B. D. McKay and A. Piperno, "Practical graph isomorphism, II", 2014).
+/// Several threads may call it at the same time.
 CanonicalForm canonicalForm(const SmallGraph &given);
 
 #endif

@@ -14,7 +14,7 @@
 
 /// Where a graph was read.
 struct InputPlace {
-    int input; ///< the number of the file
+    int input; ///< index of the file among the inputs
     qint64 line;
 };
 
@@ -33,21 +33,21 @@ struct GraphGroup {
 class GraphInput
 {
 public:
-    /// Nothing is read yet. @p keepsPlaces takes memory: it is for locate().
+    /// Reads nothing yet. locate() needs @p keepsPlaces, which takes memory.
     GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces);
 
     /// Reads the files. Throws CommandError for one that cannot be read, for a line that is no graph6 string of at most
     /// SmallGraph::MaxOrder vertices, and when there is no graph.
     void read();
 
-    /// By order and size.
+    /// The graphs by order and size.
     const std::map<std::pair<int, int>, GraphGroup> &groups() const { return groupsByKind; }
     int largestOrder() const { return groupsByKind.rbegin()->second.order; }
     std::size_t count() const;
     /// How many graphs were left out because they are disconnected.
     qint64 disconnectedCount() const { return disconnected; }
 
-    /// Where the graph @p index, counted through all groups, was read, as a message says it.
+    /// The file and line of the graph @p index, counted through all groups, as text for a message.
     QString locate(std::size_t index) const;
 
 private:

@@ -53,7 +53,7 @@ bool SmallGraph::isConnected() const
 
 SmallGraph SmallGraph::withoutVertex(int vertex) const
 {
-    const std::uint64_t before = ~(~std::uint64_t(0) >> vertex); // the bits of the vertices before it
+    const std::uint64_t before = ~(~std::uint64_t(0) >> vertex); // the bits of the vertices below @p vertex
     SmallGraph result;
     result.order = order - 1;
     for (int v = 0; v < result.order; ++v) {
@@ -77,7 +77,7 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
         }
     }
     graph.order = graph6::valueOf(text.front());
-    if (graph.order > SmallGraph::MaxOrder) { // The number of vertices follows, in several bytes.
+    if (graph.order > SmallGraph::MaxOrder) { // graph6 writes such an order with further bytes
         return QStringLiteral("more than %1 vertices").arg(SmallGraph::MaxOrder);
     }
     const int length = graph6::stringLength(graph.order);

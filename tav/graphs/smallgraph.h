@@ -13,7 +13,7 @@
 
 /// A simple graph whose adjacency matrix has one machine word a row.
 struct SmallGraph {
-    /// What graph6 writes with a single character for the order.
+    /// The largest order that graph6 writes with one character.
     static constexpr int MaxOrder = graph6::LargestOrder;
 
     int order = 0;                              ///< the number of vertices
@@ -28,7 +28,7 @@ struct SmallGraph {
     int size() const;
     /// Whether it has a vertex, and a path between any two.
     bool isConnected() const;
-    /// The graph without the vertex @p vertex; those behind it move up.
+    /// The graph without the vertex @p vertex; the numbers of those behind it decrease by 1.
     SmallGraph withoutVertex(int vertex) const;
 };
 
@@ -36,8 +36,8 @@ struct SmallGraph {
 /// vertices into @p graph. Returns an empty text, or what is wrong with the string, @p graph then being undefined.
 QString parseGraph6(std::string_view text, SmallGraph &graph);
 
-/// A string that two graphs of the same order share exactly when they are equal, vertex for vertex: the bits of the
-/// upper triangle of the adjacency matrix, column by column.
+/// The upper triangle of the adjacency matrix, column by column, with eight entries in a byte. For graphs of the same
+/// order equal strings mean equal matrices.
 std::string adjacencyKey(const SmallGraph &graph);
 
 #endif

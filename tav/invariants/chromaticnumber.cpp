@@ -19,8 +19,8 @@ public:
     }
 
 private:
-    /// Colours the rest of the vertices in every way that may need fewer colours than the best so far.
-    /// @p coloured is the set of the vertices that have one of the first @p used colours.
+    /// Colours the other vertices in every way that may need fewer colours than the best way so far. @p coloured is the
+    /// set of the vertices that have a colour; they use the first @p used colours.
     void extend(std::uint64_t coloured, int used)
     {
         if (used >= best) {
@@ -41,8 +41,8 @@ private:
         }
     }
 
-    /// The vertex outside @p coloured whose neighbours show most colours, of such the one with most neighbours outside;
-    /// -1 when there is none.
+    /// The vertex outside @p coloured whose neighbours have the most colours, and of several such vertices the one with
+    /// the most neighbours outside; -1 when all vertices are coloured.
     int nextVertex(std::uint64_t coloured, int used) const
     {
         int next = -1;
@@ -73,7 +73,7 @@ private:
 
     const SmallGraph &graph;
     const int lowerBound;
-    int best;                                                  // colours that are enough
+    int best;                                                  // the fewest colours found so far
     std::array<std::uint64_t, SmallGraph::MaxOrder> classes{}; // by colour: the vertices that have it
 };
 } // namespace

@@ -5,7 +5,7 @@
 int findLargestClique(int order, const uint64_t *rows)
 {
     if (order == 0) {
-        return 0; // the library takes no graph without vertices
+        return 0; // cliquer takes no graph without vertices
     }
     graph_t *graph = graph_new(order);
     for (int v = 1; v < order; ++v) {
@@ -15,7 +15,7 @@ int findLargestClique(int order, const uint64_t *rows)
             }
         }
     }
-    // The default options would report long searches on standard output.
+    // With cliquer's default options it would report long searches on standard output.
     clique_options options = {.reorder_function = reorder_by_default};
     const int size = clique_unweighted_max_weight(graph, &options);
     graph_free(graph);

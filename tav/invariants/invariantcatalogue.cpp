@@ -3,7 +3,7 @@
 #include "canonicalform.h"
 #include "chromaticnumber.h"
 #include "cliquesearch.h"
-#include "graphlibrary.h"
+#include "igraphobjects.h"
 #include "matchingnumber.h"
 
 #include <algorithm>
@@ -14,8 +14,8 @@ namespace
 {
 using Value = std::optional<double>;
 
-/// What the library says; it writes what is undefined as an infinity or as no number.
-Value fromLibrary(double value)
+/// A value computed by igraph, which returns an infinity or NaN where the invariant is undefined.
+Value fromIgraph(double value)
 {
     return std::isfinite(value) ? Value(value) : std::nullopt;
 }
@@ -36,14 +36,14 @@ Value size(const SmallGraph &graph)
 Value components(const SmallGraph &graph)
 {
     igraph_integer_t count = 0;
-    checkLibrary(igraph_connected_components(LibraryGraph(graph).get(), nullptr, nullptr, &count, IGRAPH_WEAK));
+    checkIgraph(igraph_connected_components(IgraphGraph(graph).get(), nullptr, nullptr, &count, IGRAPH_WEAK));
     return count;
 }
 
 Value triangles(const SmallGraph &graph)
 {
     IntegerVector corners;
-    checkLibrary(igraph_list_triangles(LibraryGraph(graph).get(), corners.get()));
+    checkIgraph(igraph_list_triangles(IgraphGraph(graph).get(), corners.get()));
     return corners.size() / 3;
 }
 
@@ -56,22 +56,22 @@ Value automorphisms(const SmallGraph &graph)
 /// @name Degrees
 /// @{
 
-void findDegrees(const LibraryGraph &graph, IntegerVector &degrees)
+void findDegrees(const IgraphGraph &graph, IntegerVector &degrees)
 {
-    checkLibrary(igraph_degree(graph.get(), degrees.get(), igraph_vss_all(), IGRAPH_ALL, IGRAPH_LOOPS));
+    checkIgraph(igraph_degree(graph.get(), degrees.get(), igraph_vss_all(), IGRAPH_ALL, IGRAPH_LOOPS));
 }
 
 Value minimumDegree(const SmallGraph &graph)
 {
     IntegerVector degrees;
-    findDegrees(LibraryGraph(graph), degrees);
+    findDegrees(IgraphGraph(graph), degrees);
     return degrees.size() > 0 ? Value(igraph_vector_int_min(degrees.get())) : std::nullopt;
 }
 
 Value maximumDegree(const SmallGraph &graph)
 {
     IntegerVector degrees;
-    findDegrees(LibraryGraph(graph), degrees);
+    findDegrees(IgraphGraph(graph), degrees);
     return degrees.size() > 0 ? Value(igraph_vector_int_max(degrees.get())) : std::nullopt;
 }
 
@@ -83,7 +83,7 @@ Value averageDegree(const SmallGraph &graph)
 /// The sum of 1 / sqrt(d(u) d(v)) over the edges uv (M. Randić, "On characterization of molecular branching", 1975).
 Value randicIndex(const SmallGraph &given)
 {
-    const LibraryGraph graph(given);
+    const IgraphGraph graph(given);
     IntegerVector degrees;
     findDegrees(graph, degrees);
     double sum = 0.0;
@@ -102,16 +102,16 @@ Value randicIndex(const SmallGraph &given)
 Value girth(const SmallGraph &graph)
 {
     double length = 0.0;
-    checkLibrary(igraph_girth(LibraryGraph(graph).get(), &length, nullptr));
-    return fromLibrary(length);
+    checkIgraph(igraph_girth(IgraphGraph(graph).get(), &length, nullptr));
+    return fromIgraph(length);
 }
 
 Value diameter(const SmallGraph &graph)
 {
     double longest = 0.0;
-    checkLibrary(igraph_diameter(LibraryGraph(graph).get(), &longest, nullptr, nullptr, nullptr, nullptr,
-                                 IGRAPH_UNDIRECTED, false));
-    return fromLibrary(longest);
+    checkIgraph(igraph_diameter(IgraphGraph(graph).get(), &longest, nullptr, nullptr, nullptr, nullptr,
+                                IGRAPH_UNDIRECTED, false));
+    return fromIgraph(longest);
 }
 
 Value radius(const SmallGraph &given)
@@ -120,15 +120,15 @@ Value radius(const SmallGraph &given)
         return std::nullopt;
     }
     double value = 0.0;
-    checkLibrary(igraph_radius(LibraryGraph(given).get(), &value, IGRAPH_ALL));
+    checkIgraph(igraph_radius(IgraphGraph(given).get(), &value, IGRAPH_ALL));
     return value;
 }
 
 Value averageDistance(const SmallGraph &graph)
 {
     double average = 0.0;
-    checkLibrary(igraph_average_path_length(LibraryGraph(graph).get(), &average, nullptr, IGRAPH_UNDIRECTED, false));
-    return fromLibrary(average);
+    checkIgraph(igraph_average_path_length(IgraphGraph(graph).get(), &average, nullptr, IGRAPH_UNDIRECTED, false));
+    return fromIgraph(average);
 }
 
 /// The sum of the distances of all pairs of vertices (H. Wiener, "Structural determination of paraffin boiling points",
@@ -137,7 +137,7 @@ Value wienerIndex(const SmallGraph &graph)
 {
     RealVector pairs; // of the distance 1, 2, ...
     double unconnected = 0.0;
-    checkLibrary(igraph_path_length_hist(LibraryGraph(graph).get(), pairs.get(), &unconnected, IGRAPH_UNDIRECTED));
+    checkIgraph(igraph_path_length_hist(IgraphGraph(graph).get(), pairs.get(), &unconnected, IGRAPH_UNDIRECTED));
     if (graph.order == 0 || unconnected > 0.0) {
         return std::nullopt;
     }
@@ -195,14 +195,14 @@ Value matchingSize(const SmallGraph &graph)
 Value vertexConnectivity(const SmallGraph &graph)
 {
     igraph_integer_t vertices = 0;
-    checkLibrary(igraph_vertex_connectivity(LibraryGraph(graph).get(), &vertices, true));
+    checkIgraph(igraph_vertex_connectivity(IgraphGraph(graph).get(), &vertices, true));
     return vertices;
 }
 
 Value edgeConnectivity(const SmallGraph &graph)
 {
     igraph_integer_t edges = 0;
-    checkLibrary(igraph_edge_connectivity(LibraryGraph(graph).get(), &edges, true));
+    checkIgraph(igraph_edge_connectivity(IgraphGraph(graph).get(), &edges, true));
     return edges;
 }
 
@@ -214,16 +214,16 @@ Value edgeConnectivity(const SmallGraph &graph)
 void findEigenvalues(RealMatrix &matrix, RealVector &values)
 {
     if (igraph_matrix_nrow(matrix.get()) > 0) {
-        checkLibrary(igraph_lapack_dsyevr(matrix.get(), IGRAPH_LAPACK_DSYEV_ALL, 0, 0, 0, 0, 0, 0.0, values.get(),
-                                          nullptr, nullptr));
+        checkIgraph(igraph_lapack_dsyevr(matrix.get(), IGRAPH_LAPACK_DSYEV_ALL, 0, 0, 0, 0, 0, 0.0, values.get(),
+                                         nullptr, nullptr));
     }
 }
 
 void findSpectrum(const SmallGraph &graph, RealVector &values)
 {
     RealMatrix adjacency;
-    checkLibrary(igraph_get_adjacency(LibraryGraph(graph).get(), adjacency.get(), IGRAPH_GET_ADJACENCY_BOTH, nullptr,
-                                      IGRAPH_NO_LOOPS));
+    checkIgraph(igraph_get_adjacency(IgraphGraph(graph).get(), adjacency.get(), IGRAPH_GET_ADJACENCY_BOTH, nullptr,
+                                     IGRAPH_NO_LOOPS));
     findEigenvalues(adjacency, values);
 }
 
@@ -251,8 +251,8 @@ Value algebraicConnectivity(const SmallGraph &graph)
         return std::nullopt;
     }
     RealMatrix laplacian;
-    checkLibrary(igraph_get_laplacian(LibraryGraph(graph).get(), laplacian.get(), IGRAPH_ALL,
-                                      IGRAPH_LAPLACIAN_UNNORMALIZED, nullptr));
+    checkIgraph(igraph_get_laplacian(IgraphGraph(graph).get(), laplacian.get(), IGRAPH_ALL,
+                                     IGRAPH_LAPLACIAN_UNNORMALIZED, nullptr));
     RealVector spectrum;
     findEigenvalues(laplacian, spectrum);
     return spectrum[1];

@@ -9,7 +9,6 @@ namespace
 {
 constexpr std::array<int, 4> endingSignals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
-/// Read by all threads.
 std::atomic<int> lastSignal = 0;
 static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may set it");
 
@@ -18,7 +17,7 @@ void note(int number)
     lastSignal = number;
 }
 
-/// What the signals did before the scope, in their order.
+/// The actions of the signals before the scope, in the order of endingSignals.
 std::array<struct sigaction, endingSignals.size()> actionsBefore;
 } // namespace
 

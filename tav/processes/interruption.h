@@ -3,7 +3,7 @@
 
 #include <exception>
 
-/// Thrown where the work is given up after a signal; whoever catches it last ends the process by that signal.
+/// Thrown to end the work after a signal. main() catches it and ends the process by that signal.
 class Interrupted : public std::exception
 {
 public:
@@ -15,9 +15,9 @@ private:
     int signalNumber;
 };
 
-/// While one lives, the signals that end a process (SIGINT, SIGTERM, SIGHUP, SIGPIPE) are noted instead, so that a file
-/// that is being written can be taken back first. One that was ignored before, as nohup ignores SIGHUP, stays ignored.
-/// There is never more than one scope.
+/// While one lives, the signals that end a process (SIGINT, SIGTERM, SIGHUP, SIGPIPE) are only noted, so that the
+/// program can remove an unfinished file before it ends. A signal that was ignored before, as nohup ignores SIGHUP,
+/// stays ignored. At most one scope may live at a time.
 class InterruptionScope
 {
 public:
@@ -28,13 +28,13 @@ public:
 
     /// Whether one of the signals has come.
     static bool isRequested();
-    /// Throws Interrupted when one has.
+    /// Throws Interrupted if one has come.
     static void check();
-    /// Lets the signals do what they did before the scope: at its end, and in a child of the process it belongs to.
+    /// Restores the actions of the signals from before the scope. For child processes; the destructor does the same.
     static void leave();
 };
 
-/// Ends the process by the signal @p number, as if it had never been caught.
+/// Ends the process by the signal @p number, so that the parent process sees it.
 [[noreturn]] void endBySignal(int number);
 
 #endif

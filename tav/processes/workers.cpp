@@ -35,7 +35,7 @@ CommandError systemError(const char *call)
     return CommandError(QStringLiteral("%1: %2").arg(QLatin1String(call), qt_error_string()));
 }
 
-/// On which children tell the parent what went wrong.
+/// The pipe on which child processes send error messages to their parent.
 class Pipe
 {
 public:
@@ -53,7 +53,7 @@ public:
     Pipe(const Pipe &) = delete;
     Pipe &operator=(const Pipe &) = delete;
 
-    /// Without it, the end of the last child is the end of the pipe.
+    /// Closes the parent's end for writing, so that the pipe ends when the last child does.
     void closeWriteEnd()
     {
         if (ends[1] >= 0) {
@@ -62,23 +62,23 @@ public:
         }
     }
 
-    /// Tells the line @p text, of which fewer than PIPE_BUF bytes arrive: so many are written at once, and do not mix
-    /// with what another child tells.
+    /// Sends a line with the text @p text. It is cut to PIPE_BUF bytes: the system writes up to so many at once, not
+    /// mixed with the line of another child.
     void tell(const char *text) const
     {
         const QByteArray line = QByteArray(text).left(PIPE_BUF - 1) + '\n';
         const ssize_t written = write(ends[1], line.constData(), std::size_t(line.size()));
-        static_cast<void>(written); // a parent that is gone needs no message
+        static_cast<void>(written); // fails when the parent has ended, or when the pipe is full of other messages
     }
 
-    /// Returns at the end of the pipe, as soon as something was told, or after a while.
+    /// Waits until there is a line, or all children have ended, or some time has passed.
     void waitAWhile() const
     {
         pollfd readEnd{ends[0], POLLIN, 0};
         poll(&readEnd, 1, millisecondsBetweenReports);
     }
 
-    /// The line that was told first, or an empty text.
+    /// The first line, or an empty text.
     QString told() const
     {
         std::array<char, PIPE_BUF> text{};
@@ -91,8 +91,8 @@ private:
     std::array<int, 2> ends{-1, -1};
 };
 
-/// While one lives, a child that has ended waits until it is asked how, even if the process was started with SIGCHLD
-/// ignored.
+/// While one lives, SIGCHLD has its default action. If the process was started with SIGCHLD ignored, waitpid() could
+/// not tell how a child ended.
 class ChildrenWait
 {
 public:
@@ -124,7 +124,7 @@ public:
     Children(const Children &) = delete;
     Children &operator=(const Children &) = delete;
 
-    /// Makes at most @p count children, which call @p work and end; fewer where no more can be made.
+    /// Makes @p count children, which call @p work and end; fewer when the system allows no more.
     void start(std::size_t count, const std::function<void()> &work)
     {
         const pid_t parent = getpid();
@@ -150,7 +150,7 @@ public:
             messages.waitAWhile();
             living.erase(std::remove_if(living.begin(), living.end(), [this](pid_t child) { return hasEnded(child); }),
                          living.end());
-            InterruptionScope::check(); // first, as the signal may have ended the children too
+            InterruptionScope::check(); // before the failures: the signal may have ended the children, too
             if (!failure.isEmpty()) {
                 throw CommandError(failure);
             }
@@ -201,7 +201,7 @@ private:
                                  : message;
     }
 
-    ChildrenWait waiting; // the longest: until the last child is gone
+    ChildrenWait waiting; // the first member: it is restored last, when all children have ended
     Pipe messages;
     std::vector<pid_t> living;
     QString failure;

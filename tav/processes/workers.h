@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-/// Memory that is shared with the child processes made after it; zero at first.
+/// Memory that is shared with the child processes made later; it is filled with zeros.
 class SharedMemory
 {
 public:
@@ -37,11 +37,11 @@ private:
     SharedMemory memory; // doubles; "not a number" stands for none
 };
 
-/// Sets every index below @p count of @p values to what @p work gives for it, in @p jobs child processes, which share
-/// the indices out among themselves: for work that threads cannot do at the same time. Fewer children work when no more
-/// can be made. Tells @p report now and then how many are done. Throws CommandError, with what the exception says, when
-/// @p work throws, when a child ends in any other way before the work is done, and when no child can be made;
-/// Interrupted when a signal asks for the end. No child outlives the call, nor this process.
+/// Sets values[i] to work(i) for every i below @p count, in @p jobs child processes: for work that is not thread-safe.
+/// Fewer children work when the system allows no more. Calls @p report now and then with the number of values that are
+/// done. Throws CommandError when @p work throws (with the text of the exception), when a child ends in any other way
+/// before the work is done, and when no child can be made; throws Interrupted after a signal that ends the program. No
+/// child lives longer than the call, or than this process.
 void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
                         const std::function<std::optional<double>(std::size_t index)> &work,
                         const std::function<void(std::size_t done)> &report);

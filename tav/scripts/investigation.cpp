@@ -35,7 +35,7 @@ bool Investigation::load(const QString &file)
     return loaded;
 }
 
-// The manager tells the failure on the console only, in the last line of the operation.
+// The manager reports the failure only as the last console line of the operation.
 bool Investigation::loadInvariant(void (TAVManager::*operation)(const QString &), const QString &file)
 {
     (manager.*operation)(file);

@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// The list manager that the window uses, without the window: the lines of its console go to standard output, each as
-/// soon as it is there, and the progress of a load to standard error.
+/// The list manager of the window, without the window. Console lines are printed on standard output at once, the
+/// progress of a load on standard error.
 class Investigation
 {
 public:
@@ -17,7 +17,7 @@ public:
     Investigation(const Investigation &) = delete;
     Investigation &operator=(const Investigation &) = delete;
 
-    /// For the operations that end at once and tell their failure.
+    /// For the operations that return when they are done, with whether they succeeded.
     TAVManager &getManager() { return manager; }
 
     /// Loads the database file @p file, waits for the outcome and returns whether there is a database now.
@@ -35,7 +35,7 @@ private:
 
     TAVManager manager;
     QString lastConsoleLine;
-    std::optional<Progress> progress; // shown until the console has something to say
+    std::optional<Progress> progress; // removed before a console line is printed
 };
 
 #endif

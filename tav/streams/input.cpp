@@ -17,8 +17,8 @@ namespace
 /// Every so many lines the progress is reported.
 constexpr qint64 progressStep = 10000;
 
-/// An open file, which it closes. Hands out what a pipe or a terminal has as soon as it has something; QFile waits
-/// until its block is full.
+/// A file that is read without waiting: a read from a pipe or a terminal returns what has arrived, where QFile would
+/// wait until the block is full. The destructor closes the file.
 class InputDevice : public QIODevice
 {
 public:

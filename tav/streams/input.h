@@ -6,10 +6,10 @@
 #include <functional>
 #include <string_view>
 
-/// Reads the file @p path, which may be a pipe, or standard input for "-", line by line: @p take gets each line,
-/// without its "\n" and every "\r" before that, and its number, counted from 1. A line from a pipe or a terminal is
-/// handed out as soon as it has come; when there are many, progress is shown. Throws CommandError when the file cannot
-/// be opened or read.
+/// Reads the file @p path line by line; it may be a pipe, and "-" is standard input. Calls @p take with each line,
+/// without its "\n" and the "\r"s before it, and the number of the line, counted from 1. A line from a pipe or a
+/// terminal is handed out as soon as it has arrived. Shows progress when there are many lines. Throws CommandError when
+/// the file cannot be opened or read.
 void readLines(const QString &path, const std::function<void(std::string_view line, qint64 number)> &take);
 
 #endif

@@ -36,7 +36,7 @@ void writeStandardOutput(const std::function<void(const Write &)> &produce)
 
 void writeOutput(const QString &path, const std::function<void(const Write &)> &produce)
 {
-    std::optional<InterruptionScope> scope; // while there is something to take back
+    std::optional<InterruptionScope> scope; // only for a new file, which a signal must not leave behind unfinished
     if (path != standardStream && isReplaced(path)) {
         scope.emplace();
     }

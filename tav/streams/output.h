@@ -9,11 +9,11 @@
 /// Takes the next bytes of an output.
 using Write = std::function<void(const QByteArray &bytes)>;
 
-/// Writes the file @p path, or standard output for "-", with what @p produce gives to its argument. The file is
-/// replaced when the new one is complete; when it cannot be written (CommandError), when a signal asks for the end
-/// (Interrupted) or when @p produce throws, what stood there stays and nothing is left behind. Once something cannot be
-/// written, or a signal has come, the next call of Write ends @p produce. A signal ends the program at once where
-/// nothing is to be taken back: while it writes to standard output or to a device.
+/// Writes the file @p path, or standard output for "-", with the bytes that @p produce gives to its argument. An old
+/// file is replaced when the new one is complete. When it cannot be written (CommandError), after a signal that ends
+/// the program (Interrupted) and when @p produce throws, the old file stays and no unfinished one is left behind. The
+/// exceptions for a write error and for a signal come from the argument of @p produce. While the program writes to
+/// standard output or to a device, a signal ends it at once: there is no file to remove.
 void writeOutput(const QString &path, const std::function<void(const Write &write)> &produce);
 
 /// Writes out what was printed so far; throws CommandError when not everything could be written.

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-/// Whether @p actual is @p expected but for rounding; NaN is expected to be NaN.
+/// Whether @p actual and @p expected differ only by rounding errors, or are both NaN.
 inline bool isClose(double actual, double expected)
 {
     return (std::isnan(actual) && std::isnan(expected)) ||

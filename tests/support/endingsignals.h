@@ -5,7 +5,7 @@
 
 #include <csignal>
 
-/// The signals that the companion program ends with: a row each, with its "number".
+/// Adds a test row with the "number" of each signal that ends tav.
 inline void addEndingSignals()
 {
     QTest::addColumn<int>("number");

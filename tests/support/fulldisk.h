@@ -3,8 +3,8 @@
 
 #include <sys/resource.h>
 
-/// Lets no file grow beyond 16 bytes while the object lives: a write takes what fits, the next one fails, as on a disk
-/// that fills up.
+/// While one lives, no file can grow beyond 16 bytes: as on a disk that fills up, one write takes what fits, and the
+/// next one fails.
 class FullDisk
 {
 public:

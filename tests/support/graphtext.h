@@ -55,7 +55,7 @@ inline void select(Graph &graph, const QVector<int> &selected)
     }
 }
 
-/// Makes the graph one of @p n vertices with these edges only, published and shown.
+/// Replaces the graph by one on @p n vertices with these edges, and publishes and shows it.
 inline void build(Graph &graph, int n, const QVector<QPair<int, int>> &edges)
 {
     graph.clear();
@@ -95,7 +95,7 @@ inline bool published(const Graph &graph)
     return true;
 }
 
-/// How many graphs live: the views and the states in their histories.
+/// The number of Graph objects: the views, and the states in their histories.
 inline int living()
 {
     int count = 0;

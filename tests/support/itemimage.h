@@ -7,7 +7,7 @@
 
 class QGraphicsItem;
 
-/// What an item paints, pixel by pixel in the item's own coordinates, on a background that no item uses.
+/// The picture of an item in its own coordinates, on a background of a colour that no item uses.
 class ItemImage
 {
 public:
@@ -19,7 +19,7 @@ public:
     bool paints(int x, int y) const;
     /// The smallest rectangle that holds every painted pixel; empty when the item paints nothing.
     QRect painted() const;
-    /// How many pixels of the column at @p x have that colour.
+    /// The number of pixels of that colour in the column @p x.
     int countInColumn(int x, const QColor &colour) const;
     /// The smallest rectangle within @p area that holds every pixel of another colour than @p colour.
     QRect unlike(const QColor &colour, const QRect &area) const;

@@ -19,7 +19,8 @@ class TAVMainWidget;
 class MainWindowFixture
 {
 public:
-    /// With @p savedWorkDir as the work directory that an earlier run stored in the settings.
+    /// @p savedWorkDir is the work directory in the settings, as if stored by an earlier run; by default the fixture's
+    /// own directory.
     explicit MainWindowFixture(const QString &savedWorkDir = QString());
     /// Closes the window if it is still there.
     ~MainWindowFixture();
@@ -33,8 +34,7 @@ public:
     void pressAndCancel(const QString &button);
     /// Presses a button that opens no dialog.
     void press(const QString &button);
-    /// Loads a database with the button of the mode panel and waits for the outcome, which is returned: true when it
-    /// was loaded.
+    /// Loads a database with the button of the mode panel, waits for the outcome and returns whether it was loaded.
     bool load(const QString &file, const std::function<void()> &then = {});
     /// Builds a list from a file with the button of the lists panel.
     void addList(const QString &name, const QString &file);

@@ -1,4 +1,4 @@
-// The rules of the database file's lines, word for word, on text: what reading from bytes is held against.
+// Reads a line of a database file as text, step by step by the rules of the file, to check the parser of bytes.
 #ifndef TAVOLINE_PLAINREADING_H
 #define TAVOLINE_PLAINREADING_H
 

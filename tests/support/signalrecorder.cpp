@@ -12,7 +12,7 @@ QString describe(const QMetaMethod &method, void **arguments)
 {
     QStringList words{QString::fromLatin1(method.name().mid(prefix.size()))};
     for (int i = 0; i < method.parameterCount(); ++i) {
-        // The first pointer is the place of the result.
+        // moc passes the address of the result first.
         words.append(QVariant(method.parameterType(i), arguments[i + 1]).toString());
     }
     return words.join(QLatin1Char(' '));

@@ -6,9 +6,9 @@
 #include <QStringList>
 #include <QVector>
 
-/// Writes down the signals of an object in the order in which they arrive, each as one line of text: the name without
-/// its "signal_" and the arguments, separated by blanks ("progress 0 25000"). Signals that are not named "signal_..."
-/// are left out. Signals of another thread arrive through the event loop of the thread that made the recorder.
+/// Records the signals of an object in the order in which they arrive, each as a line of text: the name without
+/// "signal_", then the arguments, separated by blanks ("progress 0 25000"). Signals with other names are left out. A
+/// signal from another thread arrives through the event loop of the thread that made the recorder.
 class SignalRecorder : public QObject
 {
 public:
@@ -19,7 +19,7 @@ public:
     /// What arrived since the last call.
     QStringList take();
 
-    // The recorder has no slots of its own: the numbers behind QObject's own methods stand for the recorded signals.
+    // The signals are connected to slot numbers instead of slots: number i behind the methods of QObject is methods[i].
     int qt_metacall(QMetaObject::Call call, int id, void **arguments) override;
 
 private:

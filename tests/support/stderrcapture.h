@@ -13,7 +13,7 @@ public:
     StderrCapture(const StderrCapture &) = delete;
     StderrCapture &operator=(const StderrCapture &) = delete;
 
-    /// Gives the stream back and returns every byte written to it since construction; call it once.
+    /// Ends the collection and returns the bytes; to be called once.
     QByteArray take();
 
 private:

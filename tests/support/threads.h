@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <pthread.h>
 
-/// While one lives no thread can be made: there is no memory for its stack.
+/// While one lives, no thread can be made: its stack would need more memory than there is.
 class NoThreads
 {
 public:
@@ -35,7 +35,7 @@ private:
     std::size_t usualSize = 0;
 };
 
-/// While one lives work is shared out to so many threads.
+/// Sets threadCount() to @p count while it lives.
 class ThreadCount
 {
 public:

@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-/// What a program that has ended left: its exit status, -1 after a crash or when it did not end, and its output.
+/// The exit status of a program (-1 after a crash, and when it did not end in time) and its output.
 struct ToolResult {
     int status = -1;
     QByteArray output;
@@ -35,13 +35,13 @@ inline ToolResult runProgram(const QString &program, const QStringList &argument
     return result;
 }
 
-/// The companion program.
+/// The same with tav.
 inline ToolResult runTav(const QStringList &arguments, const QByteArray &input = {}, const QString &folder = {})
 {
     return runProgram(QStringLiteral(TAVOLINE_TAV), arguments, input, folder);
 }
 
-/// Whether a process has a file of the folder open, which need not have a name yet.
+/// Whether a process has opened a file in the folder, even one without a name.
 inline bool hasFileOpenIn(qint64 process, const QString &folder)
 {
     const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(process));

@@ -1,7 +1,7 @@
-// Qt is not instrumented, and its mutexes do not go through the functions that the thread sanitizer intercepts: the
-// sanitizer sees neither that an event is posted before it is delivered nor that QThread::wait() waits. The linker puts
-// the functions below in the place of the ones that they call, and a mutex that the sanitizer does see repeats what the
-// mutexes of Qt guarantee. Nothing is hidden: accesses that Qt does not bring into an order are still reported.
+// Qt is compiled without the thread sanitizer, and its mutexes use futexes, which the sanitizer does not intercept. So
+// the sanitizer knows neither that an event is posted before it is delivered nor that QThread::wait() waits. The linker
+// replaces three functions by the ones below, which lock a std::mutex, known to the sanitizer, where Qt locks its own.
+// This hides no fault: accesses that Qt does not order are still reported.
 
 #include "TAVsearchengine.h"
 
@@ -9,7 +9,7 @@
 
 #include <mutex>
 
-// The names are the ones that the linker's option --wrap makes of the functions' own.
+// The linker's option --wrap makes these names from the mangled names of the functions.
 void realRun(TAVSearchEngine *engine) asm("__real__ZN15TAVSearchEngine3runEv");
 void wrappedRun(TAVSearchEngine *engine) asm("__wrap__ZN15TAVSearchEngine3runEv");
 bool realWait(QThread *thread, QDeadlineTimer deadline) asm("__real__ZN7QThread4waitE14QDeadlineTimer");
@@ -28,8 +28,8 @@ void passHandOver()
     const std::lock_guard<std::mutex> lock(handOver);
 }
 
-/// Called before each delivery of an event: an event that is there was posted by an emission that is over or that still
-/// holds the mutex.
+/// Called before each delivery of an event. wrappedActivate() holds the mutex while it posts an event, so that the lock
+/// here comes after that.
 bool beforeDelivery(void **)
 {
     passHandOver();

@@ -36,7 +36,7 @@ void click(QWidget *window, const QString &text)
     if (target == nullptr) {
         qFatal("no visible button \"%s\"", qPrintable(text));
     }
-    // A radio button reacts on its mark and its text only, not on the blank space behind them.
+    // QRadioButton ignores clicks beside its mark and its text.
     const int x = qobject_cast<QRadioButton *>(target) != nullptr ? radioMarkX : target->width() / 2;
     QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, QPoint(x, target->height() / 2));
 }

@@ -11,7 +11,7 @@ class QDialog;
 class QFileDialog;
 class QWidget;
 
-/// Works a window as a user does: finds what is visible and clicks it, and answers the dialogs that come up.
+/// Works with a window as a user does: clicks buttons that are visible, and answers dialogs.
 namespace driver
 {
 /// The visible button of @p window with that text ("&" and blanks at the ends left out), or nullptr.

@@ -6,8 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// While one lives a file or folder has the rights of @p mode, and the process no more than these: the administrator,
-/// for whom they would not hold, becomes somebody else.
+/// While one lives, a file or folder has the access mode @p mode. root, whom the mode would not stop, becomes the user
+/// nobody meanwhile.
 class WithoutRights
 {
 public:

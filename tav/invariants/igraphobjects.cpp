@@ -1,17 +1,17 @@
-#include "graphlibrary.h"
+#include "igraphobjects.h"
 
 #include "commandline.h"
 
 #include <array>
 
-void checkLibrary(igraph_error_t code)
+void checkIgraph(igraph_error_t code)
 {
     if (code != IGRAPH_SUCCESS) {
         throw CommandError(QStringLiteral("igraph: %1").arg(QString::fromLatin1(igraph_strerror(code))));
     }
 }
 
-LibraryGraph::LibraryGraph(const SmallGraph &given)
+IgraphGraph::IgraphGraph(const SmallGraph &given)
 {
     [[maybe_unused]] static igraph_error_handler_t *const previousHandler =
         igraph_set_error_handler(igraph_error_handler_ignore);
@@ -26,6 +26,6 @@ LibraryGraph::LibraryGraph(const SmallGraph &given)
         }
     }
     igraph_vector_int_t edges;
-    checkLibrary(
+    checkIgraph(
         igraph_create(&graph, igraph_vector_int_view(&edges, ends.data(), count), given.order, IGRAPH_UNDIRECTED));
 }
