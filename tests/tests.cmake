@@ -60,3 +60,5 @@ tavoline_window_test(tst_mainwidget window_fixture)
 tavoline_window_test(tst_mainwindow window_fixture)
 tavoline_window_test(tst_monkey window_fixture)
 tavoline_patient_test(tst_monkey)
+
+tavoline_slow_tests(tst_faults tst_loading tst_loadraces tst_monkey tst_queries_random tst_searchengine tst_tav_build)
