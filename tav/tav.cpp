@@ -4,9 +4,9 @@
 #include "info.h"
 #include "interruption.h"
 #include "invariant.h"
-#include "output.h"
 #include "outputfile.h"
 #include "run.h"
+#include "standardoutput.h"
 
 #include <QCoreApplication>
 
@@ -44,15 +44,15 @@ const Command *findCommand(const QString &name)
 
 void printHelp()
 {
-    std::puts("Usage: tav COMMAND [OPTION...] [FILE...]\n"
-              "Makes and examines databases of graphs for Tavoline.\n\n"
-              "Commands:");
+    print(QStringLiteral("Usage: tav COMMAND [OPTION...] [FILE...]\n"
+                         "Makes and examines databases of graphs for Tavoline.\n\n"
+                         "Commands:\n"));
     for (const Command &command : commands) {
-        std::printf("  %-10s  %s\n", command.name, command.summary);
+        print(QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -10).arg(QLatin1String(command.summary)));
     }
-    std::puts("\nOptions:\n"
-              "  -h, --help  displays this help; 'tav COMMAND --help' tells more of a command\n"
-              "  --version   displays the version");
+    print(QStringLiteral("\nOptions:\n"
+                         "  -h, --help  displays this help; 'tav COMMAND --help' tells more of a command\n"
+                         "  --version   displays the version\n"));
 }
 
 void runCommand(const QStringList &arguments)

@@ -5,13 +5,13 @@
 #include "counted.h"
 #include "input.h"
 #include "smallgraph.h"
+#include "standardoutput.h"
 #include "textline.h"
 
 #include <QList>
 #include <QString>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -145,32 +145,46 @@ private:
     qint64 line = 0;
 };
 
+QString text(double number, int decimals)
+{
+    return QString::number(number, 'f', decimals);
+}
+
+void printLine(const char *what, const QString &value)
+{
+    constexpr int width = 16;
+    print(QString(QLatin1String(what)).leftJustified(width) + value + QLatin1Char('\n'));
+}
+
 void printCounts(const char *what, const CountSummary &counts, qint64 graphs)
 {
-    std::printf("%s %lld to %lld, %.2f on average\n", what, counts.low, counts.high,
-                double(counts.sum) / double(graphs));
+    printLine(what, QStringLiteral("%1 to %2, %3 on average")
+                        .arg(counts.low)
+                        .arg(counts.high)
+                        .arg(text(double(counts.sum) / double(graphs), 2)));
 }
 
 void printNotable(const char *what, const NotableGraph &graph)
 {
     if (graph.line > 0) {
-        std::printf("%s %s, %s: %s (line %lld)\n", what, qPrintable(counted(graph.order, "vertex", "vertices")),
-                    qPrintable(counted(graph.size, "edge", "edges")), qPrintable(graph.name), graph.line);
+        printLine(what, QStringLiteral("%1, %2: %3 (line %4)")
+                            .arg(counted(graph.order, "vertex", "vertices"), counted(graph.size, "edge", "edges"),
+                                 graph.name, QString::number(graph.line)));
     }
 }
 
 void print(const DatabaseSummary &summary)
 {
-    std::printf("graphs:         %lld\n", summary.graphs);
-    std::printf("links:          %lld\n", summary.subGraphs.sum);
+    printLine("graphs:", QString::number(summary.graphs));
+    printLine("links:", QString::number(summary.subGraphs.sum));
     if (summary.graphs > 0) {
         printNotable("smallest graph:", summary.smallest);
-        printNotable("largest graph: ", summary.largest);
-        printCounts("sub-graphs:    ", summary.subGraphs, summary.graphs);
-        printCounts("super-graphs:  ", summary.superGraphs, summary.graphs);
+        printNotable("largest graph:", summary.largest);
+        printCounts("sub-graphs:", summary.subGraphs, summary.graphs);
+        printCounts("super-graphs:", summary.superGraphs, summary.graphs);
     }
-    std::printf("memory:         %.1f MB for the loaded database\n", double(summary.memory) / 1e6);
-    std::printf("faults:         %lld\n", summary.faults);
+    printLine("memory:", text(double(summary.memory) / 1e6, 1) + QStringLiteral(" MB for the loaded database"));
+    printLine("faults:", QString::number(summary.faults));
 }
 } // namespace
 

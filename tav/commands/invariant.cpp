@@ -4,12 +4,12 @@
 #include "input.h"
 #include "output.h"
 #include "progress.h"
+#include "standardoutput.h"
 #include "textline.h"
 #include "workers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -95,7 +95,9 @@ void writeValues(const Names &names, const SharedValues &values, const Write &wr
 void printInvariants()
 {
     for (const Invariant &invariant : invariants()) {
-        std::printf("%-22s  %s\n", invariant.name, invariant.description);
+        print(QStringLiteral("%1  %2\n")
+                  .arg(QLatin1String(invariant.name), -22)
+                  .arg(QLatin1String(invariant.description)));
     }
 }
 

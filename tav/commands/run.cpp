@@ -4,10 +4,10 @@
 #include "input.h"
 #include "interruption.h"
 #include "investigation.h"
-#include "output.h"
 #include "outputfile.h"
 #include "parallel.h"
 #include "script.h"
+#include "standardoutput.h"
 
 #include <algorithm>
 #include <optional>

@@ -2,6 +2,7 @@
 
 #include "parallel.h"
 #include "progress.h"
+#include "standardoutput.h"
 
 #include <cstdio>
 #include <utility>
@@ -45,6 +46,12 @@ QString inputName(const QString &path)
     return path == standardStream ? QStringLiteral("standard input") : path;
 }
 
+CommandError cannotWrite(const QString &path, const QString &reason)
+{
+    return CommandError(QStringLiteral("%1: cannot be written: %2")
+                            .arg(path == standardStream ? QStringLiteral("standard output") : path, reason));
+}
+
 QString quoted(const QString &text)
 {
     constexpr int longest = 60; // characters
@@ -63,7 +70,7 @@ void tell(const QString &line)
         }
     }
     Progress::clear();
-    std::fflush(stdout);
+    sendPrinted();
     std::fprintf(stderr, "tav: %s\n", qPrintable(plain));
 }
 
@@ -82,7 +89,7 @@ bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, co
         parser.setApplicationDescription(wrapped(parser.applicationDescription()));
         QString text = parser.helpText();
         text.remove(0, qMax(0, text.indexOf(QLatin1String(" [options]")))); // begins with the path of the program
-        std::printf("Usage: tav %s%s%s", qPrintable(arguments.first()), qPrintable(text), qPrintable(moreHelp));
+        print(QStringLiteral("Usage: tav ") + arguments.first() + text + moreHelp);
         return false;
     }
     if (parser.isSet(version)) {
@@ -94,7 +101,7 @@ bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, co
 
 void printVersion()
 {
-    std::puts("tav " TAVOLINE_VERSION);
+    print(QStringLiteral("tav " TAVOLINE_VERSION "\n"));
 }
 
 void expectNoMore(const QStringList &arguments)

@@ -38,6 +38,9 @@ inline const QString standardStream = QStringLiteral("-");
 /// How a message names the input @p path.
 QString inputName(const QString &path);
 
+/// The output @p path cannot be written, for a @p reason in the words of the system.
+CommandError cannotWrite(const QString &path, const QString &reason);
+
 /// A text from a file or the command line in quotation marks, cut when it is long.
 QString quoted(const QString &text);
 

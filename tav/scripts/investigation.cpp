@@ -1,16 +1,12 @@
 #include "investigation.h"
 
-#include <QEventLoop>
+#include "standardoutput.h"
 
-#include <cstdio>
+#include <QEventLoop>
 
 namespace
 {
-void print(const QString &line)
-{
-    const QByteArray bytes = line.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-}
+const QChar lineEnd = QLatin1Char('\n');
 } // namespace
 
 Investigation::Investigation()
@@ -45,7 +41,7 @@ bool Investigation::loadInvariant(void (TAVManager::*operation)(const QString &)
 void Investigation::printLists()
 {
     for (const QString &name : manager.listNames()) {
-        print(name + QLatin1Char('\t') + QString::number(manager.getList(name).size()));
+        print(name + QLatin1Char('\t') + QString::number(manager.getList(name).size()) + lineEnd);
     }
 }
 
@@ -55,7 +51,7 @@ bool Investigation::printList(const QString &name)
         return false;
     }
     for (const QString &graph : manager.getList(name)) {
-        print(graph);
+        print(graph + lineEnd);
     }
     return true;
 }
@@ -64,8 +60,8 @@ void Investigation::showConsoleLine(const QString &text)
 {
     progress.reset();
     lastConsoleLine = text;
-    print(text);
-    std::fflush(stdout);
+    print(text + lineEnd);
+    sendPrinted();
 }
 
 void Investigation::showProgress(int done, int total)

@@ -4,18 +4,11 @@
 #include "interruption.h"
 #include "outputfile.h"
 
-#include <cstdio>
 #include <optional>
 #include <unistd.h>
 
 namespace
 {
-CommandError cannotWrite(const QString &path, const QString &reason)
-{
-    return CommandError(QStringLiteral("%1: cannot be written: %2")
-                            .arg(path == standardStream ? QStringLiteral("standard output") : path, reason));
-}
-
 void produceInto(OutputFile &file, const QString &path, const std::function<void(const Write &)> &produce)
 {
     produce([&](const QByteArray &bytes) {
@@ -48,12 +41,5 @@ void writeOutput(const QString &path, const std::function<void(const Write &)> &
     const auto write = [&](OutputFile &file) { produceInto(file, path, produce); };
     if (writeFile(path, write, &reason) != WriteResult::Written) {
         throw cannotWrite(path, reason);
-    }
-}
-
-void flushStandardOutput()
-{
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw cannotWrite(standardStream, qt_error_string());
     }
 }

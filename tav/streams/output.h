@@ -16,7 +16,4 @@ using Write = std::function<void(const QByteArray &bytes)>;
 /// standard output or to a device, a signal ends it at once: there is no file to remove.
 void writeOutput(const QString &path, const std::function<void(const Write &write)> &produce);
 
-/// Writes out what was printed so far; throws CommandError when not everything could be written.
-void flushStandardOutput();
-
 #endif

@@ -1,0 +1,101 @@
+#include "commandline.h"
+#include "standardoutput.h"
+
+#include <QtTest>
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <future>
+#include <iostream>
+#include <sys/ioctl.h>
+#include <thread>
+#include <unistd.h>
+
+namespace
+{
+/// While one lives, standard output goes to another file.
+class Redirection
+{
+public:
+    explicit Redirection(int target) : kept(::dup(STDOUT_FILENO)) { ::dup2(target, STDOUT_FILENO); }
+    ~Redirection()
+    {
+        ::dup2(kept, STDOUT_FILENO);
+        ::close(kept);
+    }
+    Redirection(const Redirection &) = delete;
+    Redirection &operator=(const Redirection &) = delete;
+
+private:
+    int kept;
+};
+
+/// Why what was printed could not be written; empty when it could.
+QString faultOfFlush()
+{
+    try {
+        flushStandardOutput();
+    } catch (const CommandError &error) {
+        return error.text();
+    }
+    return {};
+}
+
+/// Reads a pipe to its end, once it is full.
+QByteArray readFullPipe(int descriptor)
+{
+    for (int count = 0; count < ::fcntl(descriptor, F_GETPIPE_SZ);) {
+        ::ioctl(descriptor, FIONREAD, &count);
+        std::this_thread::yield();
+    }
+    QFile file;
+    return file.open(descriptor, QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+} // namespace
+
+class TestStandardOutput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    /// A program at the other end may have made the pipe so that a write to it does not wait.
+    void aPipeThatTakesAPartAtATime()
+    {
+        std::array<int, 2> ends{};
+        QCOMPARE(::pipe2(ends.data(), O_CLOEXEC), 0);
+        QCOMPARE(::fcntl(ends[1], F_SETFL, O_NONBLOCK), 0);
+        auto taken = std::async(std::launch::async, readFullPipe, ends[0]);
+        const QString text = QStringLiteral("\u00e4\n").repeated(1 << 18);
+        QString fault;
+        {
+            const Redirection redirection(ends[1]);
+            print(text);
+            fault = faultOfFlush();
+        }
+        ::close(ends[1]);
+        const bool isWhole = taken.get() == text.toUtf8();
+        QCOMPARE(fault, QString());
+        QVERIFY(isWhole);
+    }
+
+    /// libstdc++ flushes the standard output of the C library before it writes to std::cerr, in whatever thread; and
+    /// every call of the system that fails says so in the same place.
+    void theReasonOfAFailureStays()
+    {
+        QString fault;
+        const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
+        {
+            const Redirection redirection(full);
+            print(QStringLiteral("a line\n"));
+            std::thread([] { std::cerr << std::flush; }).join();
+            errno = ENOTTY;
+            fault = faultOfFlush();
+        }
+        ::close(full);
+        QCOMPARE(fault, QStringLiteral("standard output: cannot be written: No space left on device"));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestStandardOutput)
+#include "tst_standardoutput.moc"
