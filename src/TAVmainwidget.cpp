@@ -23,6 +23,7 @@
 #include <QTextEdit>
 
 #include <iostream>
+#include <new>
 
 namespace
 {
@@ -303,10 +304,8 @@ void TAVMainWidget::stepThroughList(int step)
 {
     slot_manager_busy();
     position += step;
-    const QString list = browseChoice->currentText();
-    if (list != browsedList) {
-        browsedList = list;
-        browsedNames = manager->getList(list).toVector();
+    if (!browseChosenList()) {
+        return;
     }
     if (browsedNames.isEmpty()) {
         showNothing();
@@ -330,6 +329,25 @@ void TAVMainWidget::stepThroughList(int step)
         showNothing();
     }
     slot_manager_ready();
+}
+
+/// Fetches the names of the chosen list when another one was browsed before; returns false, with a console line, when
+/// there is no memory for them.
+bool TAVMainWidget::browseChosenList()
+{
+    const QString list = browseChoice->currentText();
+    if (list == browsedList) {
+        return true;
+    }
+    try {
+        browsedNames = manager->getList(list).toVector();
+    } catch (const std::bad_alloc &) {
+        slot_console(tr("Not enough memory."));
+        slot_manager_ready();
+        return false;
+    }
+    browsedList = list;
+    return true;
 }
 
 void TAVMainWidget::showNothing()

@@ -143,6 +143,7 @@ private:
     void derive(void (TAVManager::*derivation)());
     void compare(bool (TAVManager::*builder)(const QString &));
     void stepThroughList(int step);
+    bool browseChosenList();
     void showNothing();
 
     TAVManager *manager;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <new>
 #include <optional>
 
 TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this))
@@ -128,12 +129,14 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
         emit signal_console(QStringLiteral("Unable to open file :") + fileName);
         return refuse();
     }
-    const std::optional<QStringList> names = readNames(file);
-    if (!names) {
-        emit signal_console(QStringLiteral("Unable to read file :") + fileName);
-        return refuse();
-    }
-    return addList(newName, *names);
+    return withinMemory([&] {
+        const std::optional<QStringList> names = readNames(file);
+        if (!names) {
+            emit signal_console(QStringLiteral("Unable to read file :") + fileName);
+            return refuse();
+        }
+        return addList(newName, *names);
+    });
 }
 
 bool TAVManager::saveList(const QString &listName, const QString &fileName)
@@ -142,20 +145,22 @@ bool TAVManager::saveList(const QString &listName, const QString &fileName)
     if (index < 0) {
         return refuse();
     }
-    const QStringList names = lists.at(index)->getList();
-    switch (writeFile(fileName, [&names](OutputFile &file) { writeNames(names, file); })) {
-    case WriteResult::Written:
-        emit signal_manager_ready();
-        return true;
-    case WriteResult::NotOpened:
-        std::cerr << "Unable to open file" << std::endl;
-        emit signal_console(QStringLiteral("Unable to open file :") + fileName);
-        break;
-    case WriteResult::Failed:
-        emit signal_console(QStringLiteral("Unable to write file :") + fileName);
-        break;
-    }
-    return refuse();
+    return withinMemory([&] {
+        const QStringList names = lists.at(index)->getList();
+        switch (writeFile(fileName, [&names](OutputFile &file) { writeNames(names, file); })) {
+        case WriteResult::Written:
+            emit signal_manager_ready();
+            return true;
+        case WriteResult::NotOpened:
+            std::cerr << "Unable to open file" << std::endl;
+            emit signal_console(QStringLiteral("Unable to open file :") + fileName);
+            break;
+        case WriteResult::Failed:
+            emit signal_console(QStringLiteral("Unable to write file :") + fileName);
+            break;
+        }
+        return refuse();
+    });
 }
 
 bool TAVManager::saveGraphs(const QString &fileName)
@@ -281,6 +286,17 @@ bool TAVManager::refuseWhileLoading()
     return true;
 }
 
+/// Returns what @p operation returns, or refuses it when it runs out of memory.
+template<typename Operation> bool TAVManager::withinMemory(Operation operation)
+{
+    try {
+        return operation();
+    } catch (const std::bad_alloc &) {
+        emit signal_console(tr("Not enough memory."));
+        return refuse();
+    }
+}
+
 bool TAVManager::addCombination(const QString &newName, const QString &nameA, const QString &nameB, Combine combine)
 {
     if (newName.isEmpty() || indexOf(newName) >= 0) {
@@ -291,9 +307,11 @@ bool TAVManager::addCombination(const QString &newName, const QString &nameA, co
     if (a < 0 || b < 0) {
         return refuse();
     }
-    addList(newName, combine(lists.at(a)->getList(), lists.at(b)->getList()));
-    emit signal_manager_ready();
-    return true;
+    return withinMemory([&] {
+        addList(newName, combine(lists.at(a)->getList(), lists.at(b)->getList()));
+        emit signal_manager_ready();
+        return true;
+    });
 }
 
 bool TAVManager::addClosure(const QString &newName, const QString &sourceName,
@@ -309,10 +327,12 @@ bool TAVManager::addClosure(const QString &newName, const QString &sourceName,
     if (source < 0) {
         return refuse();
     }
-    addList(newName, (engine->*closure)(lists.at(source)->getList()));
-    emit signal_lists_changed();
-    emit signal_manager_ready();
-    return true;
+    return withinMemory([&] {
+        addList(newName, (engine->*closure)(lists.at(source)->getList()));
+        emit signal_lists_changed();
+        emit signal_manager_ready();
+        return true;
+    });
 }
 
 bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)(const QString &))
@@ -320,12 +340,14 @@ bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)
     if (refuseWhileLoading()) {
         return false;
     }
-    const bool saved = (engine->*save)(fileName);
-    if (saved) {
-        emit signal_console(QStringLiteral("Wrote ") + fileName);
-    }
-    emit signal_manager_ready();
-    return saved;
+    return withinMemory([&] {
+        const bool saved = (engine->*save)(fileName);
+        if (saved) {
+            emit signal_console(QStringLiteral("Wrote ") + fileName);
+        }
+        emit signal_manager_ready();
+        return saved;
+    });
 }
 
 void TAVManager::loadInvariant(const QString &fileName, bool (TAVSearchEngine::*load)(const QString &))
@@ -343,8 +365,11 @@ void TAVManager::derive(void (TAVSearchEngine::*derivation)())
     if (refuseWhileLoading()) {
         return;
     }
-    (engine->*derivation)();
-    emit signal_manager_ready();
+    withinMemory([&] {
+        (engine->*derivation)();
+        emit signal_manager_ready();
+        return true;
+    });
 }
 
 bool TAVManager::addComparison(const QString &newName, const Query &query)
@@ -360,13 +385,15 @@ bool TAVManager::addComparison(const QString &newName, const Query &query)
         emit signal_console(QStringLiteral("Name already used"));
         return refuse();
     }
-    const QStringList names = query(*engine);
-    if (names.isEmpty()) {
-        emit signal_console(QStringLiteral("Empty list"));
-    } else {
-        addList(newName, names);
-    }
-    emit signal_lists_changed();
-    emit signal_manager_ready();
-    return true;
+    return withinMemory([&] {
+        const QStringList names = query(*engine);
+        if (names.isEmpty()) {
+            emit signal_console(QStringLiteral("Empty list"));
+        } else {
+            addList(newName, names);
+        }
+        emit signal_lists_changed();
+        emit signal_manager_ready();
+        return true;
+    });
 }

@@ -18,6 +18,8 @@ class TAVSearchEngine;
 ///
 /// While a load runs, an operation that needs the database is refused: it says so in one console line and changes
 /// nothing. A load runs until its outcome is delivered here.
+///
+/// An operation for which memory is short fails: it says so in one console line, and all lists are as they were.
 class TAVManager : public QObject
 {
     Q_OBJECT
@@ -126,6 +128,7 @@ private:
     void stopLoading();
     bool refuse();
     bool refuseWhileLoading();
+    template<typename Operation> bool withinMemory(Operation operation);
 
     using Query = std::function<QStringList(TAVSearchEngine &)>;
     using Combine = QStringList (*)(const QStringList &a, const QStringList &b);

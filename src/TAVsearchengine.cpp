@@ -74,8 +74,8 @@ void TAVSearchEngine::run()
     Outcome outcome = Outcome::Failed;
     try {
         outcome = readFile(linkCount);
-    } catch (const std::bad_alloc &) { // for example a line with more links than a QList can hold
-        rejectUnreadable(filename);
+    } catch (const std::bad_alloc &) { // or a line with more links than a QList can hold
+        rejectForMemory();
     }
     if (outcome == Outcome::Done) {
         emit signal_console(QStringLiteral("Data loaded : %1 nodes and %2 links.").arg(graphs.size()).arg(linkCount));
@@ -96,30 +96,12 @@ bool TAVSearchEngine::loadData(const QString &path)
     diagnose(QStringLiteral("Reading data"));
     emit signal_console(QStringLiteral("Reading data."));
 
-    char piece[pieceBufferSize];
-    DatabaseLine line;
-    qint64 length = 0;
-    for (qint64 number = 0; (length = file.readLine(piece, pieceBufferSize)) > 0; ++number) {
-        if (number % pieceReportStep == 0) {
-            diagnose(QString::number(number));
-        }
-        std::string_view bytes(piece, size_t(length));
-        if (bytes.back() == '\n') {
-            bytes.remove_suffix(1);
-        }
-        QByteArray memory;
-        const std::string_view normalised = normaliseKeepingReturns(bytes, memory);
-        if (normalised.empty()) {
-            continue;
-        }
-        splitDatabaseLine(normalised, line);
-        if (!addRecord(line)) {
-            rejectFormat();
+    try {
+        if (!readPieces(file)) {
             return false;
         }
-    }
-    if (file.error() != QFileDevice::NoError) {
-        rejectUnreadable(path);
+    } catch (const std::bad_alloc &) {
+        rejectForMemory();
         return false;
     }
     file.close();
@@ -217,6 +199,38 @@ QStringList TAVSearchEngine::I1geI2graphs() const
 QStringList TAVSearchEngine::I1leI2graphs() const
 {
     return namesWhereI1AtMostI2(graphs);
+}
+
+/// The second part of loadData().
+bool TAVSearchEngine::readPieces(QFile &file)
+{
+    char piece[pieceBufferSize];
+    DatabaseLine line;
+    qint64 length = 0;
+    for (qint64 number = 0; (length = file.readLine(piece, pieceBufferSize)) > 0; ++number) {
+        if (number % pieceReportStep == 0) {
+            diagnose(QString::number(number));
+        }
+        std::string_view bytes(piece, size_t(length));
+        if (bytes.back() == '\n') {
+            bytes.remove_suffix(1);
+        }
+        QByteArray memory;
+        const std::string_view normalised = normaliseKeepingReturns(bytes, memory);
+        if (normalised.empty()) {
+            continue;
+        }
+        splitDatabaseLine(normalised, line);
+        if (!addRecord(line)) {
+            rejectFormat();
+            return false;
+        }
+    }
+    if (file.error() != QFileDevice::NoError) {
+        rejectUnreadable(file.fileName());
+        return false;
+    }
+    return true;
 }
 
 TAVSearchEngine::Outcome TAVSearchEngine::readFile(qint64 &linkCount)
@@ -341,6 +355,13 @@ void TAVSearchEngine::rejectFormat()
     eraseDatabase();
 }
 
+void TAVSearchEngine::rejectForMemory()
+{
+    eraseDatabase(); // first: the texts need memory, too
+    diagnose(QStringLiteral("Not enough memory"));
+    emit signal_console(tr("Not enough memory."));
+}
+
 void TAVSearchEngine::rejectUnreadable(const QString &path)
 {
     diagnose(QStringLiteral("Unable to read file"));
@@ -372,7 +393,13 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, Descr
         emit signal_console(QStringLiteral("Unable to open file."));
         return false;
     }
-    const InvariantReading reading = readInvariantFile(file, graphs, set);
+    InvariantReading reading;
+    try {
+        reading = readInvariantFile(file, graphs, set);
+    } catch (const std::bad_alloc &) {
+        emit signal_console(tr("Not enough memory."));
+        return false;
+    }
     switch (reading.outcome) {
     case InvariantOutcome::TooFewFields:
     case InvariantOutcome::OtherName:

@@ -16,6 +16,7 @@ struct DatabaseChunk;
 struct DatabaseLine;
 struct InvariantReading;
 class OutputFile;
+class QFile;
 
 /// The database: every record, in the order of the file, and the thread that loads the file.
 ///
@@ -116,12 +117,14 @@ signals:
 private:
     enum class Outcome { Done, Failed, Interrupted };
 
+    bool readPieces(QFile &file);
     Outcome readFile(qint64 &linkCount);
     Outcome countLines(qint64 &lineCount);
     Outcome readRecords(qint64 lineCount, qint64 &linkCount);
     std::optional<qint64> addRecords(DatabaseChunk &chunk);
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
+    void rejectForMemory();
     void rejectUnreadable(const QString &path);
 
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);

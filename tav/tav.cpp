@@ -102,13 +102,9 @@ void openClosedStreams()
         }
     }
 }
-} // namespace
-
-int main(int argc, char *argv[])
+/// Runs the program with the arguments of main() and returns its exit status.
+int run(int argc, char *argv[])
 {
-    useLargeHeapSteps();
-    failBeyondFileSizeLimit();
-    openClosedStreams();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments().mid(1);
     try {
@@ -120,12 +116,26 @@ int main(int argc, char *argv[])
             printHint(arguments);
         }
         return status;
+    }
+    return Success;
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    useLargeHeapSteps();
+    failBeyondFileSizeLimit();
+    openClosedStreams();
+    // GLib, whose event loop Qt uses otherwise, ends the program itself when there is little memory.
+    qputenv("QT_NO_GLIB", "1");
+    try {
+        return run(argc, argv);
     } catch (const Interrupted &interruption) {
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {
-        return report(CommandError(QStringLiteral("Out of memory.")));
+        std::fputs("tav: Out of memory.\n", stderr); // which takes no memory
+        return Failure;
     } catch (const std::exception &exception) {
         return report(CommandError(QString::fromLocal8Bit(exception.what())));
     }
-    return Success;
 }

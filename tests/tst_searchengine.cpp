@@ -195,7 +195,7 @@ private slots:
     void bordersOfChunks_data();
     void bordersOfChunks();
     void runWithoutNewThreads();
-    void whatDoesNotFitIsUnreadable();
+    void aShortageOfMemoryFailsTheLoad();
     void realDatabase_data();
     void realDatabase();
     void interruptedRunHasNoOutcome();
@@ -508,20 +508,19 @@ void TestSearchEngine::runWithoutNewThreads()
     QCOMPARE(load.records, (QStringList{text("A sub[] over[1]"), text("B sub[0] over[]")}));
 }
 
-void TestSearchEngine::whatDoesNotFitIsUnreadable()
+void TestSearchEngine::aShortageOfMemoryFailsTheLoad()
 {
     const QString path = write("A\nB\t0\n");
     StderrCapture capture;
     TAVSearchEngine engine;
     SignalRecorder recorder(engine);
-    // Stands for a list that cannot become long enough: such a file has gigabytes.
     connect(
         &engine, &TAVSearchEngine::signal_progress, &engine, [] { throw std::bad_alloc(); }, Qt::DirectConnection);
     engine.setFilename(path);
     engine.run();
     QCOMPARE(recorder.recorded().mid(2),
-             (QStringList{text("progress 0 2"), text("console Unable to read file :") + path, text("load_failed")}));
-    QCOMPARE(capture.take(), QByteArray("Starting...\nUnable to read file\n"));
+             (QStringList{text("progress 0 2"), text("console Not enough memory."), text("load_failed")}));
+    QCOMPARE(capture.take(), QByteArray("Starting...\nNot enough memory\n"));
     QVERIFY(engine.records().isEmpty());
 }
 

@@ -4,11 +4,16 @@
 
 #ifdef __GLIBC__
 #include <malloc.h>
+#include <sys/resource.h>
 #endif
 
 void useLargeHeapSteps()
 {
 #ifdef __GLIBC__
+    rlimit addressSpace = {};
+    if (getrlimit(RLIMIT_AS, &addressSpace) == 0 && addressSpace.rlim_cur != RLIM_INFINITY) {
+        return; // there may be room for what is needed and none for a large step
+    }
     mallopt(M_TOP_PAD, 64 << 20);
     // Once M_TOP_PAD is set, glibc no longer adapts these two by itself. The first is large enough for a chunk of a
     // file to come from the heap, where the next chunk uses its memory again, instead of from mmap(). The second lets

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <queue>
 #include <vector>
 
@@ -38,8 +39,11 @@ void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
         }
     };
     std::vector<std::future<void>> helpers;
-    for (int job = 1; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
-        helpers.push_back(std::async(threadIfPossible, takePieces));
+    try {
+        for (int job = 1; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
+            helpers.push_back(std::async(threadIfPossible, takePieces));
+        }
+    } catch (const std::bad_alloc &) { // the work goes on without another helper
     }
     takePieces();
     for (std::future<void> &helper : helpers) {

@@ -5,24 +5,18 @@
 #include "parallel.h"
 #include "textline.h"
 
-#include <new>
-
 std::optional<QStringList> readNames(QIODevice &file)
 {
     QStringList names;
     LineReader reader(file);
     std::string_view line;
     LineReader::Status status = LineReader::Status::Line;
-    try {
-        bool isFirst = true;
-        for (; (status = reader.next(line)) == LineReader::Status::Line; isFirst = false) {
-            const QString name = textOf(isFirst ? withoutByteOrderMark(line) : line);
-            if (!name.isEmpty()) {
-                names.append(name);
-            }
+    bool isFirst = true;
+    for (; (status = reader.next(line)) == LineReader::Status::Line; isFirst = false) {
+        const QString name = textOf(isFirst ? withoutByteOrderMark(line) : line);
+        if (!name.isEmpty()) {
+            names.append(name);
         }
-    } catch (const std::bad_alloc &) { // more names than a QStringList can hold
-        return std::nullopt;
     }
     return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;
 }
