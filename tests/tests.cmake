@@ -16,6 +16,10 @@ tavoline_test(tst_invariantline tavoline_database)
 tavoline_test(tst_invariantfiles tavoline_core)
 tavoline_test(tst_queries tavoline_core)
 tavoline_test(tst_queries_random tavoline_core)
+if(NOT TAVOLINE_SANITIZE) # the sanitizers have allocation functions of their own
+    tavoline_test(tst_memory tavoline_core failing_allocations)
+    tavoline_slow_tests(tst_memory)
+endif()
 
 # The viewer.
 tavoline_test(tst_random tavoline_viewer)
@@ -51,6 +55,13 @@ tavoline_tool_test(tst_faults)
 tavoline_tool_test(tst_tav_invariant tavoline_core)
 tavoline_tool_test(tst_tav_manual)
 tavoline_tool_test(tst_guide)
+if(NOT TAVOLINE_SANITIZE)
+    tavoline_tool_test(tst_tav_memory)
+    target_compile_definitions(tst_tav_memory PRIVATE
+        TAVOLINE_FAILING_ALLOCATIONS="$<TARGET_FILE:failing_allocations_preload>")
+    add_dependencies(tst_tav_memory failing_allocations_preload)
+    tavoline_slow_tests(tst_tav_memory)
+endif()
 
 # The window.
 tavoline_window_test(tst_browsing window_fixture)

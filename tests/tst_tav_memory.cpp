@@ -1,0 +1,115 @@
+// Every large allocation of the companion program fails once: it says so and fails, or its output is right.
+#include "support/testdata.h"
+#include "support/toolprocess.h"
+
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+}
+} // namespace
+
+class TestTavMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void commands_data();
+    void commands();
+    void littleAddressSpace();
+};
+
+void TestTavMemory::commands_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<bool>("onwards");
+    const QString database = example("connected-8.tav");
+    const auto rows = [](const QByteArray &title, const QStringList &arguments, const QByteArray &script = {}) {
+        QTest::newRow((title + ", once").constData()) << arguments << script << false;
+        QTest::newRow((title + ", from then on").constData()) << arguments << script << true;
+    };
+    rows("build", words({"build", "-o", "saved", "names.g6"}));
+    rows("info", {QStringLiteral("info"), database});
+    rows("invariant", {QStringLiteral("invariant"), QStringLiteral("size"), database, QStringLiteral("-o"),
+                       QStringLiteral("saved")});
+    const QByteArray files = QFile::encodeName(QStringLiteral(TAVOLINE_EXAMPLES));
+    rows("run", words({"run", "script"}),
+         "load " + files + "/connected-8.tav\nload-i1 " + files + "/connected-8.size.txt\nload-i2 " + files +
+             "/connected-8.diameter.txt\nlist-ge a\nlist-le-subs b\nunion c a b\nsave-list c saved\n");
+}
+
+void TestTavMemory::commands()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, script);
+    QFETCH(bool, onwards);
+    const QTemporaryDir folder;
+    write(folder.filePath(QStringLiteral("script")), script);
+    QByteArray names;
+    for (const QByteArray &line : contents(example("connected-8.tav")).split('\n')) {
+        names += line.left(line.indexOf('\t')) + '\n';
+    }
+    write(folder.filePath(QStringLiteral("names.g6")), names);
+    const QString saved = folder.filePath(QStringLiteral("saved"));
+    const QString mark = folder.filePath(QStringLiteral("mark"));
+    write(saved, "old");
+    const ToolResult expected = runTav(arguments, {}, folder.path());
+    QCOMPARE(expected.status, 0);
+    const QByteArray expectedFile = contents(saved);
+
+    int failures = 0;
+    bool isShort = true;
+    for (int number = 1; isShort; ++number) {
+        write(saved, "old");
+        QFile::remove(mark);
+        const ToolResult result = runProgram(
+            QStringLiteral("env"),
+            QStringList{
+                QStringLiteral("LD_PRELOAD=" TAVOLINE_FAILING_ALLOCATIONS),
+                QStringLiteral("TAVOLINE_SHORTAGE=%1%2").arg(number).arg(onwards ? QStringLiteral("+") : QString()),
+                QStringLiteral("TAVOLINE_SHORTAGE_MARK=") + mark, QStringLiteral(TAVOLINE_TAV)} +
+                arguments,
+            {}, folder.path());
+        isShort = QFile::exists(mark);
+        if (result.status == 0) {
+            QCOMPARE(result.output, expected.output);
+            QCOMPARE(contents(saved), expectedFile);
+        } else {
+            ++failures;
+            QVERIFY(isShort);
+            QCOMPARE(result.status, 1);
+            QVERIFY2(result.errors.contains("tav: "), result.errors.constData());
+            QVERIFY2((result.errors + result.output).contains("memory"), result.errors.constData());
+            QCOMPARE(contents(saved), expectedFile == "old" ? expectedFile : QByteArray("old"));
+        }
+        QStringList left = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden);
+        left.removeAll(QStringLiteral("mark"));
+        QCOMPARE(left, words({"names.g6", "saved", "script"}));
+        QVERIFY2(number < 1000, "the same allocation again and again");
+    }
+    QVERIFY(failures > 0);
+}
+
+/// Other libraries than Qt, such as GLib, would end the program themselves.
+void TestTavMemory::littleAddressSpace()
+{
+    for (const char *kilobytes : {"80000", "100000", "130000"}) {
+        const QString command = QStringLiteral("ulimit -v %1; exec '%2' --version")
+                                    .arg(QLatin1String(kilobytes), QStringLiteral(TAVOLINE_TAV));
+        const ToolResult result = runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), command});
+        QVERIFY2(result.status == 0 || (result.status == 1 && result.errors == "tav: Out of memory.\n"),
+                 result.errors.constData());
+    }
+}
+
+QTEST_GUILESS_MAIN(TestTavMemory)
+#include "tst_tav_memory.moc"
