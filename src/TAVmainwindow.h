@@ -18,6 +18,15 @@ public:
     TAVMainWindow();
     ~TAVMainWindow() override;
 
+    // The steps of the constructor, in this order; nothing else calls them.
+
+    /// Creates the four actions and connects them to the central widget, the application and the window.
+    void createActions();
+    /// Makes the actions those of the window, and adds the menu, which holds the About box, to the menu bar.
+    void createMenus();
+    /// Adds the tool bar with all actions.
+    void createToolbars();
+
 public slots:
     /// Opens the About box.
     void about();
@@ -26,10 +35,6 @@ protected:
     bool event(QEvent *event) override;
 
 private:
-    void createActions();
-    void createMenus();
-    void createToolbars();
-
     TAVMainWidget *mainWidget;
     QAction *loadAct = nullptr;
     QAction *clearAct = nullptr;

@@ -28,6 +28,7 @@ private slots:
     void actions();
     void menuHoldsAboutOnly();
     void toolBarOrder();
+    void actionsMenuAndToolBarAreMadeOnRequest();
     void iconsAreInTheResources();
     void aboutBox();
     void f1OpensAboutFromAnywhere_data();
@@ -148,6 +149,27 @@ void TestMainWindow::toolBarOrder()
     QCOMPARE(order, (QStringList{QStringLiteral("|"), QStringLiteral("&Exit"), QStringLiteral("|"),
                                  QStringLiteral("&Load database"), QStringLiteral("&Clear"), QStringLiteral("|"),
                                  QStringLiteral("&About")}));
+}
+
+void TestMainWindow::actionsMenuAndToolBarAreMadeOnRequest()
+{
+    const MainWindowFixture fixture;
+    const QList<QAction *> former = fixture.window->actions();
+    QCOMPARE(former.size(), 4);
+    fixture.window->createActions();
+    fixture.window->createMenus();
+    fixture.window->createToolbars();
+    QCOMPARE(fixture.window->actions().size(), 8);
+    const QList<QToolBar *> bars = fixture.window->findChildren<QToolBar *>();
+    QCOMPARE(bars.size(), 2);
+    QCOMPARE(fixture.window->menuBar()->actions().size(), 2);
+    QCOMPARE(bars.last()->actions().size(), bars.first()->actions().size());
+    for (QAction *made : fixture.window->actions()) {
+        QCOMPARE(bars.first()->actions().contains(made), former.contains(made));
+        QCOMPARE(bars.last()->actions().contains(made), !former.contains(made));
+    }
+    QCOMPARE(fixture.window->menuBar()->actions().last()->menu()->actions(),
+             (QList<QAction *>{fixture.window->actions().last()}));
 }
 
 void TestMainWindow::iconsAreInTheResources()
