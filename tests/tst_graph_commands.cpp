@@ -36,6 +36,8 @@ private slots:
     void removalMovesItems();
     void movedItemKeepsItsEdges();
     void removalDiscardsUnpublishedChanges();
+    void removalLeavesTheDiagonalOfTheFreedSlot_data();
+    void removalLeavesTheDiagonalOfTheFreedSlot();
     void duplicationNeedsASelectionAndRoom();
     void duplicationFillsThePool();
     void copiesStandBesideTheirSources();
@@ -638,6 +640,32 @@ void TestGraphCommands::removalDiscardsUnpublishedChanges()
     graph.remEdge(0, 1);
     graph.slot_remv();
     QCOMPARE(graph.getNbNodes(), 2);
+    QCOMPARE(graphtext::edges(graph), QStringLiteral("0-1"));
+}
+
+void TestGraphCommands::removalLeavesTheDiagonalOfTheFreedSlot_data()
+{
+    QTest::addColumn<int>("removed");
+    QTest::addColumn<int>("degree");
+    QTest::newRow("freed by the move of its vertex") << 0 << 1;
+    QTest::newRow("freed by the removal of its vertex") << 2 << 0;
+}
+
+// A vertex that is added later takes over the row of its slot, and its degree counts the diagonal.
+void TestGraphCommands::removalLeavesTheDiagonalOfTheFreedSlot()
+{
+    QFETCH(int, removed);
+    QFETCH(int, degree);
+    Graph graph(QStringLiteral("commands"), true);
+    graphtext::set(graph, 3, QString(), {removed});
+    graph.invert(); // sets the diagonal, too
+    graph.changeBest();
+    graph.slot_remv();
+    QCOMPARE(graphtext::edges(graph), QStringLiteral("0-1"));
+    QCOMPARE(graph.degree(0), 2);
+    QCOMPARE(graph.degree(1), 2);
+    QVERIFY(graph.addNode());
+    QCOMPARE(graph.degree(2), degree);
     QCOMPARE(graphtext::edges(graph), QStringLiteral("0-1"));
 }
 

@@ -210,12 +210,11 @@ void Graph::slot_remv()
             }
         }
         for (int i = 0; i < MAX_NODES; i++) {
-            if (i >= nbNodes) {
-                clearEntries(i);
-            }
-        }
-        for (int i = 0; i < MAX_NODES; i++) {
             for (int j = i + 1; j < MAX_NODES; j++) {
+                if (j >= nbNodes) {
+                    adjacency[i][j] = false;
+                    adjacency[j][i] = false;
+                }
                 edges[i][j]->setOrig(nodes[i]);
                 edges[i][j]->setDest(nodes[j]);
                 edges[i][j]->resetVisible(adjacency[i][j]);
