@@ -9,6 +9,7 @@
 
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -265,9 +266,51 @@ QColor pixelAt(QWidget &widget, QPoint position)
 {
     return widget.grab().toImage().pixelColor(position);
 }
+
+/// What is on the screen, with whatever was left there by earlier paintings; QWidget::grab() paints anew instead.
+QImage onScreen(const Graph &graph)
+{
+    return graph.screen()->grabWindow(graph.winId()).toImage();
+}
+
+bool show(Graph &graph)
+{
+    graph.show();
+    return QTest::qWaitForWindowExposed(&graph);
+}
+
+/// A path on three vertices whose labels are wider than the discs, on a gray background.
+class LabelledPath : public Graph
+{
+public:
+    LabelledPath() : Graph(latin1("labelled"), true)
+    {
+        build(*this, 3, {{0, 1}, {1, 2}});
+        setPos(0, -100.0, -60.0, 0.0);
+        setPos(1, 0.0, 60.0, 0.0);
+        setPos(2, 100.0, -60.0, 0.0);
+        slot_set_node_radius(20.0);
+        setLabels({1.5, -0.333333333, 1234567.0});
+        setELabels({{}, {-1.23456e-17}, {0.0, 2.5}}, true);
+        setViolated(true);
+        update_display();
+        resize(400, 300);
+    }
+};
+
+using Change = std::function<void(Graph &)>;
+
+/// What a labelled path looks like that was changed before it was drawn for the first time.
+QImage drawnAfter(const Change &change)
+{
+    LabelledPath graph;
+    change(graph);
+    return show(graph) ? onScreen(graph) : QImage();
+}
 } // namespace
 
 Q_DECLARE_METATYPE(Decorate)
+Q_DECLARE_METATYPE(Change)
 
 /// The model of the viewer's graph, its display and the decoration of its items.
 class TestGraphModel : public QObject
@@ -309,6 +352,9 @@ private slots:
 
     void placesOfVertices();
     void labels();
+    void labelIsShownBeyondTheBoundingRectangle();
+    void changeLeavesNoTraceOfALabel_data();
+    void changeLeavesNoTraceOfALabel();
     void edgeLabels();
     void edgeHighlights();
     void decoratedEdgesAreCurrentOnesThatAreShown_data();
@@ -900,6 +946,57 @@ void TestGraphModel::labels()
     QCOMPARE(ItemImage(*graph.node(31)), labelledVertex("3"));
     graph.resetLabels();
     QCOMPARE(ItemImage(*graph.node(31)), labelledVertex(""));
+}
+
+void TestGraphModel::labelIsShownBeyondTheBoundingRectangle()
+{
+    LabelledPath graph;
+    QVERIFY(show(graph));
+    const auto colour = [&graph](double x, double y) {
+        return onScreen(graph).pixelColor(graph.mapFromScene(graph.node(1)->pos() + QPointF(x, y)));
+    };
+    QVERIFY(!graph.node(1)->boundingRect().contains(QPointF(38, 17)));
+    QTRY_COMPARE(colour(38, 17), QColor(Qt::white));
+    QCOMPARE(colour(-38, -7), QColor(Qt::white));
+    QCOMPARE(colour(44, 17), QColor(Qt::gray));
+    QCOMPARE(colour(-44, -7), QColor(Qt::gray));
+}
+
+void TestGraphModel::changeLeavesNoTraceOfALabel_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+    row("vertex moved a little", [](Graph &graph) { graph.setPos(1, QPointF(12, 65)); });
+    row("vertex moved far", [](Graph &graph) { graph.setPos(1, QPointF(-80, 90)); });
+    row("vertex moved out of sight", [](Graph &graph) { graph.setPos(1, QPointF(0, 500)); });
+    row("vertex relabelled", [](Graph &graph) { graph.setLabels({1.5, 7.0}); });
+    row("labels reset", [](Graph &graph) { graph.resetLabels(); });
+    row("radius", [](Graph &graph) { graph.slot_set_node_radius(12.0); });
+    row("size ratio", [](Graph &graph) { graph.setSizes({0.0, 1.0, 2.0}); });
+    row("colour", [](Graph &graph) { graph.setColors({1.0, 2.0, 3.0}); });
+    row("selection", [](Graph &graph) { graph.slot_select_all(); });
+    row("vertex removed", [](Graph &graph) {
+        graph.remNode();
+        graph.changeBest();
+        graph.update_display();
+    });
+    row("layout", [](Graph &graph) { graph.place_circle(120.0); });
+    row("zoom", [](Graph &graph) { graph.scaleView(0.8); });
+    row("edge relabelled", [](Graph &graph) { graph.setELabels({{}, {1.0}, {0.0, 2.0}}, true); });
+    row("edge without label", [](Graph &graph) { graph.setELabels({}, false); });
+}
+
+void TestGraphModel::changeLeavesNoTraceOfALabel()
+{
+    QFETCH(Change, change);
+    const QImage before = drawnAfter([](Graph &) {});
+    const QImage after = drawnAfter(change);
+    QVERIFY(before != after);
+    LabelledPath graph;
+    QVERIFY(show(graph));
+    QTRY_COMPARE(onScreen(graph), before);
+    change(graph);
+    QTRY_COMPARE(onScreen(graph), after);
 }
 
 void TestGraphModel::edgeLabels()

@@ -46,6 +46,7 @@ private slots:
     void edgesFollow();
     void edgesFollowPlacesSetThroughTheItem();
     void boundingRectAndShape();
+    void labelledVertexIsNotCached();
     void sizeRatioEnlarges();
     void colours_data();
     void colours();
@@ -65,7 +66,7 @@ private slots:
     void pressAndRelease();
     void releaseRepaintsTheOutline();
     void mouseDragsTheVertex();
-    void pressSelectsForTheToolkitToo();
+    void pressSelectsInTheSceneToo();
     void doubleClickWritesALine();
     void mousePressPosIsRounded();
     void nodeUnderMouseToggles();
@@ -440,11 +441,21 @@ void TestNode::boundingRectAndShape()
     node.setRadius(12.5);
     QCOMPARE(node.getRadius(), 12.5);
     QCOMPARE(node.boundingRect(), QRectF(-14.5, -14.5, 30, 30));
-    node.setLabel(QStringLiteral("2.5")); // its box is drawn too, and is wider than the disc
-    QCOMPARE(node.boundingRect(), QRectF(-42, -14.5, 84, 35.5));
-    node.setLabel(QString());
+    node.setLabel(QStringLiteral("2.5")); // whose box is wider than the disc
     QCOMPARE(node.boundingRect(), QRectF(-14.5, -14.5, 30, 30));
     QCOMPARE(node.shape().boundingRect(), QRectF(-12.5, -12.5, 25, 25));
+}
+
+void TestNode::labelledVertexIsNotCached()
+{
+    Node node(0, 0, 10.0, 10.0, QStringLiteral("v"), true);
+    node.setLabel(QStringLiteral("2.5"));
+    QCOMPARE(node.cacheMode(), QGraphicsItem::NoCache);
+    node.setLabel(QString());
+    QCOMPARE(node.cacheMode(), QGraphicsItem::DeviceCoordinateCache);
+    Node plain(0, 0, 10.0, 10.0, QStringLiteral("v"), false);
+    plain.setLabel(QString());
+    QCOMPARE(plain.cacheMode(), QGraphicsItem::NoCache);
 }
 
 void TestNode::sizeRatioEnlarges()
@@ -702,7 +713,7 @@ void TestNode::mouseDragsTheVertex()
     QCOMPARE(stage.vertex.pos(), QPointF(150, 105));
 }
 
-void TestNode::pressSelectsForTheToolkitToo()
+void TestNode::pressSelectsInTheSceneToo()
 {
     Stage stage;
     stage.press({100, 100}, {500, 400});

@@ -99,6 +99,8 @@ void Graph::createScene()
     connect(this, &QWidget::customContextMenuRequested, this, &Graph::showMenu);
     setCacheMode(CacheBackground);
     setRenderHint(QPainter::Antialiasing);
+    // Labels are drawn beyond the bounding rectangles of the items, which are all that Qt would repaint otherwise.
+    setViewportUpdateMode(FullViewportUpdate);
     setBackgroundBrush(Qt::white);
     setMouseTracking(true);
 }

@@ -155,8 +155,11 @@ void Node::setColor(int index)
 
 void Node::setLabel(const QString &text)
 {
-    prepareGeometryChange();
     label = text;
+    if (interactive) {
+        // Qt cuts a cached item off at its bounding rectangle, which is smaller than the box of the label.
+        setCacheMode(label.isEmpty() ? DeviceCoordinateCache : NoCache);
+    }
     update();
 }
 
@@ -219,8 +222,7 @@ void Node::display() const
 
 QRectF Node::boundingRect() const
 {
-    const QRectF disc(-drawRadius - 2.0, -drawRadius - 2.0, 2.0 * drawRadius + 5.0, 2.0 * drawRadius + 5.0);
-    return label.isEmpty() ? disc : disc.united(labelBox.adjusted(-1, -1, 1, 1));
+    return QRectF(-drawRadius - 2.0, -drawRadius - 2.0, 2.0 * drawRadius + 5.0, 2.0 * drawRadius + 5.0);
 }
 
 QPainterPath Node::shape() const
