@@ -41,6 +41,7 @@ tavoline_window_test(tst_graph_menu tavoline_viewer)
 
 # The companion program.
 tavoline_test(tst_invariants tav_commands tav_console)
+tavoline_test(tst_plaintext tav_console)
 tavoline_test(tst_standardoutput tav_console)
 tavoline_test(tst_interruption tav_processes)
 tavoline_test(tst_workers tav_processes tav_console ${CMAKE_DL_LIBS})

@@ -224,6 +224,20 @@ private slots:
         QCOMPARE(shell("$1 $'\\b'").errors, QByteArray("tav: Unknown command '\\x08'.\nTry 'tav --help'.\n"));
     }
 
+    /// A name that is written from right to left where it stands could make another of what stands around it.
+    void directionsOfWritingAreNotPrinted()
+    {
+        QCOMPARE(shell("$1 info $'\\u202egpj.vat'").errors,
+                 QByteArray("tav: \\u202egpj.vat: cannot be opened: No such file or directory\n"));
+        QCOMPARE(shell("printf 'a\\u2066b' | $1 run").errors,
+                 QByteArray("Starting...\ntav: standard input:1: unknown command 'a\\u2066b'\n"));
+        const QString database = folder.filePath(QStringLiteral("a\u202eb.tav"));
+        QVERIFY(QFile::copy(example("connected-8.tav"), database));
+        const QByteArray shown =
+            shell("script -qec \"$1 info '$2' >/dev/null\" /dev/null </dev/null", {database}).output;
+        QVERIFY2(shown.contains("/a\\u202eb.tav: "), shown.constData());
+    }
+
     void longNamesAreCut()
     {
         const ToolResult result = shell("(head -c 10000000 /dev/zero | tr '\\0' A) | $1 info -");

@@ -1,6 +1,7 @@
 #include "commandline.h"
 
 #include "parallel.h"
+#include "plaintext.h"
 #include "progress.h"
 #include "standardoutput.h"
 
@@ -61,17 +62,9 @@ QString quoted(const QString &text)
 
 void tell(const QString &line)
 {
-    QString plain;
-    for (const QChar character : line) {
-        if (character.category() == QChar::Other_Control) {
-            plain += QStringLiteral("\\x%1").arg(int(character.unicode()), 2, 16, QLatin1Char('0'));
-        } else {
-            plain += character;
-        }
-    }
     Progress::clear();
     sendPrinted();
-    std::fprintf(stderr, "tav: %s\n", qPrintable(plain));
+    std::fprintf(stderr, "tav: %s\n", qPrintable(plainText(line)));
 }
 
 bool parseArguments(QCommandLineParser &parser, const QStringList &arguments, const QString &moreHelp)

@@ -44,8 +44,7 @@ CommandError cannotWrite(const QString &path, const QString &reason);
 /// A text from a file or the command line in quotation marks, cut when it is long.
 QString quoted(const QString &text);
 
-/// Writes a line to standard error. Control characters, which may come from a file and would control the terminal, are
-/// written as \xNN.
+/// Writes a line to standard error, as plain text (see plainText()), since names in it may come from a file.
 void tell(const QString &line);
 
 /// Reads @p arguments, the name of the command first, into @p parser, to which "--help" and "--version" are added.

@@ -1,10 +1,11 @@
 #include "progress.h"
 
+#include "plaintext.h"
+
 #include <csignal>
 #include <cstdio>
 #include <string_view>
 #include <unistd.h>
-#include <utility>
 
 namespace
 {
@@ -36,8 +37,8 @@ void replaceHandlers(sighandler_t before, sighandler_t after)
 }
 } // namespace
 
-Progress::Progress(QString workName, qint64 size)
-    : work(std::move(workName))
+Progress::Progress(const QString &workName, qint64 size)
+    : work(plainText(workName))
     , total(size)
     , isShown(isatty(STDERR_FILENO) == 1)
 {

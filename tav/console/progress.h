@@ -9,7 +9,7 @@ class Progress
 {
 public:
     /// @p work is the name of the work, @p total its size in any unit, or 0 when it is not known.
-    Progress(QString work, qint64 total);
+    Progress(const QString &work, qint64 total);
     ~Progress();
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
