@@ -11,6 +11,17 @@ QStringList info(const QString &path)
 }
 
 const QString standardInput = QStringLiteral("-");
+
+/// 101 lines, in which %1 is the number of the line, from 0, and %2 another graph each time.
+QByteArray lines(const char *form)
+{
+    QByteArray result;
+    for (int number = 0; number < 101; ++number) {
+        const QByteArray graph = QByteArray("F??") + char(63 + number % 64) + char(63 + number / 64 * 8);
+        result += QByteArray(form).replace("%1", QByteArray::number(number)).replace("%2", graph) + '\n';
+    }
+    return result;
+}
 } // namespace
 
 class TestTavInfo : public QObject
@@ -119,6 +130,50 @@ private slots:
                        "tav: standard input:3: 'A_' stands on line 2 already\n"
                        "tav: standard input:3: 2 is the number of the graph itself\n"
                        "tav: standard input: faults found: 4\n"));
+    }
+
+    void aHundredFaultsOfEachKindAreTold_data()
+    {
+        QTest::addColumn<QByteArray>("lines"); // with 101 faults
+        QTest::addColumn<QByteArray>("kind");
+        QTest::newRow("no name") << QByteArray("\t0\n").repeated(101) << QByteArray("a line without a name");
+        QTest::newRow("the same name") << QByteArray("@\n").repeated(102)
+                                       << QByteArray("a name that an earlier line has");
+        QTest::newRow("no graph6") << lines("x%1")
+                                   << QByteArray("a name that is no graph6 string of at most 62 vertices");
+        QTest::newRow("word") << "@\n" + lines("%2\tx") << QByteArray("a field that is no number");
+        QTest::newRow("later graph") << lines("%2\t1000")
+                                     << QByteArray("a number that is not that of an earlier graph");
+        QTest::newRow("itself") << lines("%2\t%1") << QByteArray("the number of the graph itself");
+        QTest::newRow("twice") << "@\n" + lines("%2\t0\t0\t0")
+                               << QByteArray("a number that stands more than once on its line");
+    }
+
+    void aHundredFaultsOfEachKindAreTold()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QByteArray, kind);
+        const ToolResult result = runTav(info(standardInput), lines);
+        QCOMPARE(result.errors.count('\n'), 102);
+        QVERIFY2(result.errors.endsWith("\ntav: standard input: and 1 more: " + kind +
+                                        "\ntav: standard input: faults found: 101\n"),
+                 result.errors.constData());
+        QVERIFY(result.output.endsWith("faults:         101\n"));
+        QCOMPARE(result.status, 1);
+    }
+
+    void eachKindIsCountedByItself()
+    {
+        const QByteArray text = "@\n" + QByteArray("\t\n").repeated(100) + "A_" + QByteArray("\t7").repeated(250000) +
+                                '\n' + QByteArray("\t\n").repeated(200000);
+        const ToolResult result = runTav(info(standardInput), text);
+        QCOMPARE(result.errors.count('\n'), 203);
+        QVERIFY(result.errors.endsWith(
+            "\ntav: standard input:102: 7 is not the number of an earlier graph; the program refuses the file\n"
+            "tav: standard input: and 200000 more: a line without a name\n"
+            "tav: standard input: and 249900 more: a number that is not that of an earlier graph\n"
+            "tav: standard input: faults found: 450100\n"));
+        QCOMPARE(result.status, 1);
     }
 
     void carriageReturnsAreNothing()

@@ -12,6 +12,8 @@
 #include <QString>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <tuple>
 #include <unordered_map>
@@ -38,6 +40,22 @@ qint64 recordSize(qint64 nameLength)
            blockSize(qint64(sizeof(QStringData)) + (nameLength + 1) * qint64(sizeof(QChar)));
 }
 
+/// How many faults of a kind are told.
+constexpr qint64 mostTold = 100;
+
+enum FaultKind : std::size_t { NoName, UsedName, NoGraph, NoNumber, NoEarlierGraph, OwnNumber, RepeatedNumber };
+
+/// The kinds in their order.
+constexpr std::array faultKinds = {
+    "a line without a name",
+    "a name that an earlier line has",
+    "a name that is no graph6 string of at most 62 vertices",
+    "a field that is no number",
+    "a number that is not that of an earlier graph",
+    "the number of the graph itself",
+    "a number that stands more than once on its line",
+};
+
 /// Reads a database line by line, by the rules of the loader, and remembers what the checks of later lines need.
 class Examiner
 {
@@ -53,7 +71,7 @@ public:
         const std::string_view name = takeField(rest, more);
         if (name.empty()) {
             if (more) {
-                fault(QStringLiteral("no name; the line is ignored"));
+                fault(NoName, [] { return QStringLiteral("no name; the line is ignored"); });
             }
             return;
         }
@@ -75,26 +93,36 @@ public:
             summary.superGraphs.include(count);
             summary.memory += listSize(count);
         }
+        for (std::size_t kind = 0; kind < faultKinds.size(); ++kind) {
+            summary.faults += faults[kind];
+            if (faults[kind] > mostTold) {
+                summary.untold.push_back({faultKinds[kind], faults[kind] - mostTold});
+            }
+        }
         return summary;
     }
 
 private:
-    void fault(const QString &text)
+    /// Counts a fault, which @p describe puts into words if it is told.
+    template<typename Describe> void fault(FaultKind kind, Describe describe)
     {
-        ++summary.faults;
-        tell(line, text);
+        if (++faults[kind] <= mostTold) {
+            tell(line, describe());
+        }
     }
 
     void readName(std::string_view name)
     {
         const auto [earlier, isNew] = lines.try_emplace(std::string(name), line);
         if (!isNew) {
-            fault(QStringLiteral("%1 stands on line %2 already").arg(quoted(textOf(name))).arg(earlier->second));
+            fault(UsedName, [&, first = earlier->second] {
+                return QStringLiteral("%1 stands on line %2 already").arg(quoted(textOf(name))).arg(first);
+            });
         }
         SmallGraph graph;
         const QString wrong = parseGraph6(name, graph);
         if (!wrong.isEmpty()) {
-            fault(QStringLiteral("%1: %2").arg(quoted(textOf(name)), wrong));
+            fault(NoGraph, [&] { return QStringLiteral("%1: %2").arg(quoted(textOf(name)), wrong); });
             return;
         }
         const NotableGraph found = {textOf(name), line, graph.order, graph.size()};
@@ -112,15 +140,19 @@ private:
         bool isNumber = false;
         const int index = textOf(field).toInt(&isNumber);
         if (!isNumber) {
-            fault(QStringLiteral("%1 is no number and counts as 0").arg(quoted(textOf(field))));
+            fault(NoNumber,
+                  [&] { return QStringLiteral("%1 is no number and counts as 0").arg(quoted(textOf(field))); });
         }
         const qint64 own = qint64(superGraphs.size()) - 1;
         if (index < 0 || index > own) {
-            fault(QStringLiteral("%1 is not the number of an earlier graph; the program refuses the file").arg(index));
+            fault(NoEarlierGraph, [&] {
+                return QStringLiteral("%1 is not the number of an earlier graph; the program refuses the file")
+                    .arg(index);
+            });
             return;
         }
         if (index == own) {
-            fault(QStringLiteral("%1 is the number of the graph itself").arg(index));
+            fault(OwnNumber, [&] { return QStringLiteral("%1 is the number of the graph itself").arg(index); });
         }
         indices.push_back(index);
         ++superGraphs[size_t(index)];
@@ -131,16 +163,17 @@ private:
         sorted = indices;
         std::sort(sorted.begin(), sorted.end());
         for (auto next = sorted.begin(); (next = std::adjacent_find(next, sorted.end())) != sorted.end();) {
-            fault(QStringLiteral("%1 stands there more than once").arg(*next));
+            fault(RepeatedNumber, [&] { return QStringLiteral("%1 stands there more than once").arg(*next); });
             next = std::upper_bound(next, sorted.end(), *next);
         }
     }
 
     const std::function<void(qint64, const QString &)> &tell;
     DatabaseSummary summary;
-    std::unordered_map<std::string, qint64> lines; // by name: where it stands first
-    std::vector<quint32> superGraphs;              // by number of the graph: how many lines have it as an index
-    std::vector<int> indices;                      // the good ones of the current line
+    std::array<qint64, faultKinds.size()> faults{}; // by kind
+    std::unordered_map<std::string, qint64> lines;  // by name: where it stands first
+    std::vector<quint32> superGraphs;               // by number of the graph: how many lines have it as an index
+    std::vector<int> indices;                       // the good ones of the current line
     std::vector<int> sorted;
     qint64 line = 0;
 };
@@ -215,6 +248,10 @@ void runInfo(const QStringList &arguments)
     const QString path = onlyArgument(parser, QStringLiteral("database file"));
     const DatabaseSummary summary =
         examineDatabase(path, [&](qint64 line, const QString &text) { tell(CommandError(path, line, text).text()); });
+    for (const UntoldFaults &faults : summary.untold) {
+        tell(QStringLiteral("%1: and %2 more: %3")
+                 .arg(inputName(path), QString::number(faults.count), QLatin1String(faults.kind)));
+    }
     print(summary);
     if (summary.faults > 0) {
         throw CommandError(QStringLiteral("%1: faults found: %2").arg(inputName(path)).arg(summary.faults));

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <limits>
+#include <vector>
 
 /// The smallest, the largest and the sum of some counts.
 struct CountSummary {
@@ -24,6 +25,12 @@ struct NotableGraph {
     int size = 0;
 };
 
+/// How many faults of a kind were counted only.
+struct UntoldFaults {
+    const char *kind; ///< in texts for the user
+    qint64 count;
+};
+
 struct DatabaseSummary {
     qint64 graphs = 0;
     NotableGraph smallest; ///< by order, then size; the first of equal ones. Line 0 when no name is a graph6 string.
@@ -32,11 +39,12 @@ struct DatabaseSummary {
     CountSummary superGraphs; ///< by graph: the number of lines with its index
     qint64 memory = 0;        ///< about how many bytes the loaded database takes
     qint64 faults = 0;
+    std::vector<UntoldFaults> untold; ///< of each kind that has some
 };
 
-/// Reads the database file @p path and calls @p fault for each fault of a line: an index that is no number (the loader
-/// reads 0), that is not the number of an earlier graph, or that the line repeats; a missing name, one that is no
-/// graph6 string, and one that an earlier graph has. Throws CommandError when the file cannot be read.
+/// Reads the database file @p path and calls @p fault for the first hundred faults of each kind: an index that is no
+/// number (the loader reads 0), that is not the number of an earlier graph, or that the line repeats; a missing name,
+/// one that is no graph6 string, and one that an earlier graph has. Throws CommandError when the file cannot be read.
 DatabaseSummary examineDatabase(const QString &path,
                                 const std::function<void(qint64 line, const QString &text)> &fault);
 
