@@ -1,11 +1,9 @@
 #include "databasechunk.h"
-#include "databaselinks.h"
 #include "support/plainreading.h"
 
 #include <QBuffer>
 #include <QtTest>
 
-#include <memory>
 #include <random>
 
 namespace
@@ -87,7 +85,7 @@ QByteArray randomFile(std::mt19937 &random)
 }
 } // namespace
 
-/// Reading a database in chunks, and linking what was read.
+/// Reading a database in chunks.
 class TestDatabaseChunk : public QObject
 {
     Q_OBJECT
@@ -164,87 +162,6 @@ private slots:
             const QByteArray file = randomFile(random);
             QVERIFY2(inChunks(file, 1 + int(random() % 40)) == inLines(file), file.constData());
         }
-    }
-
-    void linksAreThoseOfLinkingOneByOne_data()
-    {
-        QTest::addColumn<int>("existing");
-        QTest::newRow("an empty database") << 0;
-        QTest::newRow("records that were there before") << 5;
-    }
-
-    void linksAreThoseOfLinkingOneByOne()
-    {
-        QFETCH(int, existing);
-        std::mt19937 random(7);
-        for (int repetition = 0; repetition < 300; ++repetition) {
-            const int added = int(random() % 50);
-            std::vector<std::unique_ptr<TAVGraph>> records;
-            std::vector<std::unique_ptr<TAVGraph>> expected;
-            QVector<TAVGraph *> graphs;
-            for (int i = 0; i < existing + added; ++i) {
-                records.push_back(std::make_unique<TAVGraph>(QString::number(i)));
-                expected.push_back(std::make_unique<TAVGraph>(QString::number(i)));
-                graphs.append(records.back().get());
-            }
-            const auto link = [](auto &all, int graph, int subGraph) {
-                all[size_t(graph)]->addSub(all[size_t(subGraph)].get());
-                all[size_t(subGraph)]->addOver(all[size_t(graph)].get());
-            };
-            for (int i = 1; i < existing; ++i) {
-                link(records, i, i - 1);
-                link(expected, i, i - 1);
-            }
-            std::vector<RecordLinks> links;
-            for (int i = 0; i < added; ++i) {
-                if (links.empty() || random() % 4 == 0) {
-                    links.emplace_back();
-                }
-                const int position = existing + i;
-                links.back().counts.push_back(quint32(random() % 6));
-                for (quint32 k = links.back().counts.back(); k > 0; --k) {
-                    // The first records are named most often, as in real databases; the last may never be.
-                    const int index =
-                        int(random() % unsigned(random() % 2 == 0 ? qMin(position + 1, 3) : position + 1));
-                    links.back().indices.push_back(index);
-                    link(expected, position, index);
-                }
-            }
-            linkRecords(graphs, existing, std::move(links), [] { return false; });
-            const auto names = [](const QList<TAVGraph *> &list) {
-                QStringList result;
-                for (const TAVGraph *graph : list) {
-                    result.append(graph->getName());
-                }
-                return result;
-            };
-            for (size_t i = 0; i < records.size(); ++i) {
-                QCOMPARE(names(records[i]->getSub()), names(expected[i]->getSub()));
-                QCOMPARE(names(records[i]->getOver()), names(expected[i]->getOver()));
-            }
-        }
-    }
-
-    void linkingStopsWhenAsked()
-    {
-        TAVGraph graph(QStringLiteral("A"));
-        std::vector<RecordLinks> links(1);
-        links[0] = {{1}, {0}};
-        linkRecords({&graph}, 0, std::move(links), [] { return true; });
-        QVERIFY(graph.getSub().isEmpty());
-        QVERIFY(graph.getOver().isEmpty());
-    }
-
-    void listsTakeNoMoreRoomThanTheyNeed()
-    {
-        // A list that shares its room with others, or has room to grow, would hold the memory of all of them.
-        TAVGraph a(QStringLiteral("A"));
-        TAVGraph b(QStringLiteral("B"));
-        std::vector<RecordLinks> links(1);
-        links[0] = {{0, 2}, {0, 0}};
-        linkRecords({&a, &b}, 0, std::move(links), [] { return false; });
-        QVERIFY(b.subGraphs().isDetached());
-        QVERIFY(a.superGraphs().isDetached());
     }
 };
 

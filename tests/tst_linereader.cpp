@@ -109,6 +109,8 @@ private slots:
     void refusesAnEndlessLine();
     void severalLinesAtATime();
     void longLinesTakeTimeInProportion();
+    void linesUpToTheLimit_data();
+    void linesUpToTheLimit();
 };
 
 void TestLineReader::lines_data()
@@ -256,6 +258,46 @@ void TestLineReader::longLinesTakeTimeInProportion()
         QCOMPARE((reader.*read)(line), LineReader::Status::Line);
         QVERIFY(content.startsWith(QByteArray::fromRawData(line.data(), int(line.size()))));
         QVERIFY(line.size() >= size_t(content.size()) - 1);
+    }
+}
+
+void TestLineReader::linesUpToTheLimit_data()
+{
+    QTest::addColumn<int>("blockSize");
+    for (const int size : {1, 2, 3, 7, 8, 9, 100}) {
+        QTest::addRow("blocks of %d", size) << size;
+    }
+}
+
+/// A line of as many bytes as are allowed is read, and one of a byte more is not, wherever blocks begin.
+void TestLineReader::linesUpToTheLimit()
+{
+    QFETCH(int, blockSize);
+    constexpr int longest = 8;
+    const QByteArray fits(longest, 'x');
+    for (const QByteArray &before : {QByteArray(), QByteArray("a\n"), QByteArray("abcdefg\n\n")}) {
+        for (const QByteArray &behind : {QByteArray(), QByteArray("\n"), QByteArray("\nb\n")}) {
+            QByteArray allowed = before + fits + behind;
+            QByteArray tooLong = before + fits + 'x' + behind;
+            for (const bool single : {true, false}) {
+                QBuffer allowedDevice(&allowed);
+                QBuffer tooLongDevice(&tooLong);
+                QVERIFY(allowedDevice.open(QIODevice::ReadOnly) && tooLongDevice.open(QIODevice::ReadOnly));
+                LineReader allowedReader(allowedDevice, blockSize, longest);
+                LineReader tooLongReader(tooLongDevice, blockSize, longest);
+                const auto read = single ? &LineReader::next : &LineReader::nextLines;
+                std::string_view lines;
+                LineReader::Status status = LineReader::Status::Line;
+                while (status == LineReader::Status::Line) {
+                    status = (allowedReader.*read)(lines);
+                }
+                QCOMPARE(status, LineReader::Status::End);
+                do {
+                    status = (tooLongReader.*read)(lines);
+                } while (status == LineReader::Status::Line);
+                QCOMPARE(status, LineReader::Status::TooLong);
+            }
+        }
     }
 }
 

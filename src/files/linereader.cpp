@@ -1,11 +1,13 @@
 #include "linereader.h"
 
+#include <algorithm>
 #include <cstring>
 
-LineReader::LineReader(QIODevice &source, int blockSize)
+LineReader::LineReader(QIODevice &source, int blockSize, int longestLine)
     : device(source)
     , buffer(blockSize, Qt::Uninitialized)
     , blockLength(blockSize)
+    , mostBytes(longestLine)
 {
 }
 
@@ -23,28 +25,46 @@ LineReader::Status LineReader::nextLines(std::string_view &lines)
     return take(lines, [](std::string_view bytes) { return bytes.rfind('\n'); });
 }
 
+/// Whether one of @p lines has more bytes than a line may have.
+bool LineReader::isTooLong(std::string_view lines) const
+{
+    while (lines.size() > size_t(mostBytes)) {
+        const size_t length = std::min(lines.find('\n'), lines.size());
+        if (length > size_t(mostBytes)) {
+            return true;
+        }
+        lines.remove_prefix(std::min(length + 1, lines.size()));
+    }
+    return false;
+}
+
 /// Hands out the bytes up to the newline that @p findNewline finds, after reading more blocks while there is none.
 LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNewline)
 {
     size_t searched = 0;
     for (;;) {
-        const std::string_view unread(buffer.constData() + begin, size_t(end - begin));
+        std::string_view unread(buffer.constData() + begin, size_t(end - begin));
         // Only the new bytes are searched: a line of many blocks would take quadratic time otherwise.
-        if (const size_t newline = findNewline(unread.substr(searched)); newline != std::string_view::npos) {
-            bytes = unread.substr(0, searched + newline + 1);
-            begin += int(bytes.size());
-            return Status::Line;
+        const size_t newline = findNewline(unread.substr(searched));
+        if (newline == std::string_view::npos) {
+            searched = unread.size();
+            const Status status = readBlock();
+            if (status == Status::Line) {
+                continue;
+            }
+            if (status != Status::End || unread.empty()) {
+                return status;
+            }
+            unread = std::string_view(buffer.constData() + begin, size_t(end - begin)); // it may have moved
+        } else {
+            unread = unread.substr(0, searched + newline + 1);
         }
-        searched = unread.size();
-        const Status status = readBlock();
-        if (status == Status::End && begin < end) {
-            bytes = std::string_view(buffer.constData() + begin, size_t(end - begin));
-            begin = end;
-            return Status::Line;
+        if (isTooLong(unread)) {
+            return Status::TooLong;
         }
-        if (status != Status::Line) {
-            return status;
-        }
+        bytes = unread;
+        begin += int(bytes.size());
+        return Status::Line;
     }
 }
 
@@ -52,7 +72,7 @@ LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNew
 LineReader::Status LineReader::readBlock()
 {
     const int kept = end - begin;
-    if (kept > MaxLineLength) {
+    if (kept > mostBytes) {
         return Status::TooLong;
     }
     if (begin > 0) {
@@ -61,7 +81,7 @@ LineReader::Status LineReader::readBlock()
         end = kept;
     }
     if (buffer.size() - end < blockLength) {
-        buffer.resize(qMax(end + blockLength, int(qMin<qint64>(qint64(2) * buffer.size(), MaxLineLength))));
+        buffer.resize(qMax(end + blockLength, int(qMin<qint64>(qint64(2) * buffer.size(), mostBytes))));
     }
     const qint64 count = device.read(buffer.data() + end, blockLength);
     if (count < 0) {

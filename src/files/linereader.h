@@ -14,14 +14,15 @@ public:
         Line,    ///< a line was read
         End,     ///< the device has no more lines
         Failed,  ///< the device reported a read error
-        TooLong, ///< a line is longer than MaxLineLength
+        TooLong, ///< the next line, or one of the next lines, is too long
     };
 
-    /// The longest line in bytes: half of what a QString can hold.
+    /// The longest line in bytes, without its "\n": half of what a QString can hold.
     static constexpr int MaxLineLength = 1 << 29;
 
-    /// Reads @p source, which is open and outlives the reader, @p blockSize bytes at a time.
-    explicit LineReader(QIODevice &source, int blockSize = 1 << 18);
+    /// Reads @p source, which is open and outlives the reader, @p blockSize bytes at a time; a line of more than
+    /// @p longestLine bytes is too long.
+    explicit LineReader(QIODevice &source, int blockSize = 1 << 18, int longestLine = MaxLineLength);
 
     /// Sets @p line to the bytes of the next line without its "\n"; they stay valid until the next call. A last line
     /// without "\n" is a line; an empty device has none. On any status but Line @p line is left as it was.
@@ -33,12 +34,14 @@ public:
 
 private:
     using FindNewline = size_t (*)(std::string_view bytes);
+    bool isTooLong(std::string_view lines) const;
     Status take(std::string_view &bytes, FindNewline findNewline);
     Status readBlock();
 
     QIODevice &device;
     QByteArray buffer;
     int blockLength;
+    int mostBytes; // of a line
     int begin = 0; // what is read and not yet handed out: [begin, end) of the buffer
     int end = 0;
 };
