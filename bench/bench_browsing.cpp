@@ -6,7 +6,6 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QComboBox>
 #include <QEventLoop>
 
 #include <benchmark/benchmark.h>

@@ -9,7 +9,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QProcess>
-#include <QStringList>
+#include <QString>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -25,7 +25,7 @@ namespace
 {
 double seconds(const timeval &time)
 {
-    return double(time.tv_sec) + double(time.tv_usec) * 1e-6;
+    return time.tv_sec + time.tv_usec * 1e-6;
 }
 
 class Bench
@@ -93,7 +93,7 @@ private:
         plainWall = plainWall > 0 ? plainWall : wall;
         state.SetIterationTime(wall);
         state.counters["cpu"] = seconds(usage.ru_utime) + seconds(usage.ru_stime);
-        state.counters["peakMB"] = double(usage.ru_maxrss) * 1024 / 1e6;
+        state.counters["peakMB"] = usage.ru_maxrss * 1024 / 1e6;
         state.counters["plains"] = wall / plainWall;
     }
 

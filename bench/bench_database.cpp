@@ -315,7 +315,7 @@ private:
             QElapsedTimer timer;
             timer.start();
             const bool succeeded = row.work();
-            const double seconds = double(timer.nsecsElapsed()) * 1e-9;
+            const double seconds = timer.nsecsElapsed() * 1e-9;
             state.SetIterationTime(seconds);
             least = qMin(least, seconds);
             if (!succeeded) {

@@ -39,7 +39,7 @@ constexpr double bar = 100;
 
 double milliseconds(const QElapsedTimer &timer)
 {
-    return double(timer.nsecsElapsed()) * 1e-6;
+    return timer.nsecsElapsed() * 1e-6;
 }
 
 /// Counts the paintings of a widget.

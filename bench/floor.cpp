@@ -68,7 +68,7 @@ public:
         const int file = open(path, O_RDONLY);
         struct stat status = {};
         if (file >= 0 && fstat(file, &status) == 0 && status.st_size > 0) {
-            size = size_t(status.st_size);
+            size = status.st_size;
             bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file, 0);
         }
         if (bytes == MAP_FAILED) {
@@ -108,7 +108,7 @@ size_t countLines(const Mapping &file)
 {
     size_t lines = 0;
     for (const char *at = file.begin();
-         (at = static_cast<const char *>(std::memchr(at, '\n', size_t(file.end() - at)))) != nullptr; ++at) {
+         (at = static_cast<const char *>(std::memchr(at, '\n', file.end() - at))) != nullptr; ++at) {
         ++lines;
     }
     return lines;
@@ -123,9 +123,9 @@ void parse(Database &database)
     Links &below = database.below;
     database.names.reserve(lines);
     below.first.reserve(lines + 1);
-    below.targets.reserve(size_t(end - begin) / shortestLink);
+    below.targets.reserve((end - begin) / shortestLink);
     for (const char *at = begin; at < end; ++at) {
-        database.names.push_back(uint64_t(at - begin));
+        database.names.push_back(at - begin);
         below.first.push_back(uint32_t(below.targets.size()));
         while (*at != '\t' && *at != '\n') {
             ++at;

@@ -29,7 +29,7 @@ Rows decode(const std::string &name)
     int pair = 0;
     for (int v = 1; v < name[0] - 63; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
-            if ((name[1 + size_t(pair) / 6] - 63) >> (5 - pair % 6) & 1) {
+            if ((name[1 + pair / 6] - 63) >> (5 - pair % 6) & 1) {
                 ADDONEEDGE(rows.data(), u, v, 1);
             }
         }
@@ -48,7 +48,7 @@ std::string canonicalForm(Rows rows, int order)
     Rows form;
     densenauty(rows.data(), labels.data(), partition.data(), orbits.data(), &options, &statistics, 1, order,
                form.data());
-    return {reinterpret_cast<const char *>(form.data()), size_t(order) * sizeof(setword)};
+    return {reinterpret_cast<const char *>(form.data()), order * sizeof(setword)};
 }
 
 Rows withoutVertex(const Rows &rows, int order, int vertex)
@@ -56,8 +56,8 @@ Rows withoutVertex(const Rows &rows, int order, int vertex)
     const setword before = ~(~setword(0) >> vertex);
     Rows result;
     for (int v = 0; v < order - 1; ++v) {
-        const setword row = rows[size_t(v < vertex ? v : v + 1)];
-        result[size_t(v)] = (row & before) | (row << 1 & ~before);
+        const setword row = rows[v < vertex ? v : v + 1];
+        result[v] = (row & before) | (row << 1 & ~before);
     }
     return result;
 }

@@ -21,7 +21,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startViewerTarget(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QString path = scratchPath(QStringLiteral(".olmgr"));
     {

@@ -9,6 +9,8 @@
 #include <QBuffer>
 #include <QCoreApplication>
 
+#include <vector>
+
 namespace
 {
 using Indices = std::vector<int>;
@@ -26,7 +28,7 @@ void append(const DatabaseChunk &chunk, Content &content)
     require(chunk.lineNumbers.size() == chunk.records.size() && chunk.links.counts.size() == chunk.records.size(),
             "a chunk has a line number and a link count for each record");
     auto link = chunk.links.indices.begin();
-    for (std::size_t i = 0; i < chunk.records.size(); i++) {
+    for (size_t i = 0; i < chunk.records.size(); ++i) {
         content.names.append(chunk.records[i].getName());
         content.lineNumbers.push_back(content.lineCount + chunk.lineNumbers[i]);
         content.links.emplace_back(link, link + chunk.links.counts[i]);
@@ -53,9 +55,9 @@ void compareWithSmallChunks(QByteArray file, int chunkLength, const Content &who
 
 bool isGood(const Content &content)
 {
-    for (std::size_t i = 0; i < content.links.size(); i++) {
+    for (size_t i = 0; i < content.links.size(); ++i) {
         for (const int index : content.links[i]) {
-            if (index < 0 || std::size_t(index) > i) {
+            if (index < 0 || size_t(index) > i) {
                 return false;
             }
         }
@@ -77,16 +79,16 @@ void checkDatabase(const TAVSearchEngine &engine, const Content &content)
     const QVector<TAVGraph *> &records = engine.records();
     require(records.size() == content.names.size(), "every named line is a record");
     std::vector<Indices> supers(content.links.size());
-    for (int i = 0; i < records.size(); i++) {
+    for (int i = 0; i < records.size(); ++i) {
         require(records[i]->getName() == content.names[i] && records[i]->getPosition() == i,
                 "the records are in the order of the file");
-        require(positionsOf(records[i]->getSub()) == content.links[std::size_t(i)], "the links are those of the line");
-        for (const int sub : content.links[std::size_t(i)]) {
-            supers[std::size_t(sub)].push_back(i);
+        require(positionsOf(records[i]->getSub()) == content.links[i], "the links are those of the line");
+        for (const int sub : content.links[i]) {
+            supers[sub].push_back(i);
         }
     }
-    for (int i = 0; i < records.size(); i++) {
-        require(positionsOf(records[i]->getOver()) == supers[std::size_t(i)], "every link is there in both directions");
+    for (int i = 0; i < records.size(); ++i) {
+        require(positionsOf(records[i]->getOver()) == supers[i], "every link is there in both directions");
     }
 }
 
@@ -107,7 +109,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     InputBytes input(data, size);
     const int chunkLength = 1 + input.byte();
@@ -119,8 +121,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     TAVSearchEngine engine;
     int successes = 0;
     int failures = 0;
-    QObject::connect(&engine, &TAVSearchEngine::signal_load_succedded, [&] { successes++; });
-    QObject::connect(&engine, &TAVSearchEngine::signal_load_failed, [&] { failures++; });
+    QObject::connect(&engine, &TAVSearchEngine::signal_load_succedded, [&] { ++successes; });
+    QObject::connect(&engine, &TAVSearchEngine::signal_load_failed, [&] { ++failures; });
     engine.setFilename(file.path());
     engine.run();
     require(successes == (isGood(content) ? 1 : 0) && failures == 1 - successes,

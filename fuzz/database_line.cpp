@@ -11,7 +11,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const std::string_view input = InputBytes(data, size).rest();
     const std::string_view bytes = input.substr(0, input.find('\n'));

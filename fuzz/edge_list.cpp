@@ -8,7 +8,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startViewerTarget(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const MemoryFile file(InputBytes(data, size).rest());
     Graph graph(QStringLiteral("graph"), false);

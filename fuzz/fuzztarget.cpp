@@ -38,7 +38,7 @@ int InputBytes::byte()
     if (bytes.empty()) {
         return 0;
     }
-    const auto value = static_cast<unsigned char>(bytes.front());
+    const uchar value = bytes.front();
     bytes.remove_prefix(1);
     return value;
 }

@@ -13,7 +13,7 @@
 // by replay.cpp.
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
 /// Silences the code under test and makes the application object. A QApplication uses the offscreen platform.
 template<typename Application> int startTarget(int *argc, char ***argv);
@@ -25,7 +25,7 @@ void require(bool kept, const char *promise);
 class InputBytes
 {
 public:
-    InputBytes(const std::uint8_t *data, std::size_t size) : bytes(reinterpret_cast<const char *>(data), size) {}
+    InputBytes(const uint8_t *data, size_t size) : bytes(reinterpret_cast<const char *>(data), size) {}
 
     bool atEnd() const { return bytes.empty(); }
     /// The next byte; 0 when there is none.

@@ -21,11 +21,11 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startViewerTarget(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const QByteArray bytes = InputBytes(data, size).restAsBytes();
     const QString text = QString::fromLatin1(bytes.constData(), bytes.size());
-    const int count = (bytes.isEmpty() ? 0 : static_cast<unsigned char>(bytes[0])) - 63;
+    const int count = (bytes.isEmpty() ? 0 : uchar(bytes[0])) - 63;
     const int room = qBound(0, count, Graph::MAX_NODES);
     Graph graph(QStringLiteral("graph"), false);
     const bool inPlace = graph.loadg6(text, false);

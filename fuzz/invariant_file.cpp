@@ -14,7 +14,7 @@ QByteArray rewritten(const QByteArray &bytes)
 {
     InvariantLine line;
     QByteArray text;
-    if (parseInvariantLine({bytes.constData(), std::size_t(bytes.size())}, line)) {
+    if (parseInvariantLine(std::string_view(bytes.constData(), bytes.size()), line)) {
         appendInvariantLine(text, line.name, line.value, line.missing);
     }
     return text;
@@ -35,7 +35,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const MemoryFile database("@\nA_\t0\nBW\t1\nBw\t1\n");
     const MemoryFile invariants(InputBytes(data, size).rest());

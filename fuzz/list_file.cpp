@@ -10,7 +10,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     const InputBytes input(data, size);
     const MemoryFile file(input.rest());

@@ -34,7 +34,7 @@ bool replay(const QString &path)
     const QByteArray input = file.readAll();
     std::printf("%s\n", qPrintable(path));
     std::fflush(stdout); // after a crash the last line is the name of the input
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(input.constData()), std::size_t(input.size()));
+    LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(input.constData()), input.size());
     return true;
 }
 } // namespace
@@ -43,12 +43,12 @@ int main(int argc, char *argv[])
 {
     LLVMFuzzerInitialize(&argc, &argv);
     int count = 0;
-    for (int i = 1; i < argc; i++) {
+    for (int i = 1; i < argc; ++i) {
         for (const QString &path : filesIn(QFile::decodeName(argv[i]))) {
             if (!replay(path)) {
                 return 1;
             }
-            count++;
+            ++count;
         }
     }
     std::printf("%d inputs\n", count);

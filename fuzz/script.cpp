@@ -12,17 +12,17 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     qint64 number = 0;
     for (const QByteArray &line : InputBytes(data, size).restAsBytes().split('\n')) {
-        number++;
+        ++number;
         try {
             const std::optional<ScriptStep> step =
-                parseScriptLine({line.constData(), std::size_t(line.size())}, QStringLiteral("script"), number);
+                parseScriptLine(std::string_view(line.constData(), line.size()), QStringLiteral("script"), number);
             if (step) {
                 require(step->line == number, "a step knows its line");
-                require(std::size_t(step->arguments.size()) == step->command->arguments.size(),
+                require(step->arguments.size() == int(step->command->arguments.size()),
                         "a step has the arguments that its command takes");
             }
         } catch (const CommandError &error) {

@@ -10,24 +10,24 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startTarget<QCoreApplication>(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     SmallGraph graph;
     if (!parseGraph6(InputBytes(data, size).rest(), graph).isEmpty()) {
         return 0;
     }
-    require(graph.order >= 0 && graph.order <= SmallGraph::MaxOrder, "the order is within its bounds");
+    require(graph.order >= 0 && graph.order <= SmallGraph::maxOrder, "the order is within its bounds");
     int edges = 0;
-    for (int u = 0; u < graph.order; u++) {
+    for (int u = 0; u < graph.order; ++u) {
         require(!graph.adjacent(u, u), "there are no loops");
-        for (int v = 0; v < u; v++) {
+        for (int v = 0; v < u; ++v) {
             require(graph.adjacent(u, v) == graph.adjacent(v, u), "adjacency is symmetric");
             edges += graph.adjacent(u, v) ? 1 : 0;
         }
     }
     require(graph.size() == edges, "the size is the number of edges");
     graph.isConnected();
-    for (int v = 0; v < graph.order; v++) {
+    for (int v = 0; v < graph.order; ++v) {
         const SmallGraph rest = graph.withoutVertex(v);
         require(rest.order == graph.order - 1 && rest.size() <= edges, "a vertex is removed");
     }

@@ -14,7 +14,6 @@
 #include <QPainter>
 #include <QWheelEvent>
 
-#include <memory>
 #include <vector>
 
 namespace
@@ -129,23 +128,23 @@ void openFile(Graph &graph, InputBytes &input)
 {
     const int count = slot(input);
     QByteArray text = QByteArray::number(count) + '\n';
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         text += 'v' + QByteArray::number(i) + '\t' + QByteArray::number(coordinate(input)) + "\t0\n";
     }
-    for (int i = 0; i < count * count; i++) {
+    for (int i = 0; i < count * count; ++i) {
         text += input.below(2) != 0 ? "1\t" : "0\t";
     }
-    graph.open(MemoryFile({text.constData(), std::size_t(text.size())}).path());
+    graph.open(MemoryFile(std::string_view(text.constData(), text.size())).path());
 }
 
 /// Imports an edge list of up to 40 lines and as many labels as there are slots, or a few more.
 void importFile(Graph &graph, InputBytes &input)
 {
     QByteArray text;
-    for (int lines = input.below(41); lines > 0; lines--) {
+    for (int lines = input.below(41); lines > 0; --lines) {
         text += QByteArray::number(slot(input)) + '\t' + QByteArray::number(slot(input)) + '\n';
     }
-    graph.import_el(MemoryFile({text.constData(), std::size_t(text.size())}).path());
+    graph.import_el(MemoryFile(std::string_view(text.constData(), text.size())).path());
 }
 
 void draw(Graph &graph, InputBytes &)
@@ -278,7 +277,7 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
     return startViewerTarget(argc, argv);
 }
 
-int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     InputBytes input(data, size);
     qsrand(1);
@@ -288,8 +287,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     bool itemsFollow = true;
     bool emitted = false;
     QObject::connect(&graph, &Graph::signal_best_graph_changed, [&] { emitted = true; });
-    for (int count = 0; count < maxOperations && !input.atEnd(); count++) {
-        const Operation &operation = operations()[std::size_t(input.below(int(operations().size())))];
+    for (int count = 0; count < maxOperations && !input.atEnd(); ++count) {
+        const Operation &operation = operations()[input.below(int(operations().size()))];
         emitted = false;
         operation.apply(graph, input);
         published = emitted || operation.effect == Effect::Publishes || (published && operation.effect == Effect::None);

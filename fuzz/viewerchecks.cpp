@@ -26,8 +26,8 @@ Matrix matrixBehind(const QList<QByteArray> &lines, const char *title, int size)
 
 bool isSymmetric(const Matrix &matrix, int size)
 {
-    for (int i = 0; i < size; i++) {
-        for (int j = 0; j < i; j++) {
+    for (int i = 0; i < size; ++i) {
+        for (int j = 0; j < i; ++j) {
             if (matrix[i][j] != matrix[j][i]) {
                 return false;
             }
@@ -100,9 +100,9 @@ void requireSound(Graph &graph)
     require(isSymmetric(matrixBehind(lines, "--best graph--", n), n), "the best graph is symmetric");
 
     int edges = 0;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         int neighbours = current[i][i] == "1" ? 1 : 0; // the complement sets the diagonal
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             require(graph.edge(i, j) == (i != j && current[i][j] == "1"), "an edge is an entry of the matrix");
             neighbours += graph.edge(i, j) ? 1 : 0;
             edges += i < j && graph.edge(i, j) ? 1 : 0;
@@ -110,7 +110,7 @@ void requireSound(Graph &graph)
         require(graph.degree(i) == neighbours, "the degree is the number of neighbours");
     }
     require(graph.getNbEdges() == edges, "the number of edges is that of the joined pairs");
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
         const QPointF place = graph.node(i)->position();
         // z may be NaN: scaling a flat drawing to a height divides by zero.
         require(std::isfinite(place.x()) && std::isfinite(place.y()), "every vertex has a place");
@@ -120,9 +120,9 @@ void requireSound(Graph &graph)
 void requirePublished(const Graph &graph)
 {
     require(graph.graphData() == graph.currentGraphData(), "the best graph is the current one");
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
         require(exists(*graph.node(i)) == (i < graph.getNbNodes()), "the items of the vertices exist, and no others");
-        for (int j = 0; j < Graph::MAX_NODES; j++) {
+        for (int j = 0; j < Graph::MAX_NODES; ++j) {
             require(graph.bestEdge(i, j) == graph.edge(i, j), "the best graph has the edges of the current one");
         }
     }
@@ -134,10 +134,10 @@ void requireItemsInStep(const Graph &graph)
     const int current = qBound(0, graph.getNbNodes(), Graph::MAX_NODES);
     int count = 0;
     while (count < Graph::MAX_NODES && exists(*graph.node(count))) {
-        count++;
+        ++count;
     }
     require(count == current || count == best, "as many vertex items exist as the current or the best graph has");
-    for (int i = count; i < Graph::MAX_NODES; i++) {
+    for (int i = count; i < Graph::MAX_NODES; ++i) {
         require(!exists(*graph.node(i)), "the vertex items that exist are the first ones");
     }
 }

@@ -17,9 +17,9 @@
 
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <limits>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace
@@ -74,7 +74,7 @@ void TAVSearchEngine::run()
     Outcome outcome = Outcome::Failed;
     try {
         outcome = readFile(linkCount);
-    } catch (const std::bad_alloc &) { // or a line with more links than a QList can hold
+    } catch (const std::bad_alloc &) { // thrown also for a line with more links than a QList can hold
         rejectForMemory();
     }
     if (outcome == Outcome::Done) {
@@ -124,7 +124,7 @@ void TAVSearchEngine::clear()
 void TAVSearchEngine::eraseDatabase()
 {
     graphs = QVector<TAVGraph *>();
-    forEachRange(storage.size(), 1, threadCount(), [this](size_t i, size_t) { storage[i] = std::vector<TAVGraph>(); });
+    forEachRange(int(storage.size()), 1, threadCount(), [this](int i, int) { storage[i] = std::vector<TAVGraph>(); });
     storage.clear();
     releaseFreeMemory();
 }
@@ -201,7 +201,7 @@ QStringList TAVSearchEngine::I1leI2graphs() const
     return namesWhereI1AtMostI2(graphs);
 }
 
-/// The second part of loadData().
+/// Reads the lines of @p file for loadData(), and returns whether all are good.
 bool TAVSearchEngine::readPieces(QFile &file)
 {
     char piece[pieceBufferSize];
@@ -211,7 +211,7 @@ bool TAVSearchEngine::readPieces(QFile &file)
         if (number % pieceReportStep == 0) {
             diagnose(QString::number(number));
         }
-        std::string_view bytes(piece, size_t(length));
+        std::string_view bytes(piece, length);
         if (bytes.back() == '\n') {
             bytes.remove_suffix(1);
         }
@@ -291,7 +291,7 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
             rejectFormat();
             return Outcome::Failed;
         }
-        linkCount += qint64(chunk.links.indices.size());
+        linkCount += chunk.links.indices.size();
         links.push_back(std::move(chunk.links));
     }
     if (status != LineReader::Status::End) {
@@ -357,7 +357,7 @@ void TAVSearchEngine::rejectFormat()
 
 void TAVSearchEngine::rejectForMemory()
 {
-    eraseDatabase(); // first: the texts need memory, too
+    eraseDatabase(); // first, so that there is memory for the messages
     diagnose(QStringLiteral("Not enough memory"));
     emit signal_console(tr("Not enough memory."));
 }
@@ -423,9 +423,9 @@ QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighb
 
 void TAVSearchEngine::forEachGraph(void (TAVGraph::*operation)())
 {
-    forEachRange(size_t(graphs.size()), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            (graphs.at(int(i))->*operation)();
+    forEachRange(graphs.size(), recordsPerPiece, threadCount(), [&](int begin, int end) {
+        for (int i = begin; i < end; ++i) {
+            (graphs.at(i)->*operation)();
         }
     });
 }

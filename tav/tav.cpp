@@ -97,8 +97,7 @@ void openClosedStreams()
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(descriptor, F_GETFD) < 0) {
             // open() takes the lowest free descriptor, which is this one.
-            const int opened = ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-            static_cast<void>(opened);
+            [[maybe_unused]] const int opened = ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
         }
     }
 }
@@ -126,14 +125,14 @@ int main(int argc, char *argv[])
     useLargeHeapSteps();
     failBeyondFileSizeLimit();
     openClosedStreams();
-    // GLib, whose event loop Qt uses otherwise, ends the program itself when there is little memory.
+    // Qt would use the event loop of GLib, which aborts the program when memory is short.
     qputenv("QT_NO_GLIB", "1");
     try {
         return run(argc, argv);
     } catch (const Interrupted &interruption) {
         endBySignal(interruption.signal());
     } catch (const std::bad_alloc &) {
-        std::fputs("tav: Out of memory.\n", stderr); // which takes no memory
+        std::fputs("tav: Out of memory.\n", stderr); // without QString, which would need memory
         return Failure;
     } catch (const std::exception &exception) {
         return report(CommandError(QString::fromLocal8Bit(exception.what())));

@@ -29,7 +29,7 @@ void append(Content &content, const DatabaseChunk &chunk)
 {
     auto index = chunk.links.indices.begin();
     for (size_t i = 0; i < chunk.records.size(); ++i) {
-        const auto end = index + std::ptrdiff_t(chunk.links.counts.at(i));
+        const auto end = index + chunk.links.counts.at(i);
         content.records.append(
             describe(chunk.records[i].getName(), content.lines + chunk.lineNumbers.at(i), {index, end}));
         index = end;
@@ -99,8 +99,8 @@ private slots:
         QCOMPARE(chunk.records[0].getName(), QStringLiteral("A"));
         QCOMPARE(chunk.records[1].getName(), QStringLiteral("B"));
         QCOMPARE(chunk.records[2].getName(), QStringLiteral("C"));
-        QCOMPARE(chunk.lineNumbers, (std::vector<quint32>{0, 2, 4}));
-        QCOMPARE(chunk.links.counts, (std::vector<quint32>{0, 2, 1}));
+        QCOMPARE(chunk.lineNumbers, (std::vector<int>{0, 2, 4}));
+        QCOMPARE(chunk.links.counts, (std::vector<int>{0, 2, 1}));
         QCOMPARE(chunk.links.indices, (std::vector<int>{0, 0, 0}));
     }
 

@@ -47,8 +47,8 @@ private slots:
                     links.emplace_back();
                 }
                 const int position = existing + i;
-                links.back().counts.push_back(quint32(random() % 6));
-                for (quint32 k = links.back().counts.back(); k > 0; --k) {
+                links.back().counts.push_back(int(random() % 6));
+                for (int k = links.back().counts.back(); k > 0; --k) {
                     // The first records are named most often, as in real databases; the last may never be.
                     const int index =
                         int(random() % unsigned(random() % 2 == 0 ? qMin(position + 1, 3) : position + 1));

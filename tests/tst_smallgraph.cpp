@@ -102,7 +102,7 @@ private slots:
     void edgesComeAndGo()
     {
         SmallGraph graph;
-        graph.order = SmallGraph::MaxOrder;
+        graph.order = SmallGraph::maxOrder;
         graph.addEdge(0, 61);
         graph.addEdge(61, 60);
         QVERIFY(graph.adjacent(61, 0) && graph.adjacent(60, 61) && !graph.adjacent(0, 60));

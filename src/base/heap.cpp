@@ -12,7 +12,7 @@ void useLargeHeapSteps()
 #ifdef __GLIBC__
     rlimit addressSpace = {};
     if (getrlimit(RLIMIT_AS, &addressSpace) == 0 && addressSpace.rlim_cur != RLIM_INFINITY) {
-        return; // there may be room for what is needed and none for a large step
+        return; // a limited address space may have room for the data, but not for large steps
     }
     mallopt(M_TOP_PAD, 64 << 20);
     // Once M_TOP_PAD is set, glibc no longer adapts these two by itself. The first is large enough for a chunk of a

@@ -29,18 +29,19 @@ void setThreadCount(int count)
     chosenThreadCount = count;
 }
 
-void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
-                  const std::function<void(std::size_t, std::size_t)> &work)
+void forEachRange(int count, int pieceLength, int jobs, const std::function<void(int, int)> &work)
 {
-    std::atomic<std::size_t> next = 0;
+    const int pieceCount = count / pieceLength + (count % pieceLength > 0 ? 1 : 0);
+    std::atomic<int> next = 0;
     const auto takePieces = [&] {
-        for (std::size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
-            work(begin, std::min(begin + pieceLength, count));
+        for (int piece = 0; (piece = next++) < pieceCount;) {
+            const int begin = piece * pieceLength;
+            work(begin, begin + std::min(pieceLength, count - begin));
         }
     };
     std::vector<std::future<void>> helpers;
     try {
-        for (int job = 1; job < jobs && std::size_t(job) * pieceLength < count; ++job) {
+        for (int job = 1; job < std::min(jobs, pieceCount); ++job) {
             helpers.push_back(std::async(threadIfPossible, takePieces));
         }
     } catch (const std::bad_alloc &) { // the work goes on without another helper
@@ -51,14 +52,16 @@ void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
     }
 }
 
-void forEachPiece(std::size_t count, std::size_t pieceLength,
-                  const std::function<QByteArray(std::size_t, std::size_t)> &make,
+void forEachPiece(int count, int pieceLength, const std::function<QByteArray(int, int)> &make,
                   const std::function<void(const QByteArray &)> &take)
 {
+    const size_t mostAhead = threadCount();
     std::queue<std::future<QByteArray>> ahead;
-    for (std::size_t begin = 0; begin < count || !ahead.empty();) {
-        for (; begin < count && ahead.size() <= std::size_t(threadCount()); begin += pieceLength) {
-            ahead.push(std::async(threadIfPossible, make, begin, std::min(begin + pieceLength, count)));
+    for (int begin = 0; begin < count || !ahead.empty();) {
+        while (begin < count && ahead.size() <= mostAhead) {
+            const int end = begin + std::min(pieceLength, count - begin);
+            ahead.push(std::async(threadIfPossible, make, begin, end));
+            begin = end;
         }
         take(ahead.front().get());
         ahead.pop();

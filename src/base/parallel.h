@@ -3,7 +3,6 @@
 
 #include <QByteArray>
 
-#include <cstddef>
 #include <functional>
 #include <future>
 
@@ -20,19 +19,17 @@ int threadCount();
 void setThreadCount(int count);
 
 /// How many records or names a thread takes at a time. Work on fewer takes less time than the start of a second thread.
-constexpr std::size_t recordsPerPiece = 1 << 14;
+constexpr int recordsPerPiece = 1 << 14;
 
 /// Calls @p work for ranges [begin, end) that together make up [0, @p count), on @p jobs threads, the caller's being
 /// one of them. A thread takes a range of @p pieceLength at a time, in ascending order. Returns when all are done;
 /// throws what @p work throws. Fewer threads work when no more can be made.
-void forEachRange(std::size_t count, std::size_t pieceLength, int jobs,
-                  const std::function<void(std::size_t begin, std::size_t end)> &work);
+void forEachRange(int count, int pieceLength, int jobs, const std::function<void(int begin, int end)> &work);
 
 /// Calls @p make for ranges of @p pieceLength that together make up [0, @p count), several at the same time on all
 /// processors, and @p take, in the caller's thread, for what it returns, in the order of the ranges. When no thread can
 /// be made, the caller's thread does the work.
-void forEachPiece(std::size_t count, std::size_t pieceLength,
-                  const std::function<QByteArray(std::size_t begin, std::size_t end)> &make,
+void forEachPiece(int count, int pieceLength, const std::function<QByteArray(int begin, int end)> &make,
                   const std::function<void(const QByteArray &piece)> &take);
 
 #endif

@@ -22,7 +22,9 @@ size_t countNamingLines(std::string_view lines)
 {
     size_t count = !lines.empty() && !beginsBlankLine(lines.front()) ? 1 : 0;
     for (size_t i = 1; i < lines.size(); ++i) {
-        count += size_t(lines[i - 1] == '\n') & size_t(!beginsBlankLine(lines[i]));
+        const bool beginsLine = lines[i - 1] == '\n';
+        const bool isBlank = beginsBlankLine(lines[i]);
+        count += beginsLine & !isBlank; // without a branch, so that the compiler uses vector instructions
     }
     return count;
 }
@@ -35,14 +37,14 @@ DatabaseChunk parseDatabaseChunk(std::string_view lines)
     chunk.records.reserve(namingLines);
     chunk.lineNumbers.reserve(namingLines);
     chunk.links.counts.reserve(namingLines);
-    chunk.links.indices.reserve(size_t(std::count(lines.begin(), lines.end(), '\t')));
+    chunk.links.indices.reserve(std::count(lines.begin(), lines.end(), '\t'));
     DatabaseLine line;
     for (; !lines.empty(); ++chunk.lineCount) {
         const size_t length = std::min(lines.find('\n'), lines.size());
         if (parseDatabaseLine(lines.substr(0, length), line)) {
             chunk.records.emplace_back(std::move(line.name));
-            chunk.lineNumbers.push_back(quint32(chunk.lineCount));
-            chunk.links.counts.push_back(quint32(line.indices.size()));
+            chunk.lineNumbers.push_back(chunk.lineCount);
+            chunk.links.counts.push_back(int(line.indices.size()));
             chunk.links.indices.insert(chunk.links.indices.end(), line.indices.begin(), line.indices.end());
         }
         lines.remove_prefix(std::min(length + 1, lines.size()));
@@ -54,8 +56,9 @@ DatabaseReader::DatabaseReader(QIODevice &source, int chunkLength) : reader(sour
 
 LineReader::Status DatabaseReader::next(DatabaseChunk &chunk)
 {
+    const size_t mostAhead = threadCount();
     std::string_view lines;
-    while (status == LineReader::Status::Line && ahead.size() <= size_t(threadCount()) &&
+    while (status == LineReader::Status::Line && ahead.size() <= mostAhead &&
            (status = reader.nextLines(lines)) == LineReader::Status::Line) {
         // std::async() of libstdc++ forwards its argument a second time when the thread cannot be made: an argument
         // that is moved would be empty by then. This one is copied, with a pointer to the bytes.

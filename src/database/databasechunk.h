@@ -11,16 +11,16 @@
 
 /// The links of consecutive records to their sub-graphs.
 struct RecordLinks {
-    std::vector<quint32> counts; ///< by record: the number of its links
-    std::vector<int> indices;    ///< the sub-graphs of the first record, then those of the second, ...
+    std::vector<int> counts;  ///< by record: the number of its links
+    std::vector<int> indices; ///< the sub-graphs of the first record, then those of the second, ...
 };
 
 /// Some lines of a database file: their records, and the links that are still to be made.
 struct DatabaseChunk {
-    std::vector<TAVGraph> records;    ///< of the lines that name a graph, in order
-    std::vector<quint32> lineNumbers; ///< by record: the number of its line in the chunk, from 0
+    std::vector<TAVGraph> records; ///< of the lines that name a graph, in order
+    std::vector<int> lineNumbers;  ///< by record: the number of its line in the chunk, from 0
     RecordLinks links;
-    qint64 lineCount = 0;
+    int lineCount = 0;
 };
 
 /// Parses lines that end with "\n"; the last may lack it.

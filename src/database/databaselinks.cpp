@@ -5,7 +5,7 @@
 #include <QList>
 
 #include <algorithm>
-#include <cstddef>
+#include <numeric>
 
 namespace
 {
@@ -14,11 +14,11 @@ using Stop = std::function<bool()>;
 
 /// A list of @p length + 1 null pointers. mid() of it is the quickest way to a list of a given size: QList has no
 /// constructor for that. One entry more, because mid() of the whole list would not copy but share it.
-Records blankList(quint32 length)
+Records blankList(int length)
 {
     Records blank;
-    blank.reserve(int(length) + 1);
-    for (quint32 i = 0; i <= length; ++i) {
+    blank.reserve(length + 1);
+    for (int i = 0; i <= length; ++i) {
         blank.append(nullptr);
     }
     return blank;
@@ -31,67 +31,67 @@ void linkDownwards(const QVector<TAVGraph *> &graphs, int first, RecordLinks &li
     const auto longest = std::max_element(links.counts.begin(), links.counts.end());
     const Records blank = blankList(longest == links.counts.end() ? 0 : *longest);
     auto index = links.indices.begin();
-    for (size_t i = 0; i < links.counts.size(); ++i) {
-        Records subGraphs = blank.mid(0, int(links.counts[i]));
+    int position = first;
+    for (const int count : links.counts) {
+        Records subGraphs = blank.mid(0, count);
         for (TAVGraph *&subGraph : subGraphs) {
             subGraph = graphs.at(*index++);
         }
-        graphs.at(first + int(i))->setSub(subGraphs);
+        graphs.at(position++)->setSub(subGraphs);
     }
     links = RecordLinks();
 }
 
 /// By position: the number of links to the record.
-std::vector<quint32> countNamings(int graphCount, const std::vector<RecordLinks> &links, const Stop &stop)
+std::vector<int> countLinksTo(int graphCount, const std::vector<RecordLinks> &links, const Stop &stop)
 {
-    std::vector<quint32> counts(size_t(graphCount), 0);
+    std::vector<int> counts(graphCount, 0);
     for (const RecordLinks &piece : links) {
         if (stop()) {
             return counts;
         }
         for (const int index : piece.indices) {
-            ++counts[size_t(index)];
+            ++counts[index];
         }
     }
     return counts;
 }
 
-/// Divides the positions, up to the last one with links to it, into at most @p parts ranges with about the same number
-/// of links to each. Returns the bounds of the ranges.
-std::vector<size_t> shareOut(const std::vector<quint32> &counts, size_t parts)
+/// Divides the positions, up to the last one with links to it, into @p parts ranges, some of which may be empty, with
+/// about the same number of links to each. Returns the bounds of the ranges.
+std::vector<int> shareOut(const std::vector<int> &counts, int parts)
 {
-    quint64 total = 0;
-    for (const quint32 count : counts) {
-        total += count;
-    }
-    std::vector<size_t> bounds = {0};
-    quint64 sum = 0;
-    for (size_t i = 0; i < counts.size() && bounds.size() < parts; ++i) {
-        sum += counts[i];
-        if (sum * parts >= total * bounds.size()) {
-            bounds.push_back(i + 1);
+    const qint64 total = std::accumulate(counts.begin(), counts.end(), qint64(0));
+    std::vector<int> bounds = {0};
+    qint64 sum = 0;
+    int position = 0;
+    for (int part = 1; part < parts; ++part) {
+        while (sum * parts < total * part) {
+            sum += counts[position++];
         }
+        bounds.push_back(position);
     }
-    if (sum < total) {
-        const auto last = std::find_if(counts.rbegin(), counts.rend(), [](quint32 count) { return count > 0; });
-        bounds.push_back(size_t(counts.rend() - last));
-    }
+    const auto last = std::find_if(counts.rbegin(), counts.rend(), [](int count) { return count > 0; });
+    bounds.push_back(int(counts.rend() - last));
     return bounds;
 }
 
 /// Makes the super-graph lists of the records at the positions [begin, end), unless it is stopped. @p counts are the
 /// numbers of links to each position.
 void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector<RecordLinks> &links,
-                 const std::vector<quint32> &counts, size_t begin, size_t end, const Stop &stop)
+                 const std::vector<int> &counts, int begin, int end, const Stop &stop)
 {
-    const auto at = [&](size_t position) { return counts.begin() + std::ptrdiff_t(position); };
-    const Records blank = blankList(*std::max_element(at(begin), at(end)));
-    std::vector<Records> lists(end - begin);
-    std::vector<Records::iterator> next(end - begin);
-    for (size_t i = 0; i < lists.size(); ++i) {
-        lists[i] = graphs.at(int(begin + i))->superGraphs();
+    if (begin == end) {
+        return;
+    }
+    const Records blank = blankList(*std::max_element(counts.begin() + begin, counts.begin() + end));
+    const int listCount = end - begin;
+    std::vector<Records> lists(listCount);
+    std::vector<Records::iterator> next(listCount);
+    for (int i = 0; i < listCount; ++i) {
+        lists[i] = graphs.at(begin + i)->superGraphs();
         const int length = lists[i].size();
-        lists[i] += blank.mid(0, int(counts[begin + i]));
+        lists[i] += blank.mid(0, counts[begin + i]);
         next[i] = lists[i].begin() + length;
     }
     int position = first;
@@ -100,18 +100,18 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
             return;
         }
         auto index = piece.indices.begin();
-        for (const quint32 count : piece.counts) {
+        for (const int count : piece.counts) {
             TAVGraph *graph = graphs.at(position++);
-            for (const auto last = index + std::ptrdiff_t(count); index != last; ++index) {
-                const size_t place = size_t(*index) - begin; // a position before the range wraps to a large number
-                if (place < next.size()) {
+            for (const auto last = index + count; index != last; ++index) {
+                const int place = *index - begin;
+                if (place >= 0 && place < listCount) {
                     *next[place]++ = graph;
                 }
             }
         }
     }
-    for (size_t i = 0; i < lists.size(); ++i) {
-        graphs.at(int(begin + i))->setOver(lists[i]);
+    for (int i = 0; i < listCount; ++i) {
+        graphs.at(begin + i)->setOver(lists[i]);
     }
 }
 } // namespace
@@ -119,19 +119,20 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
 void linkRecords(const QVector<TAVGraph *> &graphs, int first, std::vector<RecordLinks> links,
                  const std::function<bool()> &stop)
 {
-    const std::vector<quint32> counts = countNamings(graphs.size(), links, stop);
+    const std::vector<int> counts = countLinksTo(graphs.size(), links, stop);
     if (stop()) {
         return; // the counts are not those of all links
     }
-    const std::vector<size_t> bounds = shareOut(counts, size_t(threadCount()));
-    forEachRange(bounds.size() - 1, 1, threadCount(), [&](size_t part, size_t) {
+    const int parts = threadCount();
+    const std::vector<int> bounds = shareOut(counts, parts);
+    forEachRange(parts, 1, parts, [&](int part, int) {
         linkUpwards(graphs, first, links, counts, bounds[part], bounds[part + 1], stop);
     });
     std::vector<int> firstOfPiece = {first};
     for (const RecordLinks &piece : links) {
         firstOfPiece.push_back(firstOfPiece.back() + int(piece.counts.size()));
     }
-    forEachRange(links.size(), 1, threadCount(), [&](size_t i, size_t) {
+    forEachRange(int(links.size()), 1, parts, [&](int i, int) {
         if (!stop()) {
             linkDownwards(graphs, firstOfPiece[i], links[i]);
         }

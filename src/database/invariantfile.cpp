@@ -12,14 +12,14 @@ namespace
 template<typename AppendLine>
 void writeLines(const QVector<TAVGraph *> &graphs, OutputFile &file, AppendLine appendLine)
 {
-    const auto linesOf = [&](size_t begin, size_t end) {
+    const auto linesOf = [&](int begin, int end) {
         QByteArray lines;
-        for (size_t i = begin; i < end; ++i) {
-            appendLine(*graphs.at(int(i)), lines);
+        for (int i = begin; i < end; ++i) {
+            appendLine(*graphs.at(i), lines);
         }
         return lines;
     };
-    forEachPiece(size_t(graphs.size()), recordsPerPiece, linesOf, [&](const QByteArray &lines) { file.write(lines); });
+    forEachPiece(graphs.size(), recordsPerPiece, linesOf, [&](const QByteArray &lines) { file.write(lines); });
 }
 
 InvariantOutcome outcomeOf(LineReader::Status status)

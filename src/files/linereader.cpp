@@ -25,12 +25,13 @@ LineReader::Status LineReader::nextLines(std::string_view &lines)
     return take(lines, [](std::string_view bytes) { return bytes.rfind('\n'); });
 }
 
-/// Whether one of @p lines has more bytes than a line may have.
+/// Whether one of @p lines is longer than a line may be.
 bool LineReader::isTooLong(std::string_view lines) const
 {
-    while (lines.size() > size_t(mostBytes)) {
+    const size_t limit = mostBytes;
+    while (lines.size() > limit) {
         const size_t length = std::min(lines.find('\n'), lines.size());
-        if (length > size_t(mostBytes)) {
+        if (length > limit) {
             return true;
         }
         lines.remove_prefix(std::min(length + 1, lines.size()));
@@ -43,7 +44,7 @@ LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNew
 {
     size_t searched = 0;
     for (;;) {
-        std::string_view unread(buffer.constData() + begin, size_t(end - begin));
+        std::string_view unread(buffer.constData() + begin, end - begin);
         // Only the new bytes are searched: a line of many blocks would take quadratic time otherwise.
         const size_t newline = findNewline(unread.substr(searched));
         if (newline == std::string_view::npos) {
@@ -55,7 +56,7 @@ LineReader::Status LineReader::take(std::string_view &bytes, FindNewline findNew
             if (status != Status::End || unread.empty()) {
                 return status;
             }
-            unread = std::string_view(buffer.constData() + begin, size_t(end - begin)); // it may have moved
+            unread = std::string_view(buffer.constData() + begin, end - begin); // readBlock() may have moved it
         } else {
             unread = unread.substr(0, searched + newline + 1);
         }
@@ -76,12 +77,12 @@ LineReader::Status LineReader::readBlock()
         return Status::TooLong;
     }
     if (begin > 0) {
-        std::memmove(buffer.data(), buffer.constData() + begin, size_t(kept));
+        std::memmove(buffer.data(), buffer.constData() + begin, kept);
         begin = 0;
         end = kept;
     }
     if (buffer.size() - end < blockLength) {
-        buffer.resize(qMax(end + blockLength, int(qMin<qint64>(qint64(2) * buffer.size(), mostBytes))));
+        buffer.resize(qMax(end + blockLength, qMin(2 * buffer.size(), mostBytes)));
     }
     const qint64 count = device.read(buffer.data() + end, blockLength);
     if (count < 0) {

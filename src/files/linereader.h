@@ -18,11 +18,11 @@ public:
     };
 
     /// The longest line in bytes, without its "\n": half of what a QString can hold.
-    static constexpr int MaxLineLength = 1 << 29;
+    static constexpr int maxLineLength = 1 << 29;
 
     /// Reads @p source, which is open and outlives the reader, @p blockSize bytes at a time; a line of more than
     /// @p longestLine bytes is too long.
-    explicit LineReader(QIODevice &source, int blockSize = 1 << 18, int longestLine = MaxLineLength);
+    explicit LineReader(QIODevice &source, int blockSize = 1 << 18, int longestLine = maxLineLength);
 
     /// Sets @p line to the bytes of the next line without its "\n"; they stay valid until the next call. A last line
     /// without "\n" is a line; an empty device has none. On any status but Line @p line is left as it was.

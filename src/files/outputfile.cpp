@@ -104,7 +104,7 @@ void OutputFile::write(const QByteArray &bytes)
 {
     // A disk that fills up first takes a part of the bytes; only the next write fails and tells why.
     for (int taken = 0; complete && taken < bytes.size();) {
-        const ssize_t count = ::write(descriptor, bytes.constData() + taken, size_t(bytes.size() - taken));
+        const ssize_t count = ::write(descriptor, bytes.constData() + taken, bytes.size() - taken);
         if (count >= 0) {
             taken += int(count);
         } else if (errno == EAGAIN) {

@@ -57,7 +57,7 @@ QByteArray attributeOf(const QByteArray &path, const char *name)
         return {};
     }
     QByteArray value(int(length), Qt::Uninitialized);
-    const ssize_t taken = ::lgetxattr(path.constData(), name, value.data(), size_t(length));
+    const ssize_t taken = ::lgetxattr(path.constData(), name, value.data(), length);
     return taken == length ? value : QByteArray();
 }
 
@@ -65,7 +65,7 @@ QList<QByteArray> attributeNames(const QByteArray &path)
 {
     const ssize_t length = ::llistxattr(path.constData(), nullptr, 0);
     QByteArray names(int(qMax<ssize_t>(length, 0)), '\0');
-    const ssize_t taken = ::llistxattr(path.constData(), names.data(), size_t(names.size()));
+    const ssize_t taken = ::llistxattr(path.constData(), names.data(), names.size());
     names.truncate(int(qMax<ssize_t>(taken, 0)));
     return names.split('\0');
 }
@@ -76,7 +76,7 @@ bool copyAccessControlList(const QByteArray &path, int file)
 {
     const QByteArray list = attributeOf(path, accessControlList);
     if (!list.isNull()) {
-        return ::fsetxattr(file, accessControlList, list.constData(), size_t(list.size()), 0) == 0;
+        return ::fsetxattr(file, accessControlList, list.constData(), list.size(), 0) == 0;
     }
     // The new file may have got the default list of the folder.
     return ::fremovexattr(file, accessControlList) == 0 || errno == ENODATA || errno == EOPNOTSUPP;
@@ -89,7 +89,7 @@ void copyOtherAttributes(const QByteArray &path, int file)
         const QByteArray value =
             name.isEmpty() || name == accessControlList ? QByteArray() : attributeOf(path, name.constData());
         if (!value.isNull()) {
-            ::fsetxattr(file, name.constData(), value.constData(), size_t(value.size()), 0);
+            ::fsetxattr(file, name.constData(), value.constData(), value.size(), 0);
         }
     }
 }

@@ -14,14 +14,13 @@ bool beginsWithMark(std::string_view bytes)
 std::string_view encode(const QString &text, QByteArray &memory)
 {
     memory = text.toUtf8();
-    return {memory.constData(), size_t(memory.size())};
+    return std::string_view(memory.constData(), memory.size());
 }
 } // namespace
 
 bool isPlain(std::string_view bytes)
 {
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [](char byte) { return static_cast<unsigned char>(byte) < 0x80 && byte != '\r'; });
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return uchar(byte) < 0x80 && byte != '\r'; });
 }
 
 std::string_view withoutReturnsAtEnd(std::string_view line)

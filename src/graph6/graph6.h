@@ -10,9 +10,9 @@
 /// a character, the first at the highest bit and 1 for an edge. Each reader decides how strictly it checks a string.
 namespace graph6
 {
-constexpr int LargestOrder = 62;
+constexpr int largestOrder = 62;
 constexpr int pairsPerCharacter = 6;
-constexpr int zeroCharacter = 63;
+constexpr char zeroCharacter = 63;
 
 constexpr int pairCount(int order)
 {
@@ -47,26 +47,26 @@ constexpr bool isCharacter(char character)
 /// end is no edge.
 inline bool isEdge(std::string_view pairs, int pair)
 {
-    const std::size_t place = std::size_t(pair) / pairsPerCharacter;
+    const size_t place = pair / pairsPerCharacter;
     if (place >= pairs.size()) {
         return false;
     }
-    const auto value = static_cast<unsigned>(valueOf(pairs[place]));
+    const unsigned value = valueOf(pairs[place]);
     return (value >> (pairsPerCharacter - 1 - pair % pairsPerCharacter) & 1U) != 0;
 }
 
 /// The string of the graph on @p order vertices whose edges isJoined(u, v), u < v, tells.
 template<typename IsJoined> std::string encode(int order, IsJoined isJoined)
 {
-    std::string text(std::size_t(stringLength(order)), static_cast<char>(zeroCharacter));
-    text.front() = static_cast<char>(zeroCharacter + order);
+    std::string text(stringLength(order), zeroCharacter);
+    text.front() = char(zeroCharacter + order);
     int pair = 0;
     for (int v = 1; v < order; ++v) {
         for (int u = 0; u < v; ++u, ++pair) {
             if (isJoined(u, v)) {
-                char &character = text[1 + std::size_t(pair) / pairsPerCharacter];
+                char &character = text[1 + pair / pairsPerCharacter];
                 // The bit is clear: the sum sets it.
-                character = static_cast<char>(character + (1 << (pairsPerCharacter - 1 - pair % pairsPerCharacter)));
+                character = char(character + (1 << (pairsPerCharacter - 1 - pair % pairsPerCharacter)));
             }
         }
     }

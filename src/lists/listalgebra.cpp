@@ -11,12 +11,12 @@ namespace
 /// Sorts by code unit, as QStringList::sort() does, on @p jobs threads.
 void sortNames(const QStringList::iterator &begin, const QStringList::iterator &end, int jobs)
 {
-    if (jobs < 2 || size_t(end - begin) < recordsPerPiece) {
+    if (jobs < 2 || end - begin < recordsPerPiece) {
         std::sort(begin, end);
         return;
     }
     const QStringList::iterator middle = begin + (end - begin) / 2;
-    forEachRange(2, 1, 2, [=](size_t half, size_t) {
+    forEachRange(2, 1, 2, [=](int half, int) {
         if (half == 0) {
             sortNames(begin, middle, jobs - jobs / 2);
         } else {
@@ -30,11 +30,11 @@ void sortNames(const QStringList::iterator &begin, const QStringList::iterator &
 QStringList selectFrom(const QStringList &a, const QStringList &b, bool inB)
 {
     const std::vector<char> isInB =
-        NameSet(b).containsEach(size_t(a.size()), [&a](size_t i) -> const QString & { return a.at(int(i)); });
+        NameSet(b).containsEach(a.size(), [&a](int i) -> const QString & { return a.at(i); });
     QStringList names;
-    for (size_t i = 0; i < isInB.size(); ++i) {
+    for (int i = 0; i < a.size(); ++i) {
         if ((isInB[i] != 0) == inB) {
-            names.append(a.at(int(i)));
+            names.append(a.at(i));
         }
     }
     return names;

@@ -23,16 +23,15 @@ std::optional<QStringList> readNames(QIODevice &file)
 
 void writeNames(const QStringList &names, OutputFile &file)
 {
-    const auto linesOf = [&names](size_t begin, size_t end) {
+    const auto linesOf = [&names](int begin, int end) {
         QByteArray lines;
-        for (size_t i = begin; i < end; ++i) {
+        for (int i = begin; i < end; ++i) {
             if (i > 0) {
                 lines.append('\n');
             }
-            lines.append(names.at(int(i)).toLatin1());
+            lines.append(names.at(i).toLatin1());
         }
         return lines;
     };
-    forEachPiece(size_t(names.size()), recordsPerPiece, linesOf,
-                 [&file](const QByteArray &lines) { file.write(lines); });
+    forEachPiece(names.size(), recordsPerPiece, linesOf, [&file](const QByteArray &lines) { file.write(lines); });
 }

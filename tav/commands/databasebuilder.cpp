@@ -28,7 +28,7 @@ namespace
 constexpr int batchWeight = 1 << 20;
 
 /// How many graphs a thread takes at a time: few, so that all threads finish a batch at about the same time.
-constexpr std::size_t pieceLength = 16;
+constexpr int pieceLength = 16;
 
 /// What the graphs of one level have in common: no links lead from one to another. Their direct sub-graphs are all on
 /// the level below.
@@ -79,7 +79,7 @@ private:
 
     void writeGroups(const Write &write)
     {
-        Progress progress(QStringLiteral("Building"), qint64(input.count()));
+        Progress progress(QStringLiteral("Building"), input.count());
         std::vector<Finding> batch;
         int weight = 0;
         const auto finishBatch = [&] {
@@ -93,7 +93,7 @@ private:
                 finishBatch();
                 enter(levelOf(group));
             }
-            for (std::size_t i = 0; i < group.count(); ++i) {
+            for (size_t i = 0; i < group.count(); ++i) {
                 batch.push_back({&group, group.string(i), {}, {}});
                 weight += 1 + group.size;
                 if (weight >= batchWeight) {
@@ -116,11 +116,11 @@ private:
     {
         const std::thread::id caller = std::this_thread::get_id();
         std::atomic<qint64> done = examined;
-        forEachRange(batch.size(), pieceLength, options.jobs, [&](std::size_t begin, std::size_t end) {
-            for (std::size_t i = begin; i < end && !InterruptionScope::isRequested(); ++i) {
+        forEachRange(int(batch.size()), pieceLength, options.jobs, [&](int begin, int end) {
+            for (int i = begin; i < end && !InterruptionScope::isRequested(); ++i) {
                 examine(batch[i]);
             }
-            done += qint64(end - begin);
+            done += end - begin;
             if (std::this_thread::get_id() == caller) {
                 progress.report(done);
             }
@@ -145,11 +145,11 @@ private:
 
     /// Deletes one vertex of each orbit of the automorphisms: the others leave isomorphic graphs.
     std::vector<quint32> vertexDeleted(const SmallGraph &graph,
-                                       const std::array<int, SmallGraph::MaxOrder> &orbits) const
+                                       const std::array<int, SmallGraph::maxOrder> &orbits) const
     {
         std::vector<quint32> found;
         for (int v = 0; v < graph.order; ++v) {
-            if (orbits[size_t(v)] == v) {
+            if (orbits[v] == v) {
                 lookUp(graph.withoutVertex(v), found);
             }
         }
@@ -205,7 +205,7 @@ private:
         if (!isInserted && options.strict) {
             // Nothing was dropped so far: a graph has the same number in the database and in the input.
             throw CommandError(QStringLiteral("%1: isomorphic to the graph of %2")
-                                   .arg(input.locate(std::size_t(summary.graphs)), input.locate(place->second)));
+                                   .arg(input.locate(summary.graphs), input.locate(place->second)));
         }
         return isInserted;
     }
@@ -218,7 +218,7 @@ private:
         }
         lines.append('\n');
         ++summary.graphs;
-        summary.links += qint64(finding.subGraphs.size());
+        summary.links += finding.subGraphs.size();
     }
 
     const BuildOptions &options;

@@ -30,20 +30,19 @@ qint64 blockSize(qint64 bytes)
 /// The memory of a QList of that many links.
 qint64 listSize(qint64 links)
 {
-    return links > 0 ? blockSize(qint64(QListData::DataHeaderSize) + links * qint64(sizeof(void *))) : 0;
+    return links > 0 ? blockSize(QListData::DataHeaderSize + links * sizeof(void *)) : 0;
 }
 
 /// The memory of a record without its lists: the record, the pointer to it and the name.
 qint64 recordSize(qint64 nameLength)
 {
-    return qint64(sizeof(TAVGraph) + sizeof(void *)) +
-           blockSize(qint64(sizeof(QStringData)) + (nameLength + 1) * qint64(sizeof(QChar)));
+    return sizeof(TAVGraph) + sizeof(void *) + blockSize(sizeof(QStringData) + (nameLength + 1) * sizeof(QChar));
 }
 
 /// How many faults of a kind are told.
 constexpr qint64 mostTold = 100;
 
-enum FaultKind : std::size_t { NoName, UsedName, NoGraph, NoNumber, NoEarlierGraph, OwnNumber, RepeatedNumber };
+enum FaultKind : size_t { NoName, UsedName, NoGraph, NoNumber, NoEarlierGraph, OwnNumber, RepeatedNumber };
 
 /// The kinds in their order.
 constexpr std::array faultKinds = {
@@ -82,18 +81,18 @@ public:
             readIndex(takeField(rest, more));
         }
         readRepetitions();
-        summary.subGraphs.include(qint64(indices.size()));
-        summary.memory += recordSize(textOf(name).size()) + listSize(qint64(indices.size()));
+        summary.subGraphs.include(indices.size());
+        summary.memory += recordSize(textOf(name).size()) + listSize(indices.size());
     }
 
     DatabaseSummary finish()
     {
-        summary.graphs = qint64(superGraphs.size());
+        summary.graphs = superGraphs.size();
         for (const quint32 count : superGraphs) {
             summary.superGraphs.include(count);
             summary.memory += listSize(count);
         }
-        for (std::size_t kind = 0; kind < faultKinds.size(); ++kind) {
+        for (size_t kind = 0; kind < faultKinds.size(); ++kind) {
             summary.faults += faults[kind];
             if (faults[kind] > mostTold) {
                 summary.untold.push_back({faultKinds[kind], faults[kind] - mostTold});
@@ -143,7 +142,7 @@ private:
             fault(NoNumber,
                   [&] { return QStringLiteral("%1 is no number and counts as 0").arg(quoted(textOf(field))); });
         }
-        const qint64 own = qint64(superGraphs.size()) - 1;
+        const qint64 own = superGraphs.size() - 1;
         if (index < 0 || index > own) {
             fault(NoEarlierGraph, [&] {
                 return QStringLiteral("%1 is not the number of an earlier graph; the program refuses the file")
@@ -155,7 +154,7 @@ private:
             fault(OwnNumber, [&] { return QStringLiteral("%1 is the number of the graph itself").arg(index); });
         }
         indices.push_back(index);
-        ++superGraphs[size_t(index)];
+        ++superGraphs[index];
     }
 
     void readRepetitions()
@@ -194,7 +193,7 @@ void printCounts(const char *what, const CountSummary &counts, qint64 graphs)
     printLine(what, QStringLiteral("%1 to %2, %3 on average")
                         .arg(counts.low)
                         .arg(counts.high)
-                        .arg(text(double(counts.sum) / double(graphs), 2)));
+                        .arg(text(double(counts.sum) / graphs, 2)));
 }
 
 void printNotable(const char *what, const NotableGraph &graph)
@@ -216,7 +215,7 @@ void print(const DatabaseSummary &summary)
         printCounts("sub-graphs:", summary.subGraphs, summary.graphs);
         printCounts("super-graphs:", summary.superGraphs, summary.graphs);
     }
-    printLine("memory:", text(double(summary.memory) / 1e6, 1) + QStringLiteral(" MB for the loaded database"));
+    printLine("memory:", text(summary.memory / 1e6, 1) + QStringLiteral(" MB for the loaded database"));
     printLine("faults:", QString::number(summary.faults));
 }
 } // namespace

@@ -17,7 +17,7 @@
 namespace
 {
 /// How many lines are written at a time.
-constexpr std::size_t batchLength = 1 << 15;
+constexpr size_t batchLength = 1 << 15;
 
 /// The names of the graphs of a database.
 class Names
@@ -29,16 +29,16 @@ public:
         ends.push_back(text.size());
     }
 
-    std::size_t count() const { return ends.size(); }
-    std::string_view at(std::size_t index) const
+    size_t count() const { return ends.size(); }
+    std::string_view at(size_t index) const
     {
-        const std::size_t begin = index > 0 ? ends[index - 1] : 0;
+        const size_t begin = index > 0 ? ends[index - 1] : 0;
         return std::string_view(text).substr(begin, ends[index] - begin);
     }
 
 private:
     std::string text;
-    std::vector<std::size_t> ends; // by name: where the next one begins
+    std::vector<size_t> ends; // by name: where the next one begins
 };
 
 Names readNames(const QString &database)
@@ -68,22 +68,21 @@ Names readNames(const QString &database)
 /// compared with most invariants.
 void compute(const Names &names, const InvariantOptions &options, SharedValues &values)
 {
-    const auto valueOf = [&](std::size_t index) {
+    const auto valueOf = [&](size_t index) {
         SmallGraph graph;
         parseGraph6(names.at(index), graph);
         return options.invariant->valueOf(graph);
     };
-    Progress progress(QStringLiteral("Computing"), qint64(names.count()));
-    computeInProcesses(values, names.count(), options.jobs, valueOf,
-                       [&](std::size_t done) { progress.report(qint64(done)); });
+    Progress progress(QStringLiteral("Computing"), names.count());
+    computeInProcesses(values, names.count(), options.jobs, valueOf, [&](size_t done) { progress.report(done); });
 }
 
 void writeValues(const Names &names, const SharedValues &values, const Write &write)
 {
     write(QByteArrayLiteral("GRAPH\tINV1\n"));
-    for (std::size_t begin = 0; begin < names.count(); begin += batchLength) {
+    for (size_t begin = 0; begin < names.count(); begin += batchLength) {
         QByteArray lines;
-        for (std::size_t index = begin; index < std::min(begin + batchLength, names.count()); ++index) {
+        for (size_t index = begin; index < std::min(begin + batchLength, names.count()); ++index) {
             const std::string_view name = names.at(index);
             lines.append(name.data(), int(name.size())).append('\t').append(invariantText(values.at(index)));
             lines.append('\n');

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 struct InvariantOptions {
     const Invariant *invariant = nullptr;
     int jobs = 1;     ///< how many processes work; the result does not depend on it
@@ -15,7 +17,7 @@ struct InvariantOptions {
 };
 
 /// Writes the invariant file of the graphs of the database, in the order of its lines. Throws CommandError, with
-/// nothing written, for a name that is no graph6 string of at most SmallGraph::MaxOrder vertices and for a database
+/// nothing written, for a name that is no graph6 string of at most SmallGraph::maxOrder vertices and for a database
 /// without graphs.
 void writeInvariantFile(const InvariantOptions &options);
 

@@ -22,7 +22,7 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     for (int i = 0; i < step.arguments.size(); ++i) {
         const QString &name = step.arguments.at(i);
         const bool exists = manager.indexOf(name) >= 0;
-        switch (step.command->arguments[size_t(i)].kind) {
+        switch (step.command->arguments[i].kind) {
         case ScriptArgument::NewList:
             if (name.isEmpty()) {
                 return QStringLiteral("the name of a list cannot be empty");
@@ -120,7 +120,7 @@ QString commandHelp()
 {
     int width = 0;
     for (const ScriptCommand &command : scriptCommands()) {
-        width = std::max(width, int(command.usage().size()));
+        width = std::max(width, command.usage().size());
     }
     QString text = QStringLiteral("\nCommands of a script, one a line:\n");
     for (const ScriptCommand &command : scriptCommands()) {

@@ -16,8 +16,7 @@ bool isLineShown = false;
 /// The signal handler: removes the line, then lets the signal end the program.
 void removeLine(int number)
 {
-    const ssize_t written = write(STDERR_FILENO, removal.data(), removal.size());
-    static_cast<void>(written);
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, removal.data(), removal.size());
     std::raise(number);
 }
 
@@ -30,7 +29,7 @@ void replaceHandlers(sighandler_t before, sighandler_t after)
         if (action.sa_handler == before) {
             action = {};
             action.sa_handler = after;
-            action.sa_flags = int(SA_RESETHAND);
+            action.sa_flags = SA_RESETHAND;
             sigaction(number, &action, nullptr);
         }
     }

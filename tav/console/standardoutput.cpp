@@ -10,9 +10,9 @@
 
 namespace
 {
-constexpr int longestWait = 1 << 16; // bytes
+constexpr int bufferSize = 1 << 16;
 
-QByteArray waiting;
+QByteArray buffer;
 
 OutputFile &standardOutput()
 {
@@ -23,15 +23,15 @@ OutputFile &standardOutput()
 
 void print(const QString &text)
 {
-    waiting += text.toUtf8();
-    if (waiting.size() >= longestWait) {
+    buffer += text.toUtf8();
+    if (buffer.size() >= bufferSize) {
         sendPrinted();
     }
 }
 
 void sendPrinted()
 {
-    standardOutput().write(std::exchange(waiting, {}));
+    standardOutput().write(std::exchange(buffer, {}));
 }
 
 void flushStandardOutput()

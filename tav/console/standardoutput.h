@@ -3,16 +3,16 @@
 
 #include <QString>
 
-// What the commands print. It does not go through the streams of the C library: whoever flushes those, and libstdc++
-// does it in any thread that writes to std::cerr, would take the reason of a failure with him.
+// The standard output of the commands. It does not use stdout of glibc: libstdc++ flushes that before any thread writes
+// to std::cerr, and when the flush fails the errno, which would tell why, is lost.
 
-/// Prints @p text in UTF-8: it waits until there is much or it is sent.
+/// Prints @p text in UTF-8. It is kept in a buffer until there is much of it.
 void print(const QString &text);
 
-/// Sends what was printed so far.
+/// Writes the buffer.
 void sendPrinted();
 
-/// The same; throws CommandError, which tells why, when anything that was printed could not be written.
+/// Writes the buffer; throws CommandError with the reason if any write to standard output has failed.
 void flushStandardOutput();
 
 #endif

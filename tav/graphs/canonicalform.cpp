@@ -4,7 +4,7 @@
 #include <cmath>
 #include <nauty.h>
 
-static_assert(sizeof(setword) == sizeof(std::uint64_t), "a row of a SmallGraph is a set of nauty with one word");
+static_assert(sizeof(setword) == sizeof(uint64_t), "a row of a SmallGraph is a set of nauty with one word");
 
 namespace
 {
@@ -31,11 +31,11 @@ CanonicalForm canonicalForm(const SmallGraph &given)
     optionblk options = defaults;
     options.getcanon = TRUE;
     statsblk statistics;
-    std::array<setword, SmallGraph::MaxOrder> rows{};
-    std::array<setword, SmallGraph::MaxOrder> canonicalRows{};
+    std::array<setword, SmallGraph::maxOrder> rows{};
+    std::array<setword, SmallGraph::maxOrder> canonicalRows{};
     std::copy_n(given.rows.begin(), given.order, rows.begin());
-    std::array<int, SmallGraph::MaxOrder> labels{};
-    std::array<int, SmallGraph::MaxOrder> partition{};
+    std::array<int, SmallGraph::maxOrder> labels{};
+    std::array<int, SmallGraph::maxOrder> partition{};
     densenauty(rows.data(), labels.data(), partition.data(), form.orbits.data(), &options, &statistics, 1, given.order,
                canonicalRows.data());
     std::copy_n(canonicalRows.begin(), given.order, form.graph.rows.begin());

@@ -9,7 +9,7 @@
 struct CanonicalForm {
     SmallGraph graph;
     /// By vertex of the given graph: the smallest vertex to which an automorphism maps it.
-    std::array<int, SmallGraph::MaxOrder> orbits{};
+    std::array<int, SmallGraph::maxOrder> orbits{};
     /// The number of automorphisms.
     double automorphisms = 1.0;
 };

@@ -5,21 +5,19 @@
 #include "smallgraph.h"
 #include "textline.h"
 
-#include <utility>
-
 namespace
 {
 constexpr std::string_view header = ">>graph6<<";
 } // namespace
 
-std::size_t GraphGroup::count() const
+size_t GraphGroup::count() const
 {
-    return strings.size() / std::size_t(graph6::stringLength(order));
+    return strings.size() / graph6::stringLength(order);
 }
 
-std::string_view GraphGroup::string(std::size_t index) const
+std::string_view GraphGroup::string(size_t index) const
 {
-    const auto length = std::size_t(graph6::stringLength(order));
+    const size_t length = graph6::stringLength(order);
     return std::string_view(strings).substr(index * length, length);
 }
 
@@ -42,16 +40,16 @@ void GraphInput::read()
     }
 }
 
-std::size_t GraphInput::count() const
+size_t GraphInput::count() const
 {
-    std::size_t sum = 0;
+    size_t sum = 0;
     for (const auto &[kind, group] : groupsByKind) {
         sum += group.count();
     }
     return sum;
 }
 
-QString GraphInput::locate(std::size_t index) const
+QString GraphInput::locate(size_t index) const
 {
     auto group = groupsByKind.begin();
     for (; index >= group->second.count(); ++group) {

@@ -25,8 +25,8 @@ struct GraphGroup {
     std::string strings; ///< their graph6 strings, one after the other: they are of the same length
     std::vector<InputPlace> places;
 
-    std::size_t count() const;
-    std::string_view string(std::size_t index) const;
+    size_t count() const;
+    std::string_view string(size_t index) const;
 };
 
 /// The graphs of some files of graph6 strings, by order, then size, then place in the files.
@@ -37,18 +37,18 @@ public:
     GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces);
 
     /// Reads the files. Throws CommandError for one that cannot be read, for a line that is no graph6 string of at most
-    /// SmallGraph::MaxOrder vertices, and when there is no graph.
+    /// SmallGraph::maxOrder vertices, and when there is no graph.
     void read();
 
     /// The graphs by order and size.
     const std::map<std::pair<int, int>, GraphGroup> &groups() const { return groupsByKind; }
     int largestOrder() const { return groupsByKind.rbegin()->second.order; }
-    std::size_t count() const;
+    size_t count() const;
     /// How many graphs were left out because they are disconnected.
     qint64 disconnectedCount() const { return disconnected; }
 
     /// The file and line of the graph @p index, counted through all groups, as text for a message.
-    QString locate(std::size_t index) const;
+    QString locate(size_t index) const;
 
 private:
     void readLine(std::string_view line, InputPlace place);

@@ -1,13 +1,12 @@
 #include "smallgraph.h"
 
 #include "counted.h"
-#include "graph6.h"
 
 #include <bitset>
 
 namespace
 {
-int bitCount(std::uint64_t word)
+int bitCount(uint64_t word)
 {
     return int(std::bitset<64>(word).count());
 }
@@ -15,21 +14,21 @@ int bitCount(std::uint64_t word)
 
 void SmallGraph::addEdge(int u, int v)
 {
-    rows[size_t(u)] |= bit(v);
-    rows[size_t(v)] |= bit(u);
+    rows[u] |= bit(v);
+    rows[v] |= bit(u);
 }
 
 void SmallGraph::removeEdge(int u, int v)
 {
-    rows[size_t(u)] &= ~bit(v);
-    rows[size_t(v)] &= ~bit(u);
+    rows[u] &= ~bit(v);
+    rows[v] &= ~bit(u);
 }
 
 int SmallGraph::size() const
 {
     int degrees = 0;
     for (int v = 0; v < order; ++v) {
-        degrees += bitCount(rows[size_t(v)]);
+        degrees += bitCount(rows[v]);
     }
     return degrees / 2;
 }
@@ -39,12 +38,12 @@ bool SmallGraph::isConnected() const
     if (order == 0) {
         return false;
     }
-    std::uint64_t reached = bit(0);
-    for (std::uint64_t before = 0; before != reached;) {
+    uint64_t reached = bit(0);
+    for (uint64_t before = 0; before != reached;) {
         before = reached;
         for (int v = 0; v < order; ++v) {
             if ((before & bit(v)) != 0) {
-                reached |= rows[size_t(v)];
+                reached |= rows[v];
             }
         }
     }
@@ -53,13 +52,13 @@ bool SmallGraph::isConnected() const
 
 SmallGraph SmallGraph::withoutVertex(int vertex) const
 {
-    const std::uint64_t before = ~(~std::uint64_t(0) >> vertex); // the bits of the vertices below @p vertex
+    const uint64_t before = ~(~uint64_t(0) >> vertex); // the bits of the vertices below @p vertex
     SmallGraph result;
     result.order = order - 1;
     for (int v = 0; v < result.order; ++v) {
-        const std::uint64_t row = rows[size_t(v < vertex ? v : v + 1)];
-        const std::uint64_t behind = (row & ~before & ~bit(vertex)) << 1;
-        result.rows[size_t(v)] = (row & before) | behind;
+        const uint64_t row = rows[v < vertex ? v : v + 1];
+        const uint64_t behind = (row & ~before & ~bit(vertex)) << 1;
+        result.rows[v] = (row & before) | behind;
     }
     return result;
 }
@@ -71,19 +70,17 @@ QString parseGraph6(std::string_view text, SmallGraph &graph)
     }
     for (size_t i = 0; i < text.size(); ++i) {
         if (!graph6::isCharacter(text[i])) {
-            return QStringLiteral("not graph6: byte %1 at column %2")
-                .arg(static_cast<unsigned char>(text[i]))
-                .arg(i + 1);
+            return QStringLiteral("not graph6: byte %1 at column %2").arg(uchar(text[i])).arg(i + 1);
         }
     }
     graph.order = graph6::valueOf(text.front());
-    if (graph.order > SmallGraph::MaxOrder) { // graph6 writes such an order with further bytes
-        return QStringLiteral("more than %1 vertices").arg(SmallGraph::MaxOrder);
+    if (graph.order > SmallGraph::maxOrder) { // graph6 writes such an order with further bytes
+        return QStringLiteral("more than %1 vertices").arg(SmallGraph::maxOrder);
     }
-    const int length = graph6::stringLength(graph.order);
-    if (text.size() != std::size_t(length)) {
+    const size_t length = graph6::stringLength(graph.order);
+    if (text.size() != length) {
         return QStringLiteral("not graph6: %1 where a graph on %2 has %3")
-            .arg(counted(qint64(text.size()), "byte", "bytes"), counted(graph.order, "vertex", "vertices"),
+            .arg(counted(text.size(), "byte", "bytes"), counted(graph.order, "vertex", "vertices"),
                  QString::number(length));
     }
     const std::string_view pairs = text.substr(1);
@@ -107,20 +104,21 @@ std::string adjacencyKey(const SmallGraph &graph)
 {
     constexpr int bitsPerByte = 8;
     std::string key;
-    key.reserve(size_t(graph6::pairCount(graph.order)) / bitsPerByte + 1);
-    unsigned char byte = 0;
+    key.reserve(graph6::pairCount(graph.order) / bitsPerByte + 1);
+    int byte = 0;
     int filled = 0;
     for (int v = 1; v < graph.order; ++v) {
         for (int u = 0; u < v; ++u) {
-            byte = static_cast<unsigned char>(byte << 1 | int(graph.adjacent(u, v)));
+            byte = byte << 1 | (graph.adjacent(u, v) ? 1 : 0);
             if (++filled == bitsPerByte) {
-                key.push_back(static_cast<char>(byte));
+                key.push_back(char(byte));
+                byte = 0;
                 filled = 0;
             }
         }
     }
     if (filled > 0) {
-        key.push_back(static_cast<char>(byte << (bitsPerByte - filled)));
+        key.push_back(char(byte << (bitsPerByte - filled)));
     }
     return key;
 }

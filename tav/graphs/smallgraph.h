@@ -14,13 +14,13 @@
 /// A simple graph whose adjacency matrix has one machine word a row.
 struct SmallGraph {
     /// The largest order that graph6 writes with one character.
-    static constexpr int MaxOrder = graph6::LargestOrder;
+    static constexpr int maxOrder = graph6::largestOrder;
 
-    int order = 0;                              ///< the number of vertices
-    std::array<std::uint64_t, MaxOrder> rows{}; ///< by vertex: its neighbours, vertex 0 at the highest bit
+    int order = 0;                         ///< the number of vertices
+    std::array<uint64_t, maxOrder> rows{}; ///< by vertex: its neighbours, vertex 0 at the highest bit
 
-    static constexpr std::uint64_t bit(int vertex) { return std::uint64_t(1) << (63 - vertex); }
-    bool adjacent(int u, int v) const { return (rows[size_t(u)] & bit(v)) != 0; }
+    static constexpr uint64_t bit(int vertex) { return uint64_t(1) << (63 - vertex); }
+    bool adjacent(int u, int v) const { return (rows[u] & bit(v)) != 0; }
     void addEdge(int u, int v);
     void removeEdge(int u, int v);
 
@@ -32,7 +32,7 @@ struct SmallGraph {
     SmallGraph withoutVertex(int vertex) const;
 };
 
-/// Reads a graph6 string (B. D. McKay, "Description of graph6, sparse6 and digraph6 encodings") of at most MaxOrder
+/// Reads a graph6 string (B. D. McKay, "Description of graph6, sparse6 and digraph6 encodings") of at most maxOrder
 /// vertices into @p graph. Returns an empty text, or what is wrong with the string, @p graph then being undefined.
 QString parseGraph6(std::string_view text, SmallGraph &graph);
 

@@ -21,7 +21,7 @@ public:
 private:
     /// Colours the other vertices in every way that may need fewer colours than the best way so far. @p coloured is the
     /// set of the vertices that have a colour; they use the first @p used colours.
-    void extend(std::uint64_t coloured, int used)
+    void extend(uint64_t coloured, int used)
     {
         if (used >= best) {
             return;
@@ -32,8 +32,8 @@ private:
             return;
         }
         for (int colour = 0; colour <= used && colour < best - 1 && best > lowerBound; ++colour) {
-            std::uint64_t &colourClass = classes[size_t(colour)];
-            if ((graph.rows[size_t(v)] & colourClass) == 0) {
+            uint64_t &colourClass = classes[colour];
+            if ((graph.rows[v] & colourClass) == 0) {
                 colourClass |= SmallGraph::bit(v);
                 extend(coloured | SmallGraph::bit(v), std::max(used, colour + 1));
                 colourClass &= ~SmallGraph::bit(v);
@@ -43,7 +43,7 @@ private:
 
     /// The vertex outside @p coloured whose neighbours have the most colours, and of several such vertices the one with
     /// the most neighbours outside; -1 when all vertices are coloured.
-    int nextVertex(std::uint64_t coloured, int used) const
+    int nextVertex(uint64_t coloured, int used) const
     {
         int next = -1;
         auto most = std::make_tuple(-1, -1);
@@ -61,20 +61,19 @@ private:
 
     int coloursAround(int v, int used) const
     {
-        return int(std::count_if(classes.begin(), classes.begin() + used, [&](std::uint64_t colourClass) {
-            return (graph.rows[size_t(v)] & colourClass) != 0;
-        }));
+        return int(std::count_if(classes.begin(), classes.begin() + used,
+                                 [&](uint64_t colourClass) { return (graph.rows[v] & colourClass) != 0; }));
     }
 
-    int neighboursOutside(int v, std::uint64_t coloured) const
+    int neighboursOutside(int v, uint64_t coloured) const
     {
-        return int(std::bitset<64>(graph.rows[size_t(v)] & ~coloured).count());
+        return int(std::bitset<64>(graph.rows[v] & ~coloured).count());
     }
 
     const SmallGraph &graph;
     const int lowerBound;
-    int best;                                                  // the fewest colours found so far
-    std::array<std::uint64_t, SmallGraph::MaxOrder> classes{}; // by colour: the vertices that have it
+    int best;                                             // the fewest colours found so far
+    std::array<uint64_t, SmallGraph::maxOrder> classes{}; // by colour: the vertices that have it
 };
 } // namespace
 

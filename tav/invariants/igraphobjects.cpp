@@ -15,13 +15,13 @@ IgraphGraph::IgraphGraph(const SmallGraph &given)
 {
     [[maybe_unused]] static igraph_error_handler_t *const previousHandler =
         igraph_set_error_handler(igraph_error_handler_ignore);
-    std::array<igraph_integer_t, size_t(SmallGraph::MaxOrder) * (SmallGraph::MaxOrder - 1)> ends;
+    std::array<igraph_integer_t, SmallGraph::maxOrder *(SmallGraph::maxOrder - 1)> ends;
     igraph_integer_t count = 0;
     for (int v = 1; v < given.order; ++v) {
         for (int u = 0; u < v; ++u) {
             if (given.adjacent(u, v)) {
-                ends[size_t(count++)] = u;
-                ends[size_t(count++)] = v;
+                ends[count++] = u;
+                ends[count++] = v;
             }
         }
     }

@@ -90,7 +90,7 @@ Value randicIndex(const SmallGraph &given)
     for (igraph_integer_t edge = 0; edge < graph.size(); ++edge) {
         const igraph_integer_t u = IGRAPH_FROM(graph.get(), edge);
         const igraph_integer_t v = IGRAPH_TO(graph.get(), edge);
-        sum += 1.0 / std::sqrt(double(degrees[u] * degrees[v]));
+        sum += 1.0 / std::sqrt(degrees[u] * degrees[v]);
     }
     return sum;
 }
@@ -143,7 +143,7 @@ Value wienerIndex(const SmallGraph &graph)
     }
     double sum = 0.0;
     for (igraph_integer_t i = 0; i < pairs.size(); ++i) {
-        sum += double(i + 1) * pairs[i];
+        sum += (i + 1) * pairs[i];
     }
     return sum;
 }

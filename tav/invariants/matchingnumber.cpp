@@ -7,15 +7,15 @@
 int matchingNumber(const SmallGraph &graph)
 {
     using BoostGraph = boost::adjacency_list<boost::vecS, boost::vecS, boost::undirectedS>;
-    BoostGraph copy(static_cast<std::size_t>(graph.order));
+    BoostGraph copy(graph.order);
     for (int v = 1; v < graph.order; ++v) {
         for (int u = 0; u < v; ++u) {
             if (graph.adjacent(u, v)) {
-                boost::add_edge(static_cast<std::size_t>(u), static_cast<std::size_t>(v), copy);
+                boost::add_edge(u, v, copy);
             }
         }
     }
-    std::vector<BoostGraph::vertex_descriptor> mates(static_cast<std::size_t>(graph.order));
+    std::vector<BoostGraph::vertex_descriptor> mates(graph.order);
     boost::edmonds_maximum_cardinality_matching(copy, mates.data());
-    return static_cast<int>(boost::matching_size(copy, mates.data()));
+    return int(boost::matching_size(copy, mates.data()));
 }

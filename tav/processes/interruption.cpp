@@ -26,7 +26,7 @@ InterruptionScope::InterruptionScope()
     lastSignal = 0;
     struct sigaction noting = {};
     noting.sa_handler = note;
-    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+    for (size_t i = 0; i < endingSignals.size(); ++i) {
         sigaction(endingSignals[i], nullptr, &actionsBefore[i]);
         if (actionsBefore[i].sa_handler != SIG_IGN) {
             sigaction(endingSignals[i], &noting, nullptr);
@@ -53,7 +53,7 @@ void InterruptionScope::check()
 
 void InterruptionScope::leave()
 {
-    for (std::size_t i = 0; i < endingSignals.size(); ++i) {
+    for (size_t i = 0; i < endingSignals.size(); ++i) {
         sigaction(endingSignals[i], &actionsBefore[i], nullptr);
     }
 }

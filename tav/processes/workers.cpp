@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <climits>
 #include <cmath>
 #include <csignal>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <limits>
 #include <new>
@@ -26,7 +26,7 @@
 namespace
 {
 /// How many indices a child takes at a time.
-constexpr std::size_t pieceLength = 64;
+constexpr size_t pieceLength = 64;
 
 constexpr int millisecondsBetweenReports = 100;
 
@@ -67,8 +67,8 @@ public:
     void tell(const char *text) const
     {
         const QByteArray line = QByteArray(text).left(PIPE_BUF - 1) + '\n';
-        const ssize_t written = write(ends[1], line.constData(), std::size_t(line.size()));
-        static_cast<void>(written); // fails when the parent has ended, or when the pipe is full of other messages
+        // It fails when the parent has ended, or when the pipe is full of other messages.
+        [[maybe_unused]] const ssize_t written = write(ends[1], line.constData(), line.size());
     }
 
     /// Waits until there is a line, or all children have ended, or some time has passed.
@@ -125,7 +125,7 @@ public:
     Children &operator=(const Children &) = delete;
 
     /// Makes @p count children, which call @p work and end; fewer when the system allows no more.
-    void start(std::size_t count, const std::function<void()> &work)
+    void start(size_t count, const std::function<void()> &work)
     {
         const pid_t parent = getpid();
         while (living.size() < count) {
@@ -208,7 +208,7 @@ private:
 };
 } // namespace
 
-SharedMemory::SharedMemory(std::size_t size)
+SharedMemory::SharedMemory(size_t size)
     : begin(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))
     , length(size)
 {
@@ -222,39 +222,39 @@ SharedMemory::~SharedMemory()
     munmap(begin, length);
 }
 
-std::optional<double> SharedValues::at(std::size_t index) const
+std::optional<double> SharedValues::at(size_t index) const
 {
     const double number = numbers()[index];
     return std::isnan(number) ? std::nullopt : std::optional(number);
 }
 
-void SharedValues::set(std::size_t index, std::optional<double> value)
+void SharedValues::set(size_t index, std::optional<double> value)
 {
     numbers()[index] = value.value_or(std::numeric_limits<double>::quiet_NaN());
 }
 
-void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
-                        const std::function<std::optional<double>(std::size_t)> &work,
-                        const std::function<void(std::size_t)> &report)
+void computeInProcesses(SharedValues &values, size_t count, int jobs,
+                        const std::function<std::optional<double>(size_t)> &work,
+                        const std::function<void(size_t)> &report)
 {
-    using Counter = std::atomic<std::size_t>;
+    using Counter = std::atomic<size_t>;
     static_assert(Counter::is_always_lock_free, "processes share it");
     const SharedMemory memory(2 * sizeof(Counter));
     auto *const counters = static_cast<Counter *>(memory.data());
     auto &next = *new (counters) Counter(0);
     auto &done = *new (counters + 1) Counter(0);
     const auto takePieces = [&] {
-        for (std::size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
-            const std::size_t end = std::min(begin + pieceLength, count);
-            for (std::size_t index = begin; index < end; ++index) {
+        for (size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
+            const size_t end = std::min(begin + pieceLength, count);
+            for (size_t index = begin; index < end; ++index) {
                 values.set(index, work(index));
             }
             done += end - begin;
         }
     };
-    const std::size_t pieces = (count + pieceLength - 1) / pieceLength;
+    const size_t pieces = (count + pieceLength - 1) / pieceLength;
     Children children;
-    children.start(std::min(std::size_t(jobs), pieces), takePieces);
+    children.start(std::min<size_t>(jobs, pieces), takePieces);
     children.wait([&] { report(done); });
     if (done != count) {
         throw CommandError(QStringLiteral("a child process ended before its work was done"));

@@ -10,7 +10,7 @@ class SharedMemory
 {
 public:
     /// Throws std::bad_alloc when there is none.
-    explicit SharedMemory(std::size_t size);
+    explicit SharedMemory(size_t size);
     ~SharedMemory();
     SharedMemory(const SharedMemory &) = delete;
     SharedMemory &operator=(const SharedMemory &) = delete;
@@ -19,17 +19,17 @@ public:
 
 private:
     void *begin;
-    std::size_t length;
+    size_t length;
 };
 
 /// A number, or none, for every index.
 class SharedValues
 {
 public:
-    explicit SharedValues(std::size_t count) : memory(count * sizeof(double)) {}
+    explicit SharedValues(size_t count) : memory(count * sizeof(double)) {}
 
-    std::optional<double> at(std::size_t index) const;
-    void set(std::size_t index, std::optional<double> value);
+    std::optional<double> at(size_t index) const;
+    void set(size_t index, std::optional<double> value);
 
 private:
     double *numbers() const { return static_cast<double *>(memory.data()); }
@@ -42,8 +42,8 @@ private:
 /// done. Throws CommandError when @p work throws (with the text of the exception), when a child ends in any other way
 /// before the work is done, and when no child can be made; throws Interrupted after a signal that ends the program. No
 /// child lives longer than the call, or than this process.
-void computeInProcesses(SharedValues &values, std::size_t count, int jobs,
-                        const std::function<std::optional<double>(std::size_t index)> &work,
-                        const std::function<void(std::size_t done)> &report);
+void computeInProcesses(SharedValues &values, size_t count, int jobs,
+                        const std::function<std::optional<double>(size_t index)> &work,
+                        const std::function<void(size_t done)> &report);
 
 #endif

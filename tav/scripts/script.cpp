@@ -12,11 +12,11 @@ namespace
 {
 using Run = decltype(ScriptCommand::run);
 
-template<typename Result, typename... Texts, std::size_t... Positions>
-Run callOf(Result (TAVManager::*operation)(Texts...), std::index_sequence<Positions...>)
+template<typename Result, typename... Texts, int... Positions>
+Run callOf(Result (TAVManager::*operation)(Texts...), std::integer_sequence<int, Positions...>)
 {
     return [operation](Investigation &investigation, [[maybe_unused]] const QStringList &arguments) {
-        const auto call = [&] { return (investigation.getManager().*operation)(arguments.at(int(Positions))...); };
+        const auto call = [&] { return (investigation.getManager().*operation)(arguments.at(Positions)...); };
         if constexpr (std::is_void_v<Result>) {
             call();
             return true;
@@ -29,7 +29,7 @@ Run callOf(Result (TAVManager::*operation)(Texts...), std::index_sequence<Positi
 /// Calls an operation of the manager with the arguments of the command; one that returns nothing always succeeds.
 template<typename Result, typename... Texts> Run manager(Result (TAVManager::*operation)(Texts...))
 {
-    return callOf(operation, std::index_sequence_for<Texts...>());
+    return callOf(operation, std::make_integer_sequence<int, sizeof...(Texts)>());
 }
 
 Run invariantLoader(void (TAVManager::*operation)(const QString &))

@@ -38,7 +38,7 @@ public:
     qint64 fileSize() const
     {
         struct stat status = {};
-        return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? qint64(status.st_size) : 0;
+        return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
     }
 
 protected:
@@ -46,7 +46,7 @@ protected:
     {
         ssize_t count = 0;
         do {
-            count = ::read(descriptor, data, size_t(maximum));
+            count = ::read(descriptor, data, maximum);
         } while (count < 0 && errno == EINTR);
         return count;
     }
@@ -80,7 +80,7 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
     qint64 number = 1;
     qint64 bytes = 0;
     for (; (status = reader.next(line)) == LineReader::Status::Line; ++number) {
-        bytes += qint64(line.size()) + 1;
+        bytes += line.size() + 1;
         if (number % progressStep == 0) {
             progress.report(size > 0 ? bytes : number);
         }
@@ -88,7 +88,7 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
     }
     if (status == LineReader::Status::TooLong) {
         throw CommandError(path, number,
-                           QStringLiteral("a line of more than %1 MiB").arg(LineReader::MaxLineLength >> 20));
+                           QStringLiteral("a line of more than %1 MiB").arg(LineReader::maxLineLength >> 20));
     }
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());

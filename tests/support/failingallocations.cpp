@@ -1,6 +1,6 @@
-// Takes the place of the allocation functions of glibc, in the program that it is linked to or is loaded into by
-// LD_PRELOAD. There the variable TAVOLINE_SHORTAGE chooses the allocations that fail: "3" the third large one, "3+"
-// that and all behind it; and the file TAVOLINE_SHORTAGE_MARK is made when one has failed.
+// Replaces the allocation functions of glibc, in a program that is linked with this or loads it by LD_PRELOAD. In the
+// second case the environment variable TAVOLINE_SHORTAGE chooses the allocations that fail: "3" is the third large one,
+// "3+" that and all later ones. The first failure makes the file that TAVOLINE_SHORTAGE_MARK names.
 #include "failingallocations.h"
 
 #include <atomic>
@@ -12,14 +12,14 @@
 #include <unistd.h>
 
 extern "C" {
-void *__libc_malloc(std::size_t);
-void *__libc_calloc(std::size_t, std::size_t);
-void *__libc_realloc(void *, std::size_t);
+void *__libc_malloc(size_t);
+void *__libc_calloc(size_t, size_t);
+void *__libc_realloc(void *, size_t);
 }
 
 namespace
 {
-constexpr std::size_t largestSmall = 64 << 10;
+constexpr size_t largestSmall = 64 << 10;
 
 std::atomic<Shortage> chosenShortage = Shortage::None;
 std::atomic<int> chosenNumber = 0;
@@ -33,7 +33,7 @@ void leaveMark()
     }
 }
 
-bool fails(std::size_t size)
+bool fails(size_t size)
 {
     if (size <= largestSmall || chosenShortage == Shortage::None) {
         return false;
@@ -73,17 +73,17 @@ bool hasAllocationFailed()
 }
 
 extern "C" {
-void *malloc(std::size_t size)
+void *malloc(size_t size)
 {
     return fails(size) ? nullptr : __libc_malloc(size);
 }
 
-void *calloc(std::size_t count, std::size_t size)
+void *calloc(size_t count, size_t size)
 {
     return fails(count * size) ? nullptr : __libc_calloc(count, size);
 }
 
-void *realloc(void *memory, std::size_t size)
+void *realloc(void *memory, size_t size)
 {
     return fails(size) ? nullptr : __libc_realloc(memory, size);
 }

@@ -25,8 +25,8 @@ inline QString vertices(const QVector<int> &numbers)
 inline QString edges(const Graph &graph)
 {
     QStringList words;
-    for (int j = 1; j < graph.getNbNodes(); j++) {
-        for (int i = 0; i < j; i++) {
+    for (int j = 1; j < graph.getNbNodes(); ++j) {
+        for (int i = 0; i < j; ++i) {
             if (graph.edge(i, j)) {
                 words.append(QStringLiteral("%1-%2").arg(i).arg(j));
             }
@@ -39,7 +39,7 @@ inline QString edges(const Graph &graph)
 inline QString selection(const Graph &graph)
 {
     QVector<int> selected;
-    for (int i = 0; i < graph.getNbNodes(); i++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
         if (graph.node(i)->isSelected()) {
             selected.append(i);
         }
@@ -50,7 +50,7 @@ inline QString selection(const Graph &graph)
 /// Selects exactly these vertices, of all slots.
 inline void select(Graph &graph, const QVector<int> &selected)
 {
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
         graph.node(i)->setSelected(selected.contains(i));
     }
 }
@@ -59,7 +59,7 @@ inline void select(Graph &graph, const QVector<int> &selected)
 inline void build(Graph &graph, int n, const QVector<QPair<int, int>> &edges)
 {
     graph.clear();
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         graph.addNode();
     }
     for (const auto &[i, j] : edges) {
@@ -85,8 +85,8 @@ inline void set(Graph &graph, int n, const QString &edgeText, const QVector<int>
 /// Whether the best graph is the current one.
 inline bool published(const Graph &graph)
 {
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
-        for (int j = 0; j < Graph::MAX_NODES; j++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
+        for (int j = 0; j < Graph::MAX_NODES; ++j) {
             if (graph.edge(i, j) != graph.bestEdge(i, j)) {
                 return false;
             }

@@ -37,7 +37,7 @@ QRect ItemImage::painted() const
 int ItemImage::countInColumn(int x, const QColor &colour) const
 {
     int count = 0;
-    for (int y = -reach; y < reach; y++) {
+    for (int y = -reach; y < reach; ++y) {
         count += at(x, y) == colour ? 1 : 0;
     }
     return count;
@@ -46,8 +46,8 @@ int ItemImage::countInColumn(int x, const QColor &colour) const
 QRect ItemImage::unlike(const QColor &colour, const QRect &area) const
 {
     QRect found;
-    for (int y = area.top(); y <= area.bottom(); y++) {
-        for (int x = area.left(); x <= area.right(); x++) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
             if (at(x, y) != colour) {
                 found |= QRect(x, y, 1, 1);
             }

@@ -16,14 +16,14 @@ public:
         pthread_getattr_default_np(&attributes);
         pthread_attr_getstacksize(&attributes, &usualSize);
         pthread_attr_destroy(&attributes);
-        setStackSize(std::size_t(1) << 60);
+        setStackSize(size_t(1) << 60);
     }
     ~NoThreads() { setStackSize(usualSize); }
     NoThreads(const NoThreads &) = delete;
     NoThreads &operator=(const NoThreads &) = delete;
 
 private:
-    static void setStackSize(std::size_t size)
+    static void setStackSize(size_t size)
     {
         pthread_attr_t attributes;
         pthread_attr_init(&attributes);
@@ -32,7 +32,7 @@ private:
         pthread_attr_destroy(&attributes);
     }
 
-    std::size_t usualSize = 0;
+    size_t usualSize = 0;
 };
 
 /// Sets threadCount() to @p count while it lives.
