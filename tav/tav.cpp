@@ -7,8 +7,10 @@
 #include "outputfile.h"
 #include "run.h"
 #include "standardoutput.h"
+#include "textline.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <algorithm>
 #include <array>
@@ -101,12 +103,30 @@ void openClosedStreams()
         }
     }
 }
+
+/// What stands behind the name of the program. An argument may be the name of a file: throws CommandError (WrongUsage)
+/// for one that would not be the same bytes again.
+QStringList argumentsOf(int count, const char *const *values)
+{
+    QStringList arguments;
+    for (int i = 1; i < count; ++i) {
+        const QString argument = textOf(values[i]);
+        if (QFile::encodeName(argument) != values[i]) {
+            throw CommandError(QStringLiteral("Argument %1 is not valid UTF-8: %2.").arg(i).arg(quoted(argument)),
+                               WrongUsage);
+        }
+        arguments.append(argument);
+    }
+    return arguments;
+}
+
 /// Runs the program with the arguments of main() and returns its exit status.
 int run(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    QStringList arguments;
     try {
+        arguments = argumentsOf(argc, argv);
         runCommand(arguments);
         flushStandardOutput();
     } catch (const CommandError &error) {

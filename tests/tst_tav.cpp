@@ -238,6 +238,50 @@ private slots:
         QVERIFY2(shown.contains("/a\\u202eb.tav: "), shown.constData());
     }
 
+    /// The name of a file is the bytes that were given, whatever the locale, or it is refused.
+    void namesOfFilesAreNotChanged()
+    {
+        for (const char *locale : {"C", "POSIX", "C.UTF-8", "en_US.ISO-8859-1"}) {
+            const QTemporaryDir place;
+            const ToolResult result = shell("cd \"$2\"; export LC_ALL=$3; echo @ >$'\\303\\244\\342\\202\\254'; $1 "
+                                            "build $'\\303\\244\\342\\202\\254' "
+                                            "-o $'\\303\\266'; printf 'list-from-file a \\303\\266\nsave-list a "
+                                            "\\303\\274' | $1 run; printf '%s ' *",
+                                            {place.path(), QLatin1String(locale)});
+            QVERIFY2(result.output.endsWith("List added : a\n\303\244\342\202\254 \303\266 \303\274 "),
+                     result.output.constData());
+        }
+    }
+
+    void argumentsThatAreNoText_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("message");
+        const QByteArray wrong = "\xef\xbf\xbd"; // what stands for a byte that is none of a character
+        const auto row = [](const char *title, const char *line, const QByteArray &message) {
+            QTest::newRow(title) << QByteArray(line) << message;
+        };
+        row("output", R"(echo @ | $1 build -o $'a\xff')", "Argument 3 is not valid UTF-8: 'a" + wrong + "'.");
+        row("input", R"($1 info $'\xe4.tav')", "Argument 2 is not valid UTF-8: '" + wrong + ".tav'.");
+        row("half of a pair", R"($1 invariant order -o $'\xed\xa0\x80' -)",
+            "Argument 4 is not valid UTF-8: '" + wrong + wrong + wrong + "'.");
+        row("command", R"($1 $'\xff')", "Argument 1 is not valid UTF-8: '" + wrong + "'.");
+    }
+
+    void argumentsThatAreNoText()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, message);
+        const QTemporaryDir place;
+        for (const char *locale : {"C", "C.UTF-8"}) {
+            const ToolResult result =
+                shell("cd \"$2\"; export LC_ALL=$3; " + line, {place.path(), QLatin1String(locale)});
+            QCOMPARE(result.errors, "tav: " + message + "\nTry 'tav --help'.\n");
+            QCOMPARE(result.status, 2);
+        }
+        QCOMPARE(QDir(place.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+    }
+
     void longNamesAreCut()
     {
         const ToolResult result = shell("(head -c 10000000 /dev/zero | tr '\\0' A) | $1 info -");

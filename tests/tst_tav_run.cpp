@@ -14,8 +14,12 @@
 #include <fcntl.h>
 #include <functional>
 #include <memory>
+#include <spawn.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -125,6 +129,36 @@ const std::vector<Meaning> &meanings()
 QString nameIn(const QString &line)
 {
     return line.section(QLatin1Char(' '), 0, 0);
+}
+
+/// What a process may take beside a script of 16 MB; with the sanitizers, for which each byte takes several.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr qint64 allowedMemory = 900 * 1000 * 1000;
+#else
+constexpr qint64 allowedMemory = 100 * 1000 * 1000;
+#endif
+
+/// The highest memory, in bytes, of the companion program, whose standard error goes to the file @p errors.
+qint64 memoryOf(const QStringList &arguments, const QString &errors)
+{
+    QByteArrayList texts = {QByteArray(TAVOLINE_TAV)};
+    for (const QString &argument : arguments) {
+        texts.append(argument.toUtf8());
+    }
+    std::vector<char *> pointers;
+    for (QByteArray &text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, QFile::encodeName(errors).constData(),
+                                       O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    pid_t process = 0;
+    const int failure = ::posix_spawn(&process, TAVOLINE_TAV, &actions, nullptr, pointers.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    struct rusage usage = {};
+    return failure == 0 && ::wait4(process, nullptr, 0, &usage) == process ? qint64(usage.ru_maxrss) * 1024 : -1;
 }
 
 QByteArray contentsIfThere(const QString &path)
@@ -378,6 +412,85 @@ private slots:
         QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\n"));
         QCOMPARE(result.errors, start + "List added : a\ntav: standard input:3: " + message + '\n');
         QCOMPARE(result.status, 1);
+    }
+
+    /// What is no text in UTF-8, or has a zero byte, is not the name of the file that would be written.
+    void wordsThatAreNoNames_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("message");
+        const QByteArray wrong = "\xef\xbf\xbd"; // what stands for a byte that is none of a character
+        const auto row = [](const char *title, const QByteArray &line, const QByteArray &message) {
+            QTest::newRow(title) << line << message;
+        };
+        row("a byte of Latin-1", "save-list a a\xff", "not valid UTF-8: 'a" + wrong + "'");
+        row("between quotes", "save-list a \"a \xff\"", "not valid UTF-8: 'a " + wrong + "'");
+        row("half of a pair", "save-list a \xed\xa0\x80", "not valid UTF-8: '" + wrong + wrong + wrong + "'");
+        row("an input", "load \xe4.tav", "not valid UTF-8: '" + wrong + ".tav'");
+        row("a list", "show \xe4", "not valid UTF-8: '" + wrong + "'");
+        row("a command", "\xe4show a", "not valid UTF-8: '" + wrong + "show'");
+        row("zero", QByteArray("save-list a b\0c", 15), R"(a byte is zero: 'b\x00c')");
+    }
+
+    void wordsThatAreNoNames()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runFile("list-from-file a examples/regular-8.g6\n" + line + "\n");
+        QCOMPARE(result.errors, "tav: script:2: " + message + '\n');
+        QCOMPARE(result.status, 1);
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files), QStringList{QStringLiteral("script")});
+    }
+
+    void aCommentOfAnyBytes() { QCOMPARE(runFile("lists # sch\xf6n\n#\xff\n").status, 0); }
+
+    void aNameWithAByteOrderMark()
+    {
+        const QByteArray mark = "\xef\xbb\xbf";
+        const ToolResult result = runFile(mark + "list-from-file a examples/regular-8.g6\nsave-list a " + mark + "b\n");
+        QCOMPARE(result.status, 0);
+        QVERIFY(QFile::exists(folder->filePath(QString(QChar(QChar::ByteOrderMark)) + QLatin1Char('b'))));
+    }
+
+    /// A line of words is not split before it is known that it is no command; only the script itself is kept.
+    void scriptsTakeMemoryInProportion_data()
+    {
+        QTest::addColumn<QByteArray>("piece");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("a line of words") << QByteArray("a ") << 50000000 << QByteArray("1: a line of more than 1 MiB");
+        QTest::newRow("many lines") << QByteArray("show \"b c\"\n") << 1500000
+                                    << QByteArray("1500001: unknown command 'x'");
+    }
+
+    void scriptsTakeMemoryInProportion()
+    {
+        QFETCH(QByteArray, piece);
+        QFETCH(int, count);
+        QFETCH(QByteArray, message);
+        {
+            QFile script(path("script"));
+            QVERIFY(script.open(QIODevice::WriteOnly));
+            const QByteArray pieces = piece.repeated(count / 100);
+            for (int i = 0; i < 100; ++i) {
+                script.write(pieces);
+            }
+            script.write("x");
+        }
+        const qint64 memory = memoryOf(words({"run", "script"}), path("errors"));
+        QCOMPARE(contents(path("errors")), "tav: script:" + message + '\n');
+        QVERIFY2(memory < allowedMemory, QByteArray::number(memory).constData());
+    }
+
+    void aLineOfExactlyTheLimit()
+    {
+        const QByteArray comment(longestScriptLine - 6, '#');
+        QCOMPARE(runFile("lists " + comment).status, 0);
+        const ToolResult result = runFile("lists\nlists #" + comment);
+        QCOMPARE(result.errors, QByteArray("tav: script:2: a line of more than 1 MiB\n"));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(runTav({QStringLiteral("run")}, "lists #" + comment).errors,
+                 start + "tav: standard input:1: a line of more than 1 MiB\n");
     }
 
     void lineEnds()

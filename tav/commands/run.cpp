@@ -11,7 +11,8 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace
@@ -94,25 +95,31 @@ void runStep(const ScriptStep &step, const QString &script, Investigation &inves
 void runLineByLine()
 {
     Investigation investigation;
-    readLines(standardStream, [&](std::string_view line, qint64 number) {
+    const auto runLine = [&](std::string_view line, qint64 number) {
         if (const auto step = parseScriptLine(line, standardStream, number)) {
             runStep(*step, standardStream, investigation);
         }
-    });
+    };
+    readLines(standardStream, runLine, longestScriptLine);
 }
 
 /// Checks all lines of the file, then runs its commands.
 void runFile(const QString &script)
 {
-    std::vector<ScriptStep> steps;
-    readLines(script, [&](std::string_view line, qint64 number) {
-        if (auto step = parseScriptLine(line, script, number)) {
-            steps.push_back(std::move(*step));
-        }
-    });
+    std::string lines; // which take less memory than their commands
+    const auto checkLine = [&](std::string_view line, qint64 number) {
+        parseScriptLine(line, script, number);
+        lines.append(line).push_back('\n');
+    };
+    readLines(script, checkLine, longestScriptLine);
     Investigation investigation;
-    for (const ScriptStep &step : steps) {
-        runStep(step, script, investigation);
+    std::string_view rest = lines;
+    for (qint64 number = 1; !rest.empty(); ++number) {
+        const size_t end = rest.find('\n');
+        if (const auto step = parseScriptLine(rest.substr(0, end), script, number)) {
+            runStep(*step, script, investigation);
+        }
+        rest.remove_prefix(end + 1);
     }
 }
 

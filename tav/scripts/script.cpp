@@ -3,8 +3,12 @@
 #include "TAVmanager.h"
 #include "commandline.h"
 #include "investigation.h"
+#include "textline.h"
+
+#include <QByteArray>
 
 #include <algorithm>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -111,28 +115,28 @@ std::vector<ScriptCommand> makeCommands()
     // clang-format on
 }
 
-bool isBlank(QChar character)
+bool isBlank(char byte)
 {
-    return character == QLatin1Char(' ') || character == QLatin1Char('\t');
+    return byte == ' ' || byte == '\t';
 }
 
 /// Takes the words of a line one by one.
 class WordReader
 {
 public:
-    /// @p line stands in @p scriptName as the line @p lineNumber, which messages name.
-    WordReader(QString line, const QString &scriptName, qint64 lineNumber)
-        : text(std::move(line))
+    /// @p line, in UTF-8, stands in @p scriptName as the line @p lineNumber, which messages name.
+    WordReader(std::string_view line, const QString &scriptName, qint64 lineNumber)
+        : text(line)
         , script(scriptName)
         , number(lineNumber)
     {
     }
 
-    /// Skips blanks, then @p character, and returns whether it was there.
-    bool take(QChar character)
+    /// Skips blanks, then @p byte, and returns whether it was there.
+    bool take(char byte)
     {
         skipBlanks();
-        const bool found = !atEnd() && current() == character;
+        const bool found = !atEnd() && current() == byte;
         position += found ? 1 : 0;
         return found;
     }
@@ -140,8 +144,8 @@ public:
     QStringList takeAll()
     {
         QStringList words;
-        for (skipBlanks(); !atEnd() && current() != QLatin1Char('#'); skipBlanks()) {
-            words.append(current() == QLatin1Char('"') ? quotedWord() : plainWord());
+        for (skipBlanks(); !atEnd() && current() != '#'; skipBlanks()) {
+            words.append(current() == '"' ? quotedWord() : plainWord());
         }
         return words;
     }
@@ -150,7 +154,7 @@ public:
 
 private:
     bool atEnd() const { return position >= text.size(); }
-    QChar current() const { return text.at(position); }
+    char current() const { return text[position]; }
 
     void skipBlanks()
     {
@@ -161,25 +165,25 @@ private:
 
     QString plainWord()
     {
-        const int begin = position;
+        const size_t begin = position;
         while (!atEnd() && !isBlank(current())) {
             ++position;
         }
-        return text.mid(begin, position - begin);
+        return textOfWord(text.substr(begin, position - begin));
     }
 
     QString quotedWord()
     {
-        QString word;
-        for (++position; !atEnd() && current() != QLatin1Char('"'); ++position) {
-            if (current() == QLatin1Char('\\')) {
+        std::string word;
+        for (++position; !atEnd() && current() != '"'; ++position) {
+            if (current() == '\\') {
                 ++position;
-                if (!atEnd() && current() != QLatin1Char('"') && current() != QLatin1Char('\\')) {
+                if (!atEnd() && current() != '"' && current() != '\\') {
                     fail(QStringLiteral("between quotes a backslash stands only before a quote or a backslash"));
                 }
             }
             if (!atEnd()) {
-                word.append(current());
+                word += current();
             }
         }
         if (atEnd()) {
@@ -189,13 +193,26 @@ private:
         if (!atEnd() && !isBlank(current())) {
             fail(QStringLiteral("no blank behind a closing quote"));
         }
+        return textOfWord(word);
+    }
+
+    /// A word that would not be the same bytes again is refused: it may be the name of a file.
+    QString textOfWord(std::string_view bytes) const
+    {
+        QString word = textOf(bytes);
+        if (word.toUtf8() != QByteArray::fromRawData(bytes.data(), int(bytes.size()))) {
+            fail(QStringLiteral("not valid UTF-8: %1").arg(quoted(word)));
+        }
+        if (bytes.find('\0') != std::string_view::npos) {
+            fail(QStringLiteral("a byte is zero: %1").arg(quoted(word)));
+        }
         return word;
     }
 
-    QString text;
+    std::string_view text;
     const QString &script;
     qint64 number;
-    int position = 0;
+    size_t position = 0;
 };
 } // namespace
 
@@ -216,10 +233,10 @@ const std::vector<ScriptCommand> &scriptCommands()
 
 std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString &script, qint64 number)
 {
-    WordReader reader(QString::fromUtf8(bytes.data(), int(bytes.size())), script, number);
+    WordReader reader(withoutByteOrderMark(bytes), script, number);
     ScriptStep step;
     step.line = number;
-    step.mayFail = reader.take(QLatin1Char('-'));
+    step.mayFail = reader.take('-');
     step.arguments = reader.takeAll();
     if (step.arguments.isEmpty()) {
         return {};

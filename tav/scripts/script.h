@@ -34,6 +34,9 @@ struct ScriptCommand {
 /// Every command there is, in the order of the window's panels.
 const std::vector<ScriptCommand> &scriptCommands();
 
+/// How many bytes a line of a script may have.
+constexpr int longestScriptLine = 1 << 20;
+
 /// A line of a script that holds a command.
 struct ScriptStep {
     qint64 line = 0;

@@ -17,6 +17,9 @@ namespace
 /// Every so many lines the progress is reported.
 constexpr qint64 progressStep = 10000;
 
+/// How many bytes are read at a time.
+constexpr int blockSize = 1 << 18;
+
 /// A file that is read without waiting: a read from a pipe or a terminal returns what has arrived, where QFile would
 /// wait until the block is full. The destructor closes the file.
 class InputDevice : public QIODevice
@@ -69,10 +72,10 @@ int openInput(const QString &path)
 }
 } // namespace
 
-void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take)
+void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take, int longestLine)
 {
     InputDevice device(openInput(path));
-    LineReader reader(device);
+    LineReader reader(device, blockSize, longestLine);
     std::string_view line;
     LineReader::Status status = LineReader::Status::Line;
     const qint64 size = device.fileSize();
@@ -87,8 +90,7 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
         take(withoutReturnsAtEnd(line), number);
     }
     if (status == LineReader::Status::TooLong) {
-        throw CommandError(path, number,
-                           QStringLiteral("a line of more than %1 MiB").arg(LineReader::maxLineLength >> 20));
+        throw CommandError(path, number, QStringLiteral("a line of more than %1 MiB").arg(longestLine >> 20));
     }
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
