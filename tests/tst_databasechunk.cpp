@@ -1,5 +1,6 @@
 #include "databasechunk.h"
 #include "support/plainreading.h"
+#include "support/threads.h"
 
 #include <QBuffer>
 #include <QtTest>
@@ -72,6 +73,27 @@ Content inLines(const QByteArray &file)
     }
     return content;
 }
+
+/// Lines without an end.
+class EndlessDatabase : public QIODevice
+{
+public:
+    EndlessDatabase() { open(QIODevice::ReadOnly | QIODevice::Unbuffered); }
+
+    bool isSequential() const override { return true; }
+
+    qint64 handedOut = 0;
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        for (qint64 i = 0; i < size; ++i, ++handedOut) {
+            data[i] = handedOut % 2 == 0 ? 'A' : '\n';
+        }
+        return size;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+};
 
 QByteArray randomFile(std::mt19937 &random)
 {
@@ -152,6 +174,22 @@ private slots:
             const Content content = inChunks(file, length);
             QCOMPARE(content.records, records);
             QCOMPARE(content.lines, lines);
+        }
+    }
+
+    /// A file that is longer than the memory is not read at once.
+    void readsABoundedDistanceAhead()
+    {
+        constexpr int chunkLength = 1000;
+        constexpr int threads = 3;
+        const ThreadCount count(threads);
+        EndlessDatabase device;
+        DatabaseReader reader(device, chunkLength);
+        DatabaseChunk chunk;
+        for (int taken = 0; taken < 20; ++taken) {
+            QCOMPARE(reader.next(chunk), LineReader::Status::Line);
+            // The chunk in hand, one for each thread, one more, and a block that ends in an unfinished line.
+            QVERIFY(device.handedOut <= (taken + threads + 3) * chunkLength);
         }
     }
 

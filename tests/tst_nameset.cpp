@@ -61,6 +61,21 @@ private slots:
         QVERIFY(!names.contains(blocks[0].repeated(length + 1)));
     }
 
+    void namesOfTheSameHashAreToldApart()
+    {
+        // Of 300 000 names in the set and as many others, some twenty pairs have the same 32 bits.
+        constexpr int count = 300000;
+        QStringList list;
+        for (int i = 0; i < count; ++i) {
+            list.append(QString::number(2 * i));
+        }
+        const NameSet names(list);
+        for (int i = 0; i < count; ++i) {
+            QVERIFY(names.contains(QString::number(2 * i)));
+            QVERIFY(!names.contains(QString::number(2 * i + 1)));
+        }
+    }
+
     void agreesWithASet()
     {
         std::mt19937 random(8);
