@@ -235,16 +235,16 @@ bool TAVSearchEngine::readPieces(QFile &file)
 
 TAVSearchEngine::Outcome TAVSearchEngine::readFile(qint64 &linkCount)
 {
-    qint64 lineCount = 0;
-    const Outcome counted = countLines(lineCount);
-    if (counted != Outcome::Done) {
-        return counted;
+    FileSize counted;
+    const Outcome outcome = count(counted);
+    if (outcome != Outcome::Done) {
+        return outcome;
     }
-    emit signal_console(QStringLiteral("%1 lines.").arg(lineCount));
-    return readRecords(lineCount, linkCount);
+    emit signal_console(QStringLiteral("%1 lines.").arg(counted.lines));
+    return readRecords(counted, linkCount);
 }
 
-TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
+TAVSearchEngine::Outcome TAVSearchEngine::count(FileSize &size)
 {
     QFile file(filename);
     if (!openDatabase(file)) {
@@ -253,8 +253,8 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
     LineReader reader(file, chunkLength);
     std::string_view lines;
     LineReader::Status status = LineReader::Status::Line;
-    for (lineCount = 0; (status = reader.nextLines(lines)) == LineReader::Status::Line;) {
-        lineCount += std::count(lines.begin(), lines.end(), '\n') + (lines.back() == '\n' ? 0 : 1);
+    while ((status = reader.nextLines(lines)) == LineReader::Status::Line) {
+        size.lines += std::count(lines.begin(), lines.end(), '\n') + (lines.back() == '\n' ? 0 : 1);
         if (isInterruptionRequested()) {
             return Outcome::Interrupted;
         }
@@ -263,10 +263,11 @@ TAVSearchEngine::Outcome TAVSearchEngine::countLines(qint64 &lineCount)
         rejectUnreadable(filename);
         return Outcome::Failed;
     }
+    size.bytes = file.pos();
     return Outcome::Done;
 }
 
-TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &linkCount)
+TAVSearchEngine::Outcome TAVSearchEngine::readRecords(const FileSize &counted, qint64 &linkCount)
 {
     QFile file(filename);
     if (!openDatabase(file)) {
@@ -278,11 +279,12 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
     LineReader::Status status = LineReader::Status::Line;
     const int firstNew = graphs.size();
     qint64 nextReport = 0;
-    for (qint64 line = 0; (status = reader.next(chunk)) == LineReader::Status::Line; line += chunk.lineCount) {
+    FileSize read;
+    for (; (status = reader.next(chunk)) == LineReader::Status::Line; read.lines += chunk.lineCount) {
         const std::optional<qint64> badLine = addRecords(chunk);
-        const qint64 lastLine = line + badLine.value_or(chunk.lineCount - 1);
+        const qint64 lastLine = read.lines + badLine.value_or(chunk.lineCount - 1);
         for (; nextReport <= lastLine && !isInterruptionRequested(); nextReport += progressStep) {
-            emit signal_progress(toInt(nextReport), toInt(lineCount));
+            emit signal_progress(toInt(nextReport), toInt(counted.lines));
         }
         if (isInterruptionRequested()) {
             return Outcome::Interrupted;
@@ -296,6 +298,13 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(qint64 lineCount, qint64 &
     }
     if (status != LineReader::Status::End) {
         rejectUnreadable(filename);
+        return Outcome::Failed;
+    }
+    read.bytes = file.pos();
+    // What is left of a file that was cut off looks like a database, but its lists and invariants would be wrong. One
+    // that has grown is complete as far as it was read: a line names earlier ones only.
+    if (read.lines < counted.lines || read.bytes < counted.bytes) {
+        rejectShorter(read, counted);
         return Outcome::Failed;
     }
     linkRecords(graphs, firstNew, std::move(links), [this] { return isInterruptionRequested(); });
@@ -360,6 +369,17 @@ void TAVSearchEngine::rejectForMemory()
     eraseDatabase(); // first, so that there is memory for the messages
     diagnose(QStringLiteral("Not enough memory"));
     emit signal_console(tr("Not enough memory."));
+}
+
+void TAVSearchEngine::rejectShorter(const FileSize &read, const FileSize &counted)
+{
+    diagnose(QStringLiteral("The file has changed"));
+    emit signal_console(QStringLiteral("The file has changed: %1 of %2 lines were read, %3 of %4 bytes.")
+                            .arg(read.lines)
+                            .arg(counted.lines)
+                            .arg(read.bytes)
+                            .arg(counted.bytes));
+    eraseDatabase();
 }
 
 void TAVSearchEngine::rejectUnreadable(const QString &path)

@@ -117,14 +117,20 @@ signals:
 private:
     enum class Outcome { Done, Failed, Interrupted };
 
+    struct FileSize {
+        qint64 lines = 0;
+        qint64 bytes = 0;
+    };
+
     bool readPieces(QFile &file);
     Outcome readFile(qint64 &linkCount);
-    Outcome countLines(qint64 &lineCount);
-    Outcome readRecords(qint64 lineCount, qint64 &linkCount);
+    Outcome count(FileSize &size);
+    Outcome readRecords(const FileSize &counted, qint64 &linkCount);
     std::optional<qint64> addRecords(DatabaseChunk &chunk);
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
     void rejectForMemory();
+    void rejectShorter(const FileSize &read, const FileSize &counted);
     void rejectUnreadable(const QString &path);
 
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);

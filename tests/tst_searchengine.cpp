@@ -188,6 +188,7 @@ private slots:
     void runOnFileThatCannotBeOpened();
     void fileThatChangesBetweenThePasses_data();
     void fileThatChangesBetweenThePasses();
+    void fileThatIsCutOffWhileItIsRead();
     void runOnFileThatCannotBeRead_data();
     void runOnFileThatCannotBeRead();
     void runAppendsToTheRecordsThatAreThere();
@@ -369,13 +370,20 @@ void TestSearchEngine::fileThatChangesBetweenThePasses_data()
     const QStringList whole = {text("progress 0 3"), text("console Data loaded : 3 nodes and 1 links."),
                                text("load_succedded")};
     QTest::newRow("removed") << QByteArray("rm") << QStringList{text("load_failed")} << QStringList();
-    QTest::newRow("emptied") << QByteArray("truncate -s 0")
-                             << QStringList{text("console Data loaded : 0 nodes and 0 links."), text("load_succedded")}
-                             << QStringList();
-    QTest::newRow("cut off within a line")
-        << QByteArray("truncate -s 3")
-        << QStringList{text("progress 0 3"), text("console Data loaded : 2 nodes and 0 links."), text("load_succedded")}
-        << QStringList{text("A sub[] over[]"), text("B sub[] over[]")};
+    const auto shortened = [](const char *title, const char *change, const QStringList &progress, const char *rest) {
+        QTest::newRow(title)
+            << QByteArray(change)
+            << progress +
+                   QStringList{QStringLiteral("console The file has changed: %1 bytes.").arg(QLatin1String(rest)),
+                               text("load_failed")}
+            << QStringList();
+    };
+    const QStringList progress = {text("progress 0 3")};
+    shortened("emptied", "truncate -s 0", {}, "0 of 3 lines were read, 0 of 8");
+    shortened("cut off within a line", "truncate -s 3", progress, "2 of 3 lines were read, 3 of 8");
+    shortened("cut off behind a line", "truncate -s 6", progress, "2 of 3 lines were read, 6 of 8");
+    shortened("without the last byte", "truncate -s 7", progress, "3 of 3 lines were read, 7 of 8");
+    shortened("fewer lines, more bytes", "printf 'A\\nBBBBBBBBB\\n' >", progress, "2 of 3 lines were read, 12 of 8");
     QTest::newRow("grown") << QByteArray("printf 'D\\t2\\nE\\t4\\n' >>")
                            << QStringList{text("progress 0 3"), text("console Data loaded : 5 nodes and 3 links."),
                                           text("load_succedded")}
@@ -409,6 +417,30 @@ void TestSearchEngine::fileThatChangesBetweenThePasses()
              (QStringList{text("console Loading data ... please wait."), text("console 3 lines.")} + end));
     QCOMPARE(dump(engine), records);
     engine.eraseDatabase();
+}
+
+void TestSearchEngine::fileThatIsCutOffWhileItIsRead()
+{
+    // Far longer than what is read ahead of the first lines that become records.
+    const QByteArray lines = QByteArray(1023, 'A') + '\n';
+    const QString path = write(lines.repeated(32 << 10));
+    const ThreadCount oneThread(1);
+    StderrCapture capture;
+    TAVSearchEngine engine;
+    SignalRecorder recorder(engine);
+    connect(
+        &engine, &TAVSearchEngine::signal_progress, &engine, [&] { QVERIFY(QFile::resize(path, 24000 << 10)); },
+        Qt::DirectConnection);
+    engine.setFilename(path);
+    engine.run();
+    QCOMPARE(recorder.recorded(),
+             (QStringList{text("console Loading data ... please wait."), text("console 32768 lines."),
+                          text("progress 0 32768"), text("progress 10000 32768"), text("progress 20000 32768"),
+                          text("console The file has changed: 24000 of 32768 lines were read, "
+                               "24576000 of 33554432 bytes."),
+                          text("load_failed")}));
+    QCOMPARE(engine.records().size(), 0);
+    QCOMPARE(capture.take(), QByteArray("Starting...\nThe file has changed\n"));
 }
 
 void TestSearchEngine::runOnFileThatCannotBeRead_data()
