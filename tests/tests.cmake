@@ -1,3 +1,9 @@
+# The sources.
+tavoline_test(tst_layout)
+target_compile_definitions(tst_layout PRIVATE
+    TAVOLINE_SOURCES="${PROJECT_SOURCE_DIR}"
+    TAVOLINE_BUILD="${PROJECT_BINARY_DIR}")
+
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_record)
 tavoline_test(tst_inputfile tavoline_files)

@@ -1,0 +1,34 @@
+#ifndef TAVOLINE_TESTS_RUNPROGRAM_H
+#define TAVOLINE_TESTS_RUNPROGRAM_H
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+/// The exit status of a program (-1 after a crash, and when it did not end in time) and its output.
+struct ToolResult {
+    int status = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+/// Runs @p program with @p input on its standard input, in the folder @p folder unless that is empty.
+inline ToolResult runProgram(const QString &program, const QStringList &arguments, const QByteArray &input = {},
+                             const QString &folder = {})
+{
+    constexpr int patience = 280000; // milliseconds
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    const bool ended = process.waitForFinished(patience);
+    ToolResult result;
+    result.status = ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    result.output = process.readAllStandardOutput();
+    result.errors = process.readAllStandardError();
+    return result;
+}
+
+#endif
