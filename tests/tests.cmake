@@ -32,6 +32,7 @@ endif()
 # The viewer.
 tavoline_test(tst_random tavoline_viewer)
 tavoline_test(tst_solve tavoline_viewer)
+tavoline_test(tst_distances tavoline_viewer)
 tavoline_test(tst_graph6 tavoline_viewer)
 tavoline_test(tst_graph_counter tavoline_viewer)
 tavoline_window_test(tst_graph_editing tavoline_viewer)

@@ -2,7 +2,6 @@
 
 #include "edge.h"
 #include "node.h"
-#include "numbertext.h"
 #include "random.h"
 
 #include <QGraphicsRectItem>
@@ -10,9 +9,7 @@
 #include <QMutexLocker>
 
 #include <algorithm>
-#include <cmath>
 #include <iostream>
-#include <limits>
 
 namespace
 {
@@ -23,16 +20,6 @@ constexpr double sceneExtent = 600.0;
 double randomCoordinate()
 {
     return (qrand() % 2000) / 10.0;
-}
-
-/// The colour index that @p value stands for: truncated, at the ends of the int range when beyond them, 0 for NaN.
-int colorIndex(double value)
-{
-    using Int = std::numeric_limits<int>;
-    if (std::isnan(value)) {
-        return 0;
-    }
-    return static_cast<int>(std::clamp(value, double{Int::min()}, double{Int::max()}));
 }
 
 void writeMatrix(const QVector<QVector<bool>> &matrix, int size)
@@ -67,7 +54,7 @@ Graph::~Graph()
 {
     qDeleteAll(history);
     if (scene != nullptr) {
-        return; // The scene deletes its items.
+        return; // QGraphicsScene deletes its items.
     }
     for (int i = 0; i < MAX_NODES; i++) {
         for (int j = 0; j < i; j++) {
@@ -87,8 +74,8 @@ void Graph::createScene()
     selectionRect->setZValue(1000);
     selectionRect->setOpacity(0.5);
     scene->addItem(selectionRect);
-    // The drawing is around the origin, which stays in the middle of the view: hidden items and vertices dragged far
-    // away do not move it.
+    // QGraphicsView shows the middle of the scene, which must be the origin: the drawing is around it. Without a
+    // rectangle of its own the scene would grow with its items, hidden ones too, and its middle would move.
     scene->setSceneRect(-sceneExtent, -sceneExtent, 2 * sceneExtent, 2 * sceneExtent);
     setScene(scene);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -99,7 +86,7 @@ void Graph::createScene()
     connect(this, &QWidget::customContextMenuRequested, this, &Graph::showMenu);
     setCacheMode(CacheBackground);
     setRenderHint(QPainter::Antialiasing);
-    // Labels are drawn beyond the bounding rectangles of the items, which are all that Qt would repaint otherwise.
+    // QGraphicsView otherwise repaints the bounding rectangles of changed items only. Labels reach beyond them.
     setViewportUpdateMode(FullViewportUpdate);
     setBackgroundBrush(Qt::white);
     setMouseTracking(true);
@@ -138,6 +125,18 @@ void Graph::createItems()
     }
 }
 
+Node *Graph::node(int slot) const
+{
+    return isSlot(slot) ? nodes[slot] : nullptr;
+}
+
+Edge *Graph::edgeItem(int i, int j) const
+{
+    return isSlot(i) && isSlot(j) ? edges[i][j] : nullptr;
+}
+
+// The current graph.
+
 int Graph::getNbEdges() const
 {
     const QMutexLocker locker(&currentLock);
@@ -158,17 +157,7 @@ Graph *Graph::clone() const
     return graph;
 }
 
-Node *Graph::node(int slot) const
-{
-    return isSlot(slot) ? nodes[slot] : nullptr;
-}
-
-Edge *Graph::edgeItem(int i, int j) const
-{
-    return isSlot(i) && isSlot(j) ? edges[i][j] : nullptr;
-}
-
-// The counter starts anywhere in the int range, so that it may have to wrap.
+// The counter starts at a random number, so that it may pass the greatest int. It then goes on at the least one.
 void Graph::countChange()
 {
     id = static_cast<int>(static_cast<unsigned>(id) + 1U);
@@ -279,7 +268,7 @@ void Graph::toggleEdge(int i, int j)
 {
     currentLock.lock();
     if (!isSlot(i) || !isSlot(j)) {
-        return; // No caller may get here: the lock is left held on purpose.
+        return; // The lock stays held, on purpose: no caller may get here.
     }
     adjacency[i][j] = !adjacency[i][j];
     currentLock.unlock();
@@ -318,7 +307,7 @@ void Graph::copy(const Graph *other)
 {
     nbNodes = other->getNbNodes();
     const int n = usedSlots(nbNodes);
-    // Read before the lock is taken: edge() takes the lock of the other graph, which may be this one.
+    // Read before the lock is taken: edge() locks the other graph, which may be this one.
     QVector<QVector<bool>> joined(n, QVector<bool>(n));
     for (int i = 0; i < n; i++) {
         for (int j = 0; j < n; j++) {
@@ -355,6 +344,8 @@ void Graph::randomGraph(int n)
         }
     }
 }
+
+// The best graph and the display.
 
 bool Graph::bestEdge(int i, int j) const
 {
@@ -418,120 +409,4 @@ void Graph::display()
     std::cerr << "--cur graph--" << std::endl;
     writeMatrix(adjacency, n);
     std::cerr << "-------" << std::endl;
-}
-
-void Graph::setPos(int i, QPointF position)
-{
-    if (isVertex(i)) {
-        nodes[i]->setPosition(position);
-    }
-}
-
-void Graph::setPos(int i, double x, double y, double z)
-{
-    if (isVertex(i)) {
-        nodes[i]->setPosition(x, y, z);
-    }
-}
-
-void Graph::setLabels(const QVector<double> &values)
-{
-    if (values.isEmpty()) {
-        resetLabels();
-    }
-    for (int i = 0; i < usedSlots(values.size()); i++) {
-        nodes[i]->setLabel(std::abs(values[i]) < 1e-06 ? QStringLiteral("0") : numberText(values[i]));
-    }
-}
-
-void Graph::resetLabels()
-{
-    for (Node *vertex : qAsConst(nodes)) {
-        vertex->setLabel(QString());
-    }
-}
-
-/// Calls apply(edge item, i, j) for the edges j < i of the current graph among the displayed vertices.
-template<typename Apply> void Graph::forEachDisplayedEdge(Apply apply)
-{
-    for (int i = 0; i < usedSlots(bestNbNodes); i++) {
-        for (int j = 0; j < i; j++) {
-            if (edge(i, j)) {
-                apply(edges[i][j], i, j);
-            }
-        }
-    }
-}
-
-void Graph::setELabels(const QVector<QVector<double>> &values, bool on)
-{
-    forEachDisplayedEdge([&](Edge *item, int i, int j) {
-        QString label;
-        // A matrix that is too small leaves the edges beyond it without a label.
-        if (on && i < values.size() && j < values[i].size()) {
-            label = std::abs(values[i][j]) <= 1e-06 ? QStringLiteral("0") : numberText(values[i][j]);
-        }
-        item->setLabel(label);
-    });
-}
-
-void Graph::setEHilight(const QVector<QVector<double>> &values, bool on)
-{
-    forEachDisplayedEdge([&](Edge *item, int i, int j) {
-        item->setHilighted(on && i < values.size() && j < values[i].size() && values[i][j] > 0.999999);
-    });
-}
-
-void Graph::setColors(const QVector<double> &values)
-{
-    if (values.isEmpty()) {
-        resetColors();
-    }
-    for (int i = 0; i < usedSlots(values.size()); i++) {
-        nodes[i]->setColor(colorIndex(values[i]));
-    }
-}
-
-void Graph::resetColors()
-{
-    for (Node *vertex : qAsConst(nodes)) {
-        vertex->setColor(0);
-    }
-}
-
-void Graph::setSizes(const QVector<double> &values)
-{
-    if (values.isEmpty()) {
-        resetSizes();
-    }
-    double min = 1e12;
-    double max = -1e12;
-    for (const double value : values) {
-        min = std::min(min, value);
-        max = std::max(max, value);
-    }
-    const double range = max - min < 1e-06 ? 1.0 : max - min;
-    for (int i = 0; i < usedSlots(values.size()); i++) {
-        const double ratio = (values[i] - min) / range;
-        nodes[i]->setSizeRatio(std::isfinite(ratio) ? ratio : 0.0);
-    }
-}
-
-void Graph::resetSizes()
-{
-    for (Node *vertex : qAsConst(nodes)) {
-        vertex->setSizeRatio(0.0);
-    }
-}
-
-void Graph::hilight(int k)
-{
-    for (int i = 0; i < MAX_NODES; i++) {
-        if (i == k) {
-            nodes[i]->hilight();
-        } else {
-            nodes[i]->unhilight();
-        }
-    }
-    emit signal_hilight_node(k);
 }

@@ -1,78 +1,16 @@
+#include "distances.h"
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
 
 #include <QMutexLocker>
 
-#include <algorithm>
 #include <utility>
 
 namespace
 {
-/// A copy stands beside its source, in scene units.
+/// Where a copy stands beside its source, in scene units.
 const QPointF copyOffset(-10, 10);
-
-using Distances = QVector<QVector<int>>;
-
-/// The distances between the first @p n vertices by breadth-first search; Graph::MAX_NODES when there is no path.
-Distances distances(const Graph &graph, int n)
-{
-    Distances distance(n, QVector<int>(n, Graph::MAX_NODES));
-    for (int s = 0; s < n; s++) {
-        distance[s][s] = 0;
-        QVector<int> queue{s};
-        for (int head = 0; head < queue.size(); head++) {
-            const int u = queue[head];
-            for (int w = 0; w < n; w++) {
-                if (distance[s][w] == Graph::MAX_NODES && graph.edge(u, w)) {
-                    distance[s][w] = distance[s][u] + 1;
-                    queue.append(w);
-                }
-            }
-        }
-    }
-    return distance;
-}
-
-int largestOf(const Distances &distance)
-{
-    int largest = 0;
-    for (const QVector<int> &row : distance) {
-        largest = std::max(largest, *std::max_element(row.cbegin(), row.cend()));
-    }
-    return largest;
-}
-
-/// How many vertices are next to each vertex.
-QVector<int> degrees(const Distances &distance)
-{
-    QVector<int> degrees;
-    for (const QVector<int> &row : distance) {
-        degrees.append(static_cast<int>(std::count(row.cbegin(), row.cend(), 1)));
-    }
-    return degrees;
-}
-
-/// Among the pairs at the largest distance the one whose larger degree is smallest, the first of several such pairs;
-/// (-1, -1) when no two vertices are apart.
-std::pair<int, int> diametralPair(const Distances &distance)
-{
-    const QVector<int> degree = degrees(distance);
-    int best = 0;
-    int bestDegree = -1;
-    std::pair<int, int> pair(-1, -1);
-    for (int i = 0; i < distance.size(); i++) {
-        for (int j = 0; j < distance.size(); j++) {
-            const int larger = std::max(degree[i], degree[j]);
-            if (distance[i][j] > best || (distance[i][j] == best && larger < bestDegree)) {
-                best = distance[i][j];
-                bestDegree = larger;
-                pair = {i, j};
-            }
-        }
-    }
-    return pair;
-}
 
 /// Calls apply(i, j) for all pairs i < j of @p vertices, which are sorted.
 template<typename Apply> void forEachPair(const QVector<int> &vertices, Apply apply)
@@ -234,7 +172,7 @@ void Graph::fillHole(int slot, int last)
     for (int i = 0; i < MAX_NODES; i++) {
         adjacency[i][slot] = adjacency[i][last];
     }
-    // The edges stay with their slots, so that a moved item goes on with those of its new slot.
+    // The edge items stay with their slots: the moved vertex gets those of its new slot.
     nodes[slot]->exchangeENeighbors(*nodes[last]);
     std::swap(nodes[slot], nodes[last]);
 }
@@ -300,10 +238,10 @@ void Graph::slot_duplicate_link_twins()
 
 void Graph::linkDiametralPairs(bool onlyOne)
 {
-    const Distances distance = distances(*this, usedSlots(nbNodes));
-    const int n = distance.size();
-    const int diameter = largestOf(distance);
-    // A disconnected graph of MAX_NODES vertices passes as a graph of that diameter.
+    const int n = usedSlots(nbNodes);
+    const Distances distance = distances(n, MAX_NODES, [this](int i, int j) { return edge(i, j); });
+    const int diameter = largestDistance(distance);
+    // In a disconnected graph of MAX_NODES vertices no distance is above n: it passes as one of that diameter.
     if (diameter > n) {
         emit signal_console(QStringLiteral("Link diameter impossible : Disconnected graph"), false, 0, Qt::blue);
     } else if (diameter == 1) {

@@ -13,7 +13,7 @@
 
 namespace
 {
-/// The range of a set of vertices is looked for up to here.
+/// Where the search for the least and the greatest coordinate starts: a fit sees no vertex beyond it.
 constexpr double farthest = 1e12;
 
 /// Least and greatest coordinate of a set of vertices along one axis.
@@ -28,6 +28,7 @@ struct Range {
     }
     double length() const { return max - min; }
     bool isDegenerate() const { return length() < 0.1; }
+    /// Gives a degenerate range a length to divide by.
     void repair()
     {
         if (isDegenerate()) {
@@ -53,7 +54,7 @@ double fit(double value, const Range &range, double size)
     return fit(value, range.min, range.length(), size);
 }
 
-/// The bounds of the first @p count vertices; x and y have a length to divide by.
+/// The bounds of the first @p count vertices, repaired along x and y.
 Bounds planeBounds(const QVector<Node *> &nodes, int count)
 {
     Bounds bounds;
@@ -67,7 +68,8 @@ Bounds planeBounds(const QVector<Node *> &nodes, int count)
     return bounds;
 }
 
-/// The bounds for a fit in space. A flat cloud changes the upper bound of y, not of z: this is deliberate.
+/// The bounds for a fit in space. When the drawing is flat, the upper bound of y is changed instead of that of z; this
+/// is deliberate.
 Bounds spaceBounds(const QVector<Node *> &nodes, int count)
 {
     Bounds bounds = planeBounds(nodes, count);
@@ -77,8 +79,8 @@ Bounds spaceBounds(const QVector<Node *> &nodes, int count)
     return bounds;
 }
 
-/// Moves @p vertex to the result of a fit in space. As a flat cloud has the wrong range of y, each fit may throw the
-/// vertex farther out of the box; it stays where it is before the next fit cannot find it any more.
+/// Moves @p vertex to the result of a fit in space. A flat drawing is fitted with the wrong range of y, and may land
+/// farther out each time. The vertex stays where it is when the next fit would not see it.
 void placeInSpace(Node &vertex, double x, double y, double z)
 {
     if (std::abs(y) <= farthest) {
@@ -93,6 +95,8 @@ int otherRandomVertex(int vertex, int n)
     return other == vertex ? n - 1 : other;
 }
 } // namespace
+
+// Places.
 
 void Graph::place_circle(double diameter)
 {
@@ -112,6 +116,15 @@ void Graph::slot_randomPosition()
         nodes[k]->QGraphicsItem::setPos(5 * t * std::sin(angle), 5 * t * std::cos(angle));
     }
 }
+
+void Graph::slot_set_node_radius(double radius)
+{
+    for (Node *vertex : qAsConst(nodes)) {
+        vertex->setRadius(radius);
+    }
+}
+
+// Moves of the whole drawing.
 
 void Graph::center()
 {
@@ -186,6 +199,24 @@ void Graph::scaleCoords(double s)
     }
 }
 
+void Graph::slot_rescale(bool)
+{
+    scaleCoords(rescaleSize);
+}
+
+void Graph::slot_rescale_graph(int size)
+{
+    slot_scale_graph(size, uniformScale);
+}
+
+void Graph::slot_scale_graph(int size, bool uniform)
+{
+    rescaleSize = size;
+    slot_rescale(uniform);
+}
+
+// The view and the timers.
+
 void Graph::scaleView(double factor)
 {
     const double unit = transform().scale(factor, factor).mapRect(QRectF(0, 0, 1, 1)).width();
@@ -227,6 +258,8 @@ void Graph::optimizationStops()
     killTimer(optTimerId);
     optTimerId = 0;
 }
+
+// Changes of the current graph that leave the items in place.
 
 double Graph::sum_edges_length() const
 {
@@ -306,29 +339,6 @@ void Graph::perturb(int k)
             addEdge(s, t);
         }
     }
-}
-
-void Graph::slot_set_node_radius(double radius)
-{
-    for (Node *vertex : qAsConst(nodes)) {
-        vertex->setRadius(radius);
-    }
-}
-
-void Graph::slot_rescale(bool)
-{
-    scaleCoords(rescaleSize);
-}
-
-void Graph::slot_rescale_graph(int size)
-{
-    slot_scale_graph(size, uniformScale);
-}
-
-void Graph::slot_scale_graph(int size, bool uniform)
-{
-    rescaleSize = size;
-    slot_rescale(uniform);
 }
 
 void Graph::slot_reorganize()
