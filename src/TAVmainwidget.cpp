@@ -106,7 +106,6 @@ void TAVMainWidget::slot_manager_ready()
     listsPanel->setEnabled(true);
 }
 
-// The comparison and the visualization panel wait for a click on their mode.
 void TAVMainWidget::slot_database_loaded()
 {
     hasLoaded = true;
@@ -131,7 +130,7 @@ void TAVMainWidget::slot_progress(int done, int total)
     progressBar->setValue(done);
 }
 
-// Not QTextEdit::append(), which would take a list name that looks like markup for markup.
+// QTextEdit::append() takes a text that looks like HTML for HTML. A list may have any name.
 void TAVMainWidget::slot_console(const QString &text)
 {
     QTextCursor end(console->document());
@@ -178,7 +177,6 @@ void TAVMainWidget::slot_list_over()
     manager->addOverList(newListName->text(), closureSource->currentText());
 }
 
-// Never marked busy, unlike the others.
 void TAVMainWidget::slot_list_file()
 {
     const QString file = askForFileToOpen(listFilter);
@@ -358,7 +356,7 @@ void TAVMainWidget::showNothing()
     view->update_display();
 }
 
-// An empty name when the dialog was cancelled: the operation that gets it fails on it and says so.
+// The name is empty when the dialog was cancelled. The operation that gets it fails, and says so.
 QString TAVMainWidget::askForFileToOpen(const char *filter)
 {
     return QFileDialog::getOpenFileName(this, tr(applicationTitle), workDir, tr(filter));
@@ -395,7 +393,7 @@ void TAVMainWidget::createCombos()
     for (const auto &entry : all) {
         entry.combo = new QComboBox(this);
         entry.combo->setObjectName(QLatin1String(entry.name));
-        // A long list name must not widen the window.
+        // QComboBox grows with its longest entry otherwise, and a long list name would widen the window.
         entry.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         entry.combo->setMinimumContentsLength(12);
         combos.append(entry.combo);
@@ -408,7 +406,7 @@ QWidget *TAVMainWidget::createPanel(const char *name)
     panel->setObjectName(QLatin1String(name));
     QPalette colours = panel->palette();
     colours.setColor(QPalette::Window, panelColour);
-    colours.setColor(QPalette::WindowText, Qt::black); // legible on the light panel in a dark theme too
+    colours.setColor(QPalette::WindowText, Qt::black); // In a dark theme it is white.
     panel->setPalette(colours);
     panel->setAutoFillBackground(true);
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // the console gets the room that is left
@@ -609,7 +607,8 @@ void TAVMainWidget::arrangePanels()
     grid->addWidget(progressBar, 9, 0, 1, 2);
 }
 
-// Lines are added to the console, and panels take room from it; a user who has scrolled up is left alone.
+// The console shows its last line when lines are added and when panels take room from it, unless the user has scrolled
+// up.
 void TAVMainWidget::keepLastLineInSight()
 {
     QScrollBar *scrollBar = console->verticalScrollBar();

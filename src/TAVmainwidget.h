@@ -32,7 +32,7 @@ public:
     /// Stops a load that is still running.
     ~TAVMainWidget() override;
 
-    /// The list manager that the widget drives, for whoever drives the widget and waits for an outcome.
+    /// The list manager that the widget drives. Only the tour and the tests ask for it, to wait for its signals.
     TAVManager *getManager() const { return manager; }
 
 public slots:
@@ -49,9 +49,12 @@ public slots:
 
     /// Disables the lists panel while the manager works.
     void slot_manager_busy();
+    /// Enables the lists panel.
     void slot_manager_ready();
-    /// Shows the panel of the chosen mode, but for the comparison and the visualization panel.
+    /// Enables the lists panel and shows the panel of the chosen mode. The comparison and the visualization panel wait
+    /// for a click on their mode.
     void slot_database_loaded();
+    /// Resets the progress bar. After a load that failed the lists panel stays disabled.
     void slot_database_empty();
     /// Shows @p done of @p total on the progress bar.
     void slot_progress(int done, int total);
@@ -67,6 +70,7 @@ public slots:
 
     void slot_list_sub();
     void slot_list_over();
+    /// Leaves the lists panel enabled, unlike the others.
     void slot_list_file();
     void slot_list_union();
     void slot_list_inter();

@@ -17,7 +17,7 @@ namespace
 {
 constexpr int smallestSide = 800;
 
-/// What stands in the About box behind the title: rich text, in which the runs of blanks do not show.
+/// The text of the About box: HTML, in which runs of blanks do not show.
 QString aboutText()
 {
     return QStringLiteral("This applications was developed in Qt 5 and C++.<br><br>    Version : <br>") +
@@ -33,7 +33,7 @@ QString aboutText()
 
 TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
 {
-    // Makes the linker take the icons out of the static library; they register themselves when the program starts.
+    // The linker takes an object out of a static library only when something refers to it: this refers to the icons.
     Q_INIT_RESOURCE(resources);
     setAttribute(Qt::WA_DeleteOnClose);
     createActions();
@@ -58,8 +58,8 @@ void TAVMainWindow::about()
     QMessageBox::about(this, tr("About ") + QLatin1String(applicationTitle), aboutText());
 }
 
-/// Puts the deletion of the window off while a dialog of it is up: the command that opened the dialog is still running,
-/// and holds the dialog on its stack. The end of a session closes the window at such a moment.
+/// The end of a session closes the window also while a dialog is up. The command that opened the dialog has it on its
+/// stack and is still running: the window is deleted when the dialog is gone.
 bool TAVMainWindow::event(QEvent *event)
 {
     const QDialog *dialog = event->type() == QEvent::DeferredDelete ? findChild<QDialog *>() : nullptr;
@@ -95,7 +95,8 @@ void TAVMainWindow::createActions()
 
 void TAVMainWindow::createMenus()
 {
-    // The shortcuts are the window's: they work when the tool bar is hidden, too.
+    // Qt ignores the shortcut of an action whose widgets are all hidden, and the user can hide the tool bar: the
+    // actions are the window's, too.
     addActions({loadAct, clearAct, exitAct, aboutAct});
     menu = menuBar()->addMenu(tr("&Menu"));
     menu->addAction(aboutAct);

@@ -109,16 +109,26 @@ public:
     void resetDatabase();
 
 signals:
+    /// The database is empty: a load has failed, or resetDatabase() was called.
     void signal_database_empty();
+    /// A load has succeeded.
     void signal_database_loaded();
+    /// An operation is over.
     void signal_manager_ready();
+    /// The load is at line @p current of @p total.
     void signal_progress(int current, int total);
+    /// Never emitted: signal_database_loaded() tells it.
     void signal_load_succeeded();
+    /// Never emitted: signal_database_empty() tells it.
     void signal_load_failed();
+    /// A list was added or removed.
     void signal_lists_changed();
+    /// A line of @p text for the console, plain and without its end.
     void signal_console(QString text);
 
 public slots:
+    // What the engine reports during a load.
+
     void slot_progress(int current, int total);
     void slot_load_succeeded();
     void slot_load_failed();

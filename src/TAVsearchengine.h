@@ -41,7 +41,8 @@ public:
     void run() override;
 
     /// Reads the file @p path in the caller's thread, in pieces of at most 1023 bytes, and returns whether it could be
-    /// opened and read and every index was good; a bad index or a read error leaves the database empty.
+    /// opened and read and every index was good; a bad index or a read error leaves the database empty. Nothing in this
+    /// program calls it.
     bool loadData(const QString &path);
 
     /// Takes back the traversal mark of every record; says "Database cleared." although it deletes nothing.
@@ -109,9 +110,13 @@ public:
     const QVector<TAVGraph *> &records() const { return graphs; }
 
 signals:
+    /// run() has failed; the database is empty.
     void signal_load_failed();
+    /// run() has read the whole file. The name is spelt so on purpose.
     void signal_load_succedded();
+    /// run() is at line @p current of @p total; every 10 000 lines.
     void signal_progress(int current, int total);
+    /// A line of @p text for the console, plain and without its end.
     void signal_console(QString text);
 
 private:
@@ -144,8 +149,8 @@ private:
 
     QString filename;
     QVector<TAVGraph *> graphs;
-    QStringList spareListA;
-    QStringList spareListB;
+    QStringList spareListA;                     // emptied by clear(); nothing else uses it
+    QStringList spareListB;                     // the same
     std::vector<std::vector<TAVGraph>> storage; // the records themselves; none of the inner vectors ever grows anew
 };
 

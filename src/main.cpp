@@ -11,7 +11,7 @@
 int main(int argc, char *argv[])
 {
     useLargeHeapSteps();
-    // The reader of the error stream, or of a FIFO that a list is saved into, may leave; the window stays.
+    // SIGPIPE would end the program when the reader of standard error, or of a FIFO that a list is saved into, leaves.
     std::signal(SIGPIPE, SIG_IGN);
     failBeyondFileSizeLimit();
     QApplication application(argc, argv);

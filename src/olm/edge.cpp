@@ -11,12 +11,12 @@
 
 namespace
 {
-/// Under everything else until adjust() puts the line right below its vertices.
+/// Below everything else, until adjust() knows the vertices.
 constexpr double initialZ = -10000.0;
 constexpr double zBelowVertices = 0.1;
 /// A line of at most this length is drawn as a point, in scene units.
 constexpr double shortestLine = 5.0;
-/// What the painted line and its label box need around the two ends.
+/// The room around the two ends for the box of the label and the width of the line.
 constexpr double marginX = 20.0;
 constexpr double marginY = 10.0;
 constexpr double marginPen = 1.5;
@@ -105,7 +105,7 @@ void Edge::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*option*/,
     painter->setPen(QPen(colour, hilighted ? edgeWidth + 2 : edgeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->setBrush(Qt::white);
     if (sourcePoint == destPoint) {
-        painter->drawPoint(sourcePoint); // a line without length leaves no trace
+        painter->drawPoint(sourcePoint); // Qt draws nothing for a line without length.
     } else {
         painter->drawLine(QLineF(sourcePoint, destPoint));
     }

@@ -18,27 +18,30 @@ public:
     void setOrig(Node *node) { source = node; }
     void setDest(Node *node) { dest = node; }
 
-    /// Follows the vertices: to be called when one of them has moved or was shown or hidden.
+    /// Moves the line to its vertices. To be called when one of them has moved or was shown or hidden.
     void adjust();
     /// Whether the pair is an edge of the displayed graph; a pair with a hidden vertex never is.
     void resetVisible(bool shown);
-    /// The length of the drawn line, in scene units.
+    /// The length of the drawn line, in scene units. Nothing in this program calls it.
     double length() const;
 
     /// The text drawn at the middle of the line.
     void setLabel(const QString &text);
     /// Draws the line thick and red.
     void setHilighted(bool on);
-    /// The pen width, in scene units, of all edges.
+    /// The pen width, in scene units, of all edges. Nothing in this program calls it.
     static void setEdgeWidth(int width) { edgeWidth = width; }
 
-    /// Writes the names of the ends to the standard error stream; a missing end has an empty name.
+    /// Writes the names of the ends to the standard error stream; a missing end has an empty name. For a debugger:
+    /// nothing in this program calls it.
     void display() const;
 
     QRectF boundingRect() const override;
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *widget) override;
 
 protected:
+    // For scenes in other views: Graph hands no mouse event on to its items.
+
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
 

@@ -29,10 +29,12 @@ class QPainter;
 /// it, taken by best_backup(), and is what update_display() shows. The vertices of a graph are the first slots: vertex
 /// i is slot i. The items of all slots and of all pairs of slots live as long as the graph and are shown or hidden.
 ///
-/// A reader of a text may leave a vertex count outside 0..32 behind; every operation then works on the slots that
-/// exist.
+/// loadg6(), loadolm() and loadCurrentGraph() may leave a vertex count outside 0..32 behind. Every operation then works
+/// on the slots that exist.
 ///
 /// Two locks guard the adjacency, bestLock (taken first) and currentLock; neither is recursive.
+///
+/// The viewer can be put into other programs. What this one does not use says so.
 class Graph : public QGraphicsView
 {
     Q_OBJECT
@@ -44,21 +46,24 @@ public:
     Graph(QString name, bool interactive);
     ~Graph() override;
 
-    /// The change counter of the current graph.
+    /// The change counter of the current graph. Nothing in this program calls it.
     int getID() const { return id; }
     int getNbNodes() const { return nbNodes; }
+    /// The number of entries above the diagonal. Nothing in this program calls it.
     int getNbEdges() const;
-    /// Sets the working directory.
+    /// Sets the directory in which the file dialogs start, and into which autosave() writes.
     void setWD(QString dir) { workDir = std::move(dir); }
     /// A new graph without a scene, named "Clone", that holds a copy of the current graph; the caller owns it.
     Graph *clone() const;
 
-    /// The vertex item of @p slot, null outside the slots; owned by the graph.
+    // The items, owned by the graph. In this program only the tour and the tests ask for them.
+
+    /// The vertex item of @p slot, null outside the slots.
     Node *node(int slot) const;
-    /// The item of the pair @p i, @p j, null outside the slots and on the diagonal; owned by the graph.
+    /// The item of the pair @p i, @p j, null outside the slots and on the diagonal.
     Edge *edgeItem(int i, int j) const;
 
-    // The current graph.
+    // The current graph. Nothing in this program calls remNode(int), invert() or degree().
 
     /// Adds a vertex at the last mouse position; false when all slots are in use.
     bool addNode();
@@ -88,6 +93,7 @@ public:
     // The best graph and the display.
 
     /// Whether vertices @p i and @p j of the best graph are joined; false when they are not two of its vertices.
+    /// Nothing in this program calls it.
     bool bestEdge(int i, int j) const;
     /// Makes the current graph the best one.
     void best_backup();
@@ -95,17 +101,20 @@ public:
     void update_display();
     /// Publishes the current graph: counts a change, makes it the best graph and tells so.
     void changeBest();
-    /// Shows on the background whether a constraint is violated (gray) or not (white).
+    /// Shows on the background whether a constraint is violated (gray) or not (white). Nothing in this program knows a
+    /// constraint: it is never violated.
     void setViolated(bool value);
     /// Takes the lock of the best graph. Whoever holds it only reads and prints the current graph and calls addEdge(),
     /// remEdge() and edge(); what adds or removes vertices, publishes or shows, reads the best graph, or reads or
-    /// writes a file takes it itself.
+    /// writes a file takes it itself. Nothing in this program calls lock() or unlock().
     void lock() { bestLock.lock(); }
     void unlock() { bestLock.unlock(); }
-    /// Writes the change counter and both matrices to the standard error stream.
+    /// Writes the change counter and both matrices to the standard error stream. For a debugger: nothing in this
+    /// program calls it.
     void display();
 
-    // Places and decorations of the items.
+    // Places and decorations of the items. Nothing in this program calls them but resetSizes(): they are for tools that
+    // show invariants of the vertices and the edges.
 
     /// Places vertex @p i, when there is such a vertex.
     void setPos(int i, QPointF position);
@@ -136,7 +145,7 @@ public:
     void rotate(double ax, double ay, double az);
     /// Fits x and y into a box of w x h around the origin, each on its own; z becomes 0.
     void scaleCoords(double w, double h);
-    /// Fits x, y and z into a box of w x h x d around the origin, each on its own.
+    /// Fits x, y and z into a box of w x h x d around the origin, each on its own. Nothing in this program calls it.
     void scaleCoords(double w, double h, double d);
     /// Fits the vertices into a cube of side @p s around the origin and keeps their proportions.
     void scaleCoords(double s);
@@ -144,9 +153,9 @@ public:
     void scaleView(double factor);
     /// Starts or stops the spinning of the drawing.
     void toggleAnim();
-    /// Starts republishing the best graph at intervals while an optimisation run lasts.
+    /// Starts showing the best graph at intervals, while an optimisation run lasts. Nothing in this program runs one.
     void optimizationStarts();
-    /// Ends the republishing, whether or not it was started.
+    /// Stops that, whether or not it was started.
     void optimizationStops();
     /// The sum of the lengths of the current graph's edges in the plane. Takes no lock.
     double sum_edges_length() const;
@@ -155,19 +164,21 @@ public:
     double reorganize();
     /// Relabels the current graph at random.
     void relabel();
-    /// Moves @p k random edges of the current graph, when it has 2 vertices at least.
+    /// Moves up to @p k random edges of the current graph, when it has 2 vertices at least. Nothing in this program
+    /// calls it: it is a step of an optimisation run.
     void perturb(int k);
 
     // Editing.
 
-    /// The slot of the vertex that was pressed last.
+    /// The slot of the vertex that was pressed last. Nothing in this program calls it.
     int getLastClickedNode() const { return lastClickedNode; }
     /// Makes the best graph the current one again: changes that were not published are lost.
     void best_restore();
     /// Records the current graph as the present state of the undo history, in place of all states that were undone.
     void backup();
 
-    // Files and texts. All texts are Latin-1. A file is written completely or not at all.
+    // Files and texts. All texts are Latin-1. A file is written completely or not at all. Nothing in this program calls
+    // autosave(), autoload(), or the readers and writers of texts except loadg6(QString, bool).
 
     /// Writes the current vertices, with names and places, and the best graph's edges on them to a graph file; false
     /// when that is not possible.
@@ -210,19 +221,24 @@ public:
 
     // Printing.
 
-    /// Draws the current graph into a square of side @p size, in device units, shifted by (@p dx, @p dy). Moves the
-    /// vertices.
+    /// Draws the current graph into a square of side @p size, in device units, shifted by (@p dx, @p dy), which nothing
+    /// in this program asks for. Moves the vertices.
     void print(QPainter *painter, double size, double dx = 0.0, double dy = 0.0);
 
 public slots:
+    /// Sets the radius, in scene units, of all vertex items.
     void slot_set_node_radius(double radius);
     /// Places all items at random radii along evenly spaced directions.
     void slot_randomPosition();
-    /// Fits the drawing into its usual box.
+
+    // The usual box is a cube, into which a drawing is fitted with its proportions. @p uniform is ignored.
+
+    /// Fits the drawing into the usual box.
     void slot_rescale(bool uniform);
-    /// Sets the side of the usual box and fits the drawing into it.
+    /// Sets the side of the usual box, in scene units, and fits the drawing into it.
     void slot_rescale_graph(int size);
     void slot_scale_graph(int size, bool uniform);
+
     /// Shortens the edges by relabelling, and reports their length.
     void slot_reorganize();
     /// Relabels the current graph at random, and neither counts nor shows that.
@@ -252,7 +268,7 @@ public slots:
     void slot_undo();
     /// Restores the state that was undone last.
     void slot_redo();
-    /// Counts a change and tells so.
+    /// Counts a change and emits signal_interactive_graph_changed().
     void slot_update();
 
     // Structural commands. Each one publishes and shows its result and records it for undo.
@@ -291,21 +307,33 @@ public slots:
     void slot_link_one_diameter();
 
 signals:
+    // Nothing in this program receives them.
+
+    /// The key R: an optimisation run, a variable neighbourhood search, is asked for.
     void signal_start_vns();
+    /// The key H: the end of the run is asked for.
     void signal_stop_vns();
+    /// Never emitted.
     void coordschanged();
+    /// There is a new best graph, from changeBest() or from loadolm() with fresh vertices.
     void signal_best_graph_changed();
+    /// Never emitted; @p on would tell the edge-drawing mode.
     void signal_set_edit_mode(bool on);
+    /// A line for a console, in @p colour. The bool and the int are left to the receiver to interpret.
     void signal_console(QString text, bool, int, QColor colour);
+    /// hilight() has highlighted vertex @p k alone; -1 stands for none.
     void signal_hilight_node(int k);
+    /// The key M: a new placement of the vertices is asked for.
     void signal_place_graph();
+    /// The space bar: the next graph is asked for.
     void signal_load_next();
+    /// A key was pressed, or slot_reorganize(), slot_update() or a slot of the selection was called.
     void signal_interactive_graph_changed();
 
 protected:
-    /// Adds the edges of an edge list whose labels are vertex names, and publishes the graph. At a label that is none
-    /// the graph is emptied, and the result is false. Tells the vertices of each line, and a label without vertex, on
-    /// standard error.
+    /// Adds the edges of an edge list whose labels are vertex names, and publishes the graph. At a label that names no
+    /// vertex the graph is emptied, and the result is false. Writes the vertices of each line, and such a label, to the
+    /// standard error stream.
     bool importEdges(const QByteArray &text);
 
     bool event(QEvent *event) override;
@@ -401,9 +429,9 @@ private:
     QPoint lastMousePos;
     QString workDir;
     QGraphicsRectItem *selectionRect = nullptr;
-    QMenu *shownMenu = nullptr; // the last one; a child of the view
+    QMenu *shownMenu = nullptr; // the last one that was shown; a child of the view
     double rescaleSize = 300.0;
-    bool uniformScale = false;
+    bool uniformScale = false; // whether the last fit kept the proportions; nothing depends on it
     NewVertex addMode = NewVertex::Clique;
     bool altHeld = false;
     bool ctrlHeld = false;

@@ -14,9 +14,10 @@
 namespace
 {
 constexpr double zoomFactor = 1.1;
-/// A press on empty space clears the selection when it is held longer than this, in milliseconds, ...
+
+// A press on empty space clears the selection when it lasts longer than this, in milliseconds, and moves less than
+// this, the square of a distance in scene units.
 constexpr int longPress = 400;
-/// ... and moves less than this, the square of a distance in scene units.
 constexpr double stillDistanceSquared = 25.0;
 
 struct KeyCommand {
@@ -43,7 +44,7 @@ const KeyCommand controlCommands[] = {
     {Qt::Key_L, &Graph::slot_duplicate_link},
 };
 
-/// The keys without Control; the keys that move the view are moveView()'s.
+/// The keys without Control, except those that move the drawing: moveView() has them.
 const KeyCommand plainCommands[] = {
     {Qt::Key_R, &Graph::signal_start_vns},
     {Qt::Key_H, &Graph::signal_stop_vns},
@@ -85,7 +86,8 @@ QRectF spanned(QPointF a, QPointF b)
 }
 } // namespace
 
-// The viewer's own keys win over the shortcuts of the window around it while the viewer has the keyboard.
+// Before Qt takes a key for a shortcut of the window it sends this event to the widget with the keyboard focus. The
+// viewer accepts it for its own keys, and gets them.
 bool Graph::event(QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride && isControlCommand(static_cast<QKeyEvent *>(event))) {
@@ -95,7 +97,8 @@ bool Graph::event(QEvent *event)
     return QGraphicsView::event(event);
 }
 
-// The mouse. The items get no mouse events from the view: it does itself what a press, a drag or a click on them means.
+// The mouse. The handlers do not call those of QGraphicsView, which would hand the events on to the items: dragging and
+// selecting vertices is done here.
 
 void Graph::mousePressEvent(QMouseEvent *event)
 {
@@ -116,7 +119,7 @@ void Graph::drawEdgeAt(QPointF point)
 {
     for (const int d : verticesAt(point)) {
         const int picked = nodes.indexOf(Node::nodeUnderMouse());
-        // A picked vertex that has left the graph is no partner any more.
+        // The picked vertex may have been removed meanwhile.
         if (isVertex(picked) && picked != d) {
             setEdge(d, picked, !edge(d, picked));
             commit();
@@ -269,7 +272,8 @@ void Graph::keyPressEvent(QKeyEvent *event)
     best_restore();
     altHeld = altHeld || event->key() == Qt::Key_Alt;
     ctrlHeld = ctrlHeld || event->key() == Qt::Key_Control;
-    // They may also have been pressed before the viewer got the keyboard: that counts for this key only.
+    // Alt or Control may have been pressed, and may be released, while another widget has the focus. Then it counts for
+    // this key only.
     const bool alt = altHeld || event->modifiers().testFlag(Qt::AltModifier);
     const bool control = ctrlHeld || event->modifiers().testFlag(Qt::ControlModifier);
     const KeyCommand *entry =
@@ -320,7 +324,7 @@ void Graph::focusOutEvent(QFocusEvent *event)
     QGraphicsView::focusOutEvent(event);
 }
 
-/// Forgets the keys that are held: their releases go elsewhere, to a dialog for example.
+/// Forgets that Alt or Control is held: the widget that has the focus now, a dialog for example, gets its release.
 void Graph::releaseModifiers()
 {
     altHeld = false;
@@ -340,7 +344,7 @@ QString Graph::keyText(Command command)
     return {};
 }
 
-// The selection. It covers the items of all slots, those beyond the graph too.
+// The selection. It is kept for the items of all slots, also of those beyond the graph.
 
 void Graph::slot_select_all()
 {
@@ -374,7 +378,7 @@ void Graph::slot_invert_selection()
 void Graph::setEdgeEditMode(bool on)
 {
     Node::setNodeUnderMouse(nullptr);
-    // A button may be down: its release will find another mode.
+    // A button may be down. Its release comes in the other mode, and ends no drag.
     rubberBanding = false;
     nodeMoved = false;
     if (selectionRect != nullptr) {
@@ -402,7 +406,7 @@ void Graph::best_restore()
 
 void Graph::backup()
 {
-    // An undo on the empty history has left the index below -1.
+    // slot_undo() leaves the index at -2 when the history is empty.
     while (history.size() > qMax(historyIndex + 1, 0)) {
         delete history.takeLast();
     }

@@ -27,7 +27,7 @@ int toInt(QLatin1String field)
     return QString(field).toInt();
 }
 
-/// The coordinate that a field holds; 0 for what the scene cannot place.
+/// The coordinate that a field holds; 0 for infinity and NaN, where QGraphicsScene cannot place an item.
 double toCoordinate(QLatin1String field)
 {
     const double value = QString(field).toDouble();
@@ -106,7 +106,7 @@ std::string restOfLine(std::istream &in, size_t length)
     return line;
 }
 
-/// A vertex count and a text of one character a pair.
+/// A text that is a vertex count, a blank, and one character a pair.
 struct CountAndBits {
     explicit CountAndBits(const QString &data)
     {
@@ -133,8 +133,8 @@ template<typename IsJoined> QString countAndBits(int count, IsJoined isJoined)
 }
 } // namespace
 
-/// Joins or separates the pairs (0, 1), (0, 2), (1, 2), ... of the first @p count slots as isJoined(0), isJoined(1),
-/// ... tell.
+/// Goes through the pairs (0, 1), (0, 2), (1, 2), ... of the first @p count slots and joins pair k when isJoined(k),
+/// or else separates it.
 void Graph::setPairs(int count, const std::function<bool(int)> &isJoined)
 {
     int index = 0;
@@ -351,7 +351,7 @@ bool Graph::loadg6(std::istream &in)
 bool Graph::loadg6(const QString &g6, bool fresh)
 {
     countChange();
-    // A QChar becomes NUL when it is not Latin-1, a QString puts "?" in its place: that would be a size, 0.
+    // QChar::toLatin1() makes NUL, which is no size, of what is not Latin-1; QString::toLatin1() makes "?", the size 0.
     const int n = graph6::valueOf(g6.isEmpty() ? '\0' : g6[0].toLatin1());
     setNbNodes(n);
     if (fresh) {

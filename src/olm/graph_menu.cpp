@@ -6,11 +6,11 @@
 
 namespace
 {
-/// The diameter of the circle that the menu places the vertices on, in scene units.
+/// Of the circle that the menu places the vertices on, in scene units.
 constexpr double circleDiameter = 200.0;
 } // namespace
 
-/// An entry that carries out a command; without a text, a line between entries.
+/// An entry that carries out a command; without a text, a separator.
 struct Graph::MenuEntry {
     QString text;
     Command command = nullptr;
@@ -30,9 +30,9 @@ void Graph::showMenu(QPoint position)
 {
     const bool dragging = rubberBanding || (!edgeEditMode && pressedVertex() != nullptr);
     if (dragging) {
-        return; // The menu would swallow the release of the button.
+        return; // The menu would get the release of the button, and the drag would not end.
     }
-    // Not deleted when it closes: an entry may open a dialog, whose event loop runs inside the menu's own handlers.
+    // Deleted here and not when it closes: the dialog of an entry runs its event loop inside a handler of the menu.
     delete shownMenu;
     shownMenu = createMenu();
     shownMenu->popup(viewport()->mapToGlobal(position));
@@ -102,7 +102,7 @@ void Graph::addEntries(QMenu *menu, const QVector<MenuEntry> &entries)
             menu->addSeparator();
             continue;
         }
-        // The key is text only: keyPressEvent() handles it.
+        // The key is shown as text behind the tab. It is no shortcut of the action: keyPressEvent() handles it.
         const QString key = keyText(entry.command);
         QAction *action = menu->addAction(key.isEmpty() ? entry.text : entry.text + QLatin1Char('\t') + key);
         action->setEnabled(entry.enabled);

@@ -58,8 +58,8 @@ void Graph::slot_print()
     }
     setWD(QFileInfo(path).dir().path());
 
-    // The printer would empty a file that stands there before it writes, and does not tell when the disk is full: it
-    // gets a file that is in memory only.
+    // QPrinter would empty a file that stands there before it writes, and does not tell when the disk is full: it gets
+    // a file that is in memory only.
     QFile pdf;
     if (!pdf.open(::memfd_create("page", MFD_CLOEXEC), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         return;
@@ -90,7 +90,7 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
             if (edge(i, j)) {
                 Edge *line = edges[i][j];
                 const bool shown = line->isVisible();
-                line->resetVisible(true); // An edge that is not displayed has not followed its vertices.
+                line->resetVisible(true); // A hidden edge does not follow its vertices.
                 paintAt(painter, line, origin);
                 line->resetVisible(shown);
             }

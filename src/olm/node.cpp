@@ -23,10 +23,11 @@ constexpr double initialRadius = 40.0;
 /// A release at least this far, in pixels along an axis, from the press puts the vertex there.
 constexpr int dragDistance = 6;
 constexpr int emphasisWidth = 4;
+/// Beyond any screen, and well within the range of int.
 constexpr double farAway = 1e6;
 const QRectF labelBox(QPointF(-41, -10), QPointF(41, 20));
 
-/// A scene that got anything else would neither draw nor find the item again.
+/// QGraphicsScene would neither draw nor find an item at any other place.
 bool isPlace(double x, double y)
 {
     return std::isfinite(x) && std::isfinite(y);
@@ -72,7 +73,7 @@ void Node::initColors()
     NbNodeColors = NodeColor.size();
 }
 
-// A name from a file must not be interpreted as markup in the tool tip.
+// QToolTip takes a text that looks like HTML for HTML: a name from a file must be shown as it is.
 void Node::setName(const QString &text)
 {
     name = text;
@@ -107,7 +108,8 @@ void Node::setPosition(double x, double y, double z)
         return;
     }
     coordZ = z;
-    // Items are sorted by their depth, so that the scene cannot be given the depth of a flat cloud, which is NaN.
+    // The depth of a flat drawing is NaN after a fit in space. QGraphicsScene sorts the items by depth and cannot have
+    // it.
     if (std::isfinite(z)) {
         setZValue(z);
     }
@@ -266,7 +268,7 @@ void Node::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
     if (std::abs(moved.x()) >= dragDistance || std::abs(moved.y()) >= dragDistance) {
         setPosition(event->scenePos().x(), event->scenePos().y(), 0.0);
     }
-    update(); // it is no longer outlined as the vertex under the mouse
+    update(); // without the outline of the vertex under the mouse
     QGraphicsEllipseItem::mouseReleaseEvent(event);
 }
 

@@ -25,9 +25,10 @@ public:
     Node(const Node &) = delete;
     Node &operator=(const Node &) = delete;
 
-    /// Fills the table of vertex colours; has no effect when it is filled.
+    /// Fills the table of vertex colours; a second call has no effect.
     static void initColors();
 
+    /// Attaches an edge, which follows the vertex from now on.
     void addENeighbor(Edge *edge) { eNeighbors.append(edge); }
     QList<Edge *> getENeighbors() const { return eNeighbors; }
     /// Takes over the attached edges of @p other, which gets those of this vertex.
@@ -46,6 +47,7 @@ public:
     void setPosition(double x, double y);
     /// Moves to (x, y, z), and to z in the stacking order when it is finite.
     void setPosition(double x, double y, double z);
+    /// Moves the item by the offset; the coordinates stay those that were given last. Nothing in this program calls it.
     void move(double dx, double dy);
     void move(QPointF offset) { move(offset.x(), offset.y()); }
     QPointF position() const { return pos(); }
@@ -66,38 +68,46 @@ public:
     /// The current graph takes over the displayed one's flag.
     void best_restore() { exists = visible; }
 
-    // The look.
+    // The look. The selection is the editor's own, not that of QGraphicsScene.
 
     void setSelected(bool value) { selected = value; }
     bool isSelected() const { return selected; }
     void toggleSelected() { selected = !selected; }
     void hilight();
     void unhilight();
-    /// Chooses a colour of the table, counted round and round.
+    /// Chooses a colour of the table: entry @p index modulo the number of entries.
     void setColor(int index);
-    /// The short text in the box under the vertex.
+    /// The short text in a box on the vertex, none when empty. The box may reach beyond the bounding rectangle: the
+    /// view must repaint as a whole, as Graph does.
     void setLabel(const QString &text);
     void setRadius(double value);
     double getRadius() const { return radius; }
-    /// Enlarges the vertex by that share of its radius.
+    /// Enlarges the vertex by that share of its radius, 0 by default.
     void setSizeRatio(double value);
+    /// Tells that the vertex is painted for a printer, where it looks the same.
     void setPrintMode(bool on) { printMode = on; }
 
+    /// Where a drag began: for Graph the vertex's place in the scene, for the item's own handlers a place on the
+    /// screen.
     QPoint getMousePressPos() const { return mousePressPos; }
-    /// Takes the nearest whole numbers; a place beyond any screen counts as one at its border.
+    /// Rounds to whole numbers, from -1 000 000 to 1 000 000.
     void setMousePressPos(QPointF point);
 
     /// Shows or hides the information dialog, if there is one.
     void toggleNodeDisplay();
+    /// Adds a row to the information dialog. Nothing in this program calls it.
     void setValue(const QString &valueName, double value);
+    /// Removes the rows. Nothing in this program calls it.
     void resetValues();
 
-    /// The vertex item, of whatever graph, that is pressed or hovered; null when there is none.
+    /// The one vertex item, of whatever graph, that is pressed, or picked as the end of an edge; null when there is
+    /// none.
     static Node *nodeUnderMouse() { return node_under_mouse; }
     /// Makes @p node that item, or none when it was it already.
     static void setNodeUnderMouse(Node *node);
 
-    /// Writes the name and the number of attached edges to the standard error stream.
+    /// Writes the name and the number of attached edges to the standard error stream. For a debugger: nothing in this
+    /// program calls it.
     void display() const;
 
     QRectF boundingRect() const override;
@@ -106,6 +116,9 @@ public:
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant &value) override;
+
+    // For scenes in other views: Graph hands no mouse event on to its items.
+
     void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent *event) override;
     void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
@@ -131,10 +144,10 @@ private:
     double radius;
     bool exists = true;
     bool selected = false;
-    bool marked = false;
+    bool marked = false; // a second emphasis; nothing in this program sets it
     bool hilighted = false;
     QPoint mousePressPos;
-    bool printMode = false;
+    bool printMode = false; // nothing reads it
     std::unique_ptr<NodeDisplay> nodeDisplay;
 
     static QVector<QColor> NodeColor;

@@ -35,7 +35,7 @@ void NodeDisplay::setValue(const QString &name, double value)
 
 void NodeDisplay::resetValues()
 {
-    table->clear(); // deletes the items of the cells and of the headers
+    table->clear(); // QTableWidget deletes the items, those of the headers too
     table->setRowCount(0);
     table->setColumnCount(1);
     nbValues = 0;

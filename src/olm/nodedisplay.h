@@ -15,7 +15,8 @@ class NodeDisplay : public QDialog
 public:
     explicit NodeDisplay(const QString &name);
 
-    /// Appends a row; the same name twice gives two rows.
+    /// Appends a row; the same name twice gives two rows. Nothing in this program adds a row: a tool that knows values
+    /// of the vertices can.
     void setValue(const QString &name, double value);
     /// Removes all rows.
     void resetValues();

@@ -18,7 +18,7 @@ int olm_rand(int n)
     if (value < n) {
         return value;
     }
-    // Reached when qrand() returns its maximum.
+    // qrand() has returned its greatest number.
     std::cerr << "ERROR IN OLM_RAND(int)" << std::endl;
     return n - 1;
 }

@@ -28,7 +28,7 @@ struct System {
     QVector<double> b;
     QVector<int> perm;
 
-    /// Brings the entry of largest magnitude in the rows and columns from @p k on to (k, k) and returns it.
+    /// Brings the largest entry, by magnitude, of the rows and columns from @p k on to (k, k), and returns it.
     double bringPivot(int k);
     /// Turns column @p k into a unit column.
     void eliminate(int k, double pivot);

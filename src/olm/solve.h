@@ -11,7 +11,8 @@
 /// @return   the n unknowns, then the intercept; unknowns that the centred system does not determine are 0
 /// @throw    the int 1, with the sizes on the standard error stream, when the sizes do not fit
 ///
-/// Gauss-Jordan elimination with complete pivoting; pivots of at most 0.0001 count as zero.
+/// Gauss-Jordan elimination with complete pivoting; pivots of at most 0.0001 count as zero. Nothing in this program
+/// calls it.
 QVector<double> solve(QVector<QVector<double>> M, QVector<double> v);
 
 #endif
