@@ -24,8 +24,8 @@ double randomCoordinate()
 
 void writeMatrix(const QVector<QVector<bool>> &matrix, int size)
 {
-    for (int i = 0; i < size; i++) {
-        for (int j = 0; j < size; j++) {
+    for (int i = 0; i < size; ++i) {
+        for (int j = 0; j < size; ++j) {
             std::cerr << matrix[i][j] << " ";
         }
         std::cerr << std::endl;
@@ -56,8 +56,8 @@ Graph::~Graph()
     if (scene != nullptr) {
         return; // QGraphicsScene deletes its items.
     }
-    for (int i = 0; i < MAX_NODES; i++) {
-        for (int j = 0; j < i; j++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
+        for (int j = 0; j < i; ++j) {
             delete edges[i][j];
         }
     }
@@ -98,12 +98,12 @@ void Graph::createItems()
     const QMutexLocker currentLocker(&currentLock);
     edges.fill(QVector<Edge *>(MAX_NODES, nullptr), MAX_NODES);
     adjacency.fill(QVector<bool>(MAX_NODES, true), MAX_NODES);
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         adjacency[i][i] = false;
     }
     bestAdjacency = adjacency;
 
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         const double x = randomCoordinate();
         const double y = randomCoordinate();
         auto *vertex = new Node(x, y, 10.0, 10.0, QStringLiteral("Node %1").arg(i + 1), interactive);
@@ -111,7 +111,7 @@ void Graph::createItems()
         if (interactive) {
             scene->addItem(vertex);
         }
-        for (int j = 0; j < i; j++) {
+        for (int j = 0; j < i; ++j) {
             auto *pair = new Edge(vertex, nodes[j]);
             edges[i][j] = pair;
             edges[j][i] = pair;
@@ -142,8 +142,8 @@ int Graph::getNbEdges() const
     const QMutexLocker locker(&currentLock);
     const int n = usedSlots(nbNodes);
     int count = 0;
-    for (int i = 0; i < n; i++) {
-        for (int j = i + 1; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) {
             count += adjacency[i][j] ? 1 : 0;
         }
     }
@@ -160,13 +160,13 @@ Graph *Graph::clone() const
 // The counter starts at a random number, so that it may pass the greatest int. It then goes on at the least one.
 void Graph::countChange()
 {
-    id = static_cast<int>(static_cast<unsigned>(id) + 1U);
+    id = int(unsigned(id) + 1U);
 }
 
 void Graph::setNbNodes(int count)
 {
     nbNodes = count;
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         nodes[i]->setExists(i < nbNodes);
     }
 }
@@ -192,7 +192,7 @@ bool Graph::remNode()
         return false;
     }
     setNbNodes(last);
-    for (int i = 0; i < last; i++) {
+    for (int i = 0; i < last; ++i) {
         remEdge(i, last);
     }
     countChange();
@@ -209,18 +209,18 @@ bool Graph::remNode(int k)
     {
         const QMutexLocker locker(&currentLock);
         setNbNodes(last);
-        for (int i = 0; i < last; i++) {
+        for (int i = 0; i < last; ++i) {
             if (i != k) {
                 adjacency[k][i] = adjacency[last][i];
             }
         }
-        for (int i = 0; i < last; i++) {
+        for (int i = 0; i < last; ++i) {
             if (i != k) {
                 adjacency[i][k] = adjacency[i][last];
             }
         }
     }
-    for (int i = 0; i < last; i++) {
+    for (int i = 0; i < last; ++i) {
         remEdge(last, i);
     }
     countChange();
@@ -287,7 +287,7 @@ int Graph::degree(int i) const
         return 0;
     }
     int count = 0;
-    for (int j = 0; j < usedSlots(nbNodes); j++) {
+    for (int j = 0; j < usedSlots(nbNodes); ++j) {
         count += adjacency[i][j] || adjacency[j][i] ? 1 : 0;
     }
     return count;
@@ -295,8 +295,8 @@ int Graph::degree(int i) const
 
 void Graph::clear()
 {
-    for (int i = 0; i < MAX_NODES; i++) {
-        for (int j = i + 1; j < MAX_NODES; j++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
+        for (int j = i + 1; j < MAX_NODES; ++j) {
             remEdge(i, j);
         }
     }
@@ -309,13 +309,13 @@ void Graph::copy(const Graph *other)
     const int n = usedSlots(nbNodes);
     // Read before the lock is taken: edge() locks the other graph, which may be this one.
     QVector<QVector<bool>> joined(n, QVector<bool>(n));
-    for (int i = 0; i < n; i++) {
-        for (int j = 0; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
             joined[i][j] = other->edge(i, j);
         }
     }
     const QMutexLocker locker(&currentLock);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         std::copy(joined[i].cbegin(), joined[i].cend(), adjacency[i].begin());
     }
     countChange();
@@ -324,8 +324,8 @@ void Graph::copy(const Graph *other)
 void Graph::invert()
 {
     const int n = usedSlots(nbNodes);
-    for (int i = 0; i < n; i++) {
-        for (int j = 0; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
             toggleEdge(i, j);
         }
     }
@@ -338,8 +338,8 @@ void Graph::randomGraph(int n)
     }
     while (nbNodes > n && remNode()) {
     }
-    for (int i = 0; i < nbNodes; i++) {
-        for (int j = i + 1; j < nbNodes; j++) {
+    for (int i = 0; i < nbNodes; ++i) {
+        for (int j = i + 1; j < nbNodes; ++j) {
             setEdge(i, j, is_odd(qrand()));
         }
     }
@@ -360,7 +360,7 @@ void Graph::best_backup()
     const QMutexLocker currentLocker(&currentLock);
     bestAdjacency = adjacency;
     bestNbNodes = nbNodes;
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         nodes[i]->setExists(i < bestNbNodes);
         nodes[i]->best_backup();
     }
@@ -371,10 +371,10 @@ void Graph::update_display()
 {
     const QMutexLocker bestLocker(&bestLock);
     const QMutexLocker currentLocker(&currentLock);
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         nodes[i]->resetVisible(i < bestNbNodes, true);
         nodes[i]->best_backup();
-        for (int j = 0; j < i; j++) {
+        for (int j = 0; j < i; ++j) {
             edges[i][j]->resetVisible(bestAdjacency[i][j]);
         }
         nodes[i]->updateVisible();

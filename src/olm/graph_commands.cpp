@@ -15,8 +15,8 @@ const QPointF copyOffset(-10, 10);
 /// Calls apply(i, j) for all pairs i < j of @p vertices, which are sorted.
 template<typename Apply> void forEachPair(const QVector<int> &vertices, Apply apply)
 {
-    for (int b = 1; b < vertices.size(); b++) {
-        for (int a = 0; a < b; a++) {
+    for (int b = 1; b < vertices.size(); ++b) {
+        for (int a = 0; a < b; ++a) {
             apply(vertices[a], vertices[b]);
         }
     }
@@ -34,7 +34,7 @@ void Graph::commit()
 /// Clears all entries of @p slot, which may be left over from an earlier vertex; currentLock is held.
 void Graph::clearEntries(int slot)
 {
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         adjacency[slot][i] = false;
         adjacency[i][slot] = false;
     }
@@ -44,7 +44,7 @@ void Graph::clearEntries(int slot)
 QVector<int> Graph::selectedVertices(int count) const
 {
     QVector<int> selected;
-    for (int i = 0; i < usedSlots(count); i++) {
+    for (int i = 0; i < usedSlots(count); ++i) {
         if (nodes[i]->isSelected()) {
             selected.append(i);
         }
@@ -64,7 +64,7 @@ void Graph::addJoinedVertex(NewVertex kind)
     setNbNodes(added + 1);
     nodes[added]->setPosition(place.x(), place.y(), 0.0);
     nodes[added]->setSelected(kind == NewVertex::Clique);
-    for (int i = 0; i <= added; i++) {
+    for (int i = 0; i <= added; ++i) {
         setEdge(i, added, nodes[i]->isSelected());
     }
     for (Node *vertex : qAsConst(nodes)) {
@@ -122,8 +122,8 @@ void Graph::slot_reme()
 void Graph::slot_remcut()
 {
     const int n = usedSlots(nbNodes);
-    for (int i = 0; i < n; i++) {
-        for (int j = i + 1; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) {
             if (nodes[i]->isSelected() != nodes[j]->isSelected()) {
                 remEdge(i, j);
             }
@@ -140,15 +140,15 @@ void Graph::slot_remv()
     {
         const QMutexLocker locker(&currentLock);
         nbNodes = usedSlots(nbNodes);
-        for (int v = nbNodes - 1; v >= 0; v--) {
+        for (int v = nbNodes - 1; v >= 0; --v) {
             if (nodes[v]->isSelected()) {
                 clearEntries(v);
                 fillHole(v, nbNodes - 1);
-                nbNodes--;
+                --nbNodes;
             }
         }
-        for (int i = 0; i < MAX_NODES; i++) {
-            for (int j = i + 1; j < MAX_NODES; j++) {
+        for (int i = 0; i < MAX_NODES; ++i) {
+            for (int j = i + 1; j < MAX_NODES; ++j) {
                 if (j >= nbNodes) {
                     adjacency[i][j] = false;
                     adjacency[j][i] = false;
@@ -169,7 +169,7 @@ void Graph::fillHole(int slot, int last)
         return;
     }
     adjacency[slot] = adjacency[last];
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         adjacency[i][slot] = adjacency[i][last];
     }
     // The edge items stay with their slots: the moved vertex gets those of its new slot.
@@ -188,7 +188,7 @@ void Graph::duplicate(bool asTwins, bool linked)
         return;
     }
     setNbNodes(first + count);
-    for (int m = 0; m < count; m++) {
+    for (int m = 0; m < count; ++m) {
         Node *copied = nodes[first + m];
         const QPointF place = nodes[sources[m]]->pos() + copyOffset;
         copied->setPosition(place.x(), place.y(), 0.0);
@@ -196,11 +196,11 @@ void Graph::duplicate(bool asTwins, bool linked)
         const QMutexLocker locker(&currentLock);
         clearEntries(first + m);
     }
-    for (int a = 0; a < count; a++) {
-        for (int b = 0; b < count; b++) {
+    for (int a = 0; a < count; ++a) {
+        for (int b = 0; b < count; ++b) {
             setEdge(first + a, first + b, edge(sources[a], sources[b]));
         }
-        for (int w = 0; asTwins && w < first; w++) {
+        for (int w = 0; asTwins && w < first; ++w) {
             setEdge(first + a, w, edge(sources[a], w));
         }
         if (linked) {
@@ -252,8 +252,8 @@ void Graph::linkDiametralPairs(bool onlyOne)
             addEdge(i, j);
         }
     } else {
-        for (int i = 0; i < n; i++) {
-            for (int j = 0; j < i; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < i; ++j) {
                 if (distance[i][j] == diameter) {
                     addEdge(i, j);
                 }

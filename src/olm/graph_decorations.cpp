@@ -16,7 +16,7 @@ int colorIndex(double value)
     if (std::isnan(value)) {
         return 0;
     }
-    return static_cast<int>(std::clamp(value, double{Int::min()}, double{Int::max()}));
+    return int(std::clamp(value, double{Int::min()}, double{Int::max()}));
 }
 } // namespace
 
@@ -39,7 +39,7 @@ void Graph::setLabels(const QVector<double> &values)
     if (values.isEmpty()) {
         resetLabels();
     }
-    for (int i = 0; i < usedSlots(values.size()); i++) {
+    for (int i = 0; i < usedSlots(values.size()); ++i) {
         nodes[i]->setLabel(std::abs(values[i]) < 1e-06 ? QStringLiteral("0") : numberText(values[i]));
     }
 }
@@ -54,8 +54,8 @@ void Graph::resetLabels()
 /// Calls apply(edge item, i, j) for the edges j < i of the current graph among the displayed vertices.
 template<typename Apply> void Graph::forEachDisplayedEdge(Apply apply)
 {
-    for (int i = 0; i < usedSlots(bestNbNodes); i++) {
-        for (int j = 0; j < i; j++) {
+    for (int i = 0; i < usedSlots(bestNbNodes); ++i) {
+        for (int j = 0; j < i; ++j) {
             if (edge(i, j)) {
                 apply(edges[i][j], i, j);
             }
@@ -87,7 +87,7 @@ void Graph::setColors(const QVector<double> &values)
     if (values.isEmpty()) {
         resetColors();
     }
-    for (int i = 0; i < usedSlots(values.size()); i++) {
+    for (int i = 0; i < usedSlots(values.size()); ++i) {
         nodes[i]->setColor(colorIndex(values[i]));
     }
 }
@@ -111,7 +111,7 @@ void Graph::setSizes(const QVector<double> &values)
         max = std::max(max, value);
     }
     const double range = max - min < 1e-06 ? 1.0 : max - min;
-    for (int i = 0; i < usedSlots(values.size()); i++) {
+    for (int i = 0; i < usedSlots(values.size()); ++i) {
         const double ratio = (values[i] - min) / range;
         nodes[i]->setSizeRatio(std::isfinite(ratio) ? ratio : 0.0);
     }
@@ -126,7 +126,7 @@ void Graph::resetSizes()
 
 void Graph::hilight(int k)
 {
-    for (int i = 0; i < MAX_NODES; i++) {
+    for (int i = 0; i < MAX_NODES; ++i) {
         if (i == k) {
             nodes[i]->hilight();
         } else {

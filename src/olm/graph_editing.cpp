@@ -154,7 +154,7 @@ void Graph::pressAt(QPointF point, bool alt)
 
 void Graph::joinSelectionTo(int vertex)
 {
-    for (int j = 0; j < MAX_NODES; j++) {
+    for (int j = 0; j < MAX_NODES; ++j) {
         if (j != vertex && nodes[j]->isSelected()) {
             addEdge(vertex, j);
         }
@@ -246,7 +246,7 @@ QVector<int> Graph::verticesAmong(const QList<QGraphicsItem *> &items) const
     for (const QGraphicsItem *item : items) {
         const auto found = std::find(nodes.cbegin(), nodes.cend(), item);
         if (found != nodes.cend()) {
-            vertices.append(static_cast<int>(found - nodes.cbegin()));
+            vertices.append(int(found - nodes.cbegin()));
         }
     }
     return vertices;
@@ -336,7 +336,7 @@ QString Graph::keyText(Command command)
 {
     const auto matches = [command](const KeyCommand &entry) { return entry.command == command; };
     if (const KeyCommand *entry = findCommand(controlCommands, matches)) {
-        return QKeySequence(static_cast<int>(Qt::CTRL) + entry->key).toString(QKeySequence::NativeText);
+        return QKeySequence(int(Qt::CTRL) + entry->key).toString(QKeySequence::NativeText);
     }
     if (const KeyCommand *entry = findCommand(plainCommands, matches)) {
         return QKeySequence(entry->key).toString(QKeySequence::NativeText);
@@ -417,7 +417,7 @@ void Graph::backup()
 void Graph::slot_undo()
 {
     if (historyIndex != 0) {
-        historyIndex--;
+        --historyIndex;
     }
     restoreFromHistory();
 }
@@ -425,7 +425,7 @@ void Graph::slot_undo()
 void Graph::slot_redo()
 {
     if (historyIndex < history.size() - 1) {
-        historyIndex++;
+        ++historyIndex;
     }
     restoreFromHistory();
 }

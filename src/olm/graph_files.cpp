@@ -37,7 +37,7 @@ double toCoordinate(QLatin1String field)
 /// Reads name and place of the first @p count vertices, a line each; false at the first line that is too short.
 bool readVertices(TextParts &lines, const QVector<Node *> &nodes, int count)
 {
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         TextParts fields = TextParts::fields(lines.next());
         const QLatin1String name = fields.next();
         const QLatin1String x = fields.next();
@@ -56,7 +56,7 @@ bool readVertices(TextParts &lines, const QVector<Node *> &nodes, int count)
 bool readMatrix(QLatin1String line, int count, QVector<bool> &entries)
 {
     TextParts fields = TextParts::fields(line);
-    for (int k = 0; k < count; k++) {
+    for (int k = 0; k < count; ++k) {
         if (fields.atEnd()) {
             return false;
         }
@@ -124,8 +124,8 @@ struct CountAndBits {
 template<typename IsJoined> QString countAndBits(int count, IsJoined isJoined)
 {
     QString text = QString::number(count) + QLatin1Char(' ');
-    for (int j = 1; j < count; j++) {
-        for (int i = 0; i < j; i++) {
+    for (int j = 1; j < count; ++j) {
+        for (int i = 0; i < j; ++i) {
             text.append(QLatin1Char(isJoined(j, i) ? '1' : '0'));
         }
     }
@@ -138,10 +138,10 @@ template<typename IsJoined> QString countAndBits(int count, IsJoined isJoined)
 void Graph::setPairs(int count, const std::function<bool(int)> &isJoined)
 {
     int index = 0;
-    for (int j = 1; j < usedSlots(count); j++) {
-        for (int i = 0; i < j; i++) {
+    for (int j = 1; j < usedSlots(count); ++j) {
+        for (int i = 0; i < j; ++i) {
             setEdge(i, j, isJoined(index));
-            index++;
+            ++index;
         }
     }
 }
@@ -156,13 +156,13 @@ QByteArray Graph::graphText(TextKind kind) const
     if (kind == TextKind::Autosave) {
         text += QString::number(id) + QLatin1Char('\n');
     }
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = nodes[i]->position();
         text += nodes[i]->nodeName() + QLatin1Char('\t') + numberText(place.x()) + QLatin1Char('\t') +
                 numberText(place.y()) + QLatin1Char('\n');
     }
-    for (int i = 0; i < n; i++) {
-        for (int j = 0; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
             text += QLatin1String(bestAdjacency[i][j] ? "1\t" : "0\t");
         }
     }
@@ -187,7 +187,7 @@ bool Graph::readGraph(const QByteArray &text, TextKind kind)
         emit signal_console(QStringLiteral("Graph:%1").arg(n), false, 1, Qt::gray);
         id = olm_rand(1000000);
     }
-    for (int i = 0; i < n && addNode(); i++) {
+    for (int i = 0; i < n && addNode(); ++i) {
     }
     {
         const QMutexLocker locker(&bestLock);
@@ -196,8 +196,8 @@ bool Graph::readGraph(const QByteArray &text, TextKind kind)
             std::cerr << "ERROR IN FILE FORMAT" << std::endl;
             return false;
         }
-        for (int i = 0; i < n; i++) {
-            for (int j = i + 1; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = i + 1; j < n; ++j) {
                 setEdge(i, j, entries[i * n + j]);
             }
         }
@@ -251,8 +251,8 @@ bool Graph::export_graph(const QString &path) const
 {
     const QMutexLocker locker(&bestLock);
     QString text;
-    for (int i = 0; i < usedSlots(nbNodes); i++) {
-        for (int j = i + 1; j < usedSlots(nbNodes); j++) {
+    for (int i = 0; i < usedSlots(nbNodes); ++i) {
+        for (int j = i + 1; j < usedSlots(nbNodes); ++j) {
             if (edge(i, j)) {
                 text += QStringLiteral("%1\t%2\n").arg(i).arg(j);
             }
@@ -275,7 +275,7 @@ bool Graph::import_el(const QString &path)
     for (Labels ends; takeLabels(lines, ends);) {
         labels.insert({ends.first, ends.second});
     }
-    const int n = static_cast<int>(labels.size());
+    const int n = int(labels.size());
     emit signal_console(QStringLiteral("Graph:%1").arg(n), false, 1, Qt::gray);
     id = olm_rand(1000000);
     if (n > MAX_NODES) {
@@ -286,7 +286,7 @@ bool Graph::import_el(const QString &path)
         addNode();
         nodes[vertex]->setName(label);
         std::cerr << qPrintable(nodes[vertex]->getName()) << std::endl;
-        vertex++;
+        ++vertex;
     }
     return importEdges(text);
 }
@@ -320,7 +320,7 @@ bool Graph::importEdges(const QByteArray &text)
 /// The last vertex of that name, -1 when there is none.
 int Graph::vertexNamed(const QString &label) const
 {
-    for (int vertex = usedSlots(nbNodes) - 1; vertex >= 0; vertex--) {
+    for (int vertex = usedSlots(nbNodes) - 1; vertex >= 0; --vertex) {
         if (nodes[vertex]->getName() == label) {
             return vertex;
         }
@@ -337,7 +337,7 @@ bool Graph::loadg6(std::istream &in)
     const int n = graph6::valueOf(in.get(size) ? size : '\0');
     setNbNodes(n);
     clear();
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         addNode();
     }
     if (!isGraph6Size(n)) {
@@ -356,7 +356,7 @@ bool Graph::loadg6(const QString &g6, bool fresh)
     setNbNodes(n);
     if (fresh) {
         clear();
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             addNode();
         }
         best_backup();
@@ -399,7 +399,7 @@ void Graph::loadolm(const QString &text, bool fresh)
     if (fresh) {
         clear();
         best_backup();
-        for (int i = 0; i < graph.count && addNode(); i++) {
+        for (int i = 0; i < graph.count && addNode(); ++i) {
         }
         best_backup();
     }

@@ -58,7 +58,7 @@ double fit(double value, const Range &range, double size)
 Bounds planeBounds(const QVector<Node *> &nodes, int count)
 {
     Bounds bounds;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         bounds.x.add(nodes[i]->pos().x());
         bounds.y.add(nodes[i]->pos().y());
         bounds.z.add(nodes[i]->getCoordZ());
@@ -102,7 +102,7 @@ void Graph::place_circle(double diameter)
 {
     const double radius = diameter / 2;
     const int n = usedSlots(nbNodes);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const double angle = 2 * i * 3.14159265 / n;
         nodes[i]->setPosition(radius * std::cos(angle), radius * std::sin(angle));
     }
@@ -110,7 +110,7 @@ void Graph::place_circle(double diameter)
 
 void Graph::slot_randomPosition()
 {
-    for (int k = 0; k < MAX_NODES; k++) {
+    for (int k = 0; k < MAX_NODES; ++k) {
         const double t = qrand() * 30.0 / 2147483647.0;
         const double angle = k * 6.2831853 / MAX_NODES;
         nodes[k]->QGraphicsItem::setPos(5 * t * std::sin(angle), 5 * t * std::cos(angle));
@@ -134,13 +134,13 @@ void Graph::center()
     }
     QPointF mean;
     double meanZ = 0.0;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         mean += nodes[i]->pos();
         meanZ += nodes[i]->getCoordZ();
     }
     mean /= n;
     meanZ /= n;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = nodes[i]->pos() - mean;
         nodes[i]->setPosition(place.x(), place.y(), nodes[i]->getCoordZ() - meanZ);
     }
@@ -149,7 +149,7 @@ void Graph::center()
 void Graph::rotate(double ax, double ay, double az)
 {
     center();
-    for (int i = 0; i < usedSlots(bestNbNodes); i++) {
+    for (int i = 0; i < usedSlots(bestNbNodes); ++i) {
         const double x = nodes[i]->pos().x();
         const double y = nodes[i]->pos().y();
         const double z = nodes[i]->getCoordZ();
@@ -168,7 +168,7 @@ void Graph::scaleCoords(double w, double h)
     uniformScale = false;
     const int n = usedSlots(bestNbNodes);
     const Bounds bounds = planeBounds(nodes, n);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = nodes[i]->pos();
         nodes[i]->setPosition(fit(place.x(), bounds.x, w), fit(place.y(), bounds.y, h));
     }
@@ -179,7 +179,7 @@ void Graph::scaleCoords(double w, double h, double d)
     uniformScale = true;
     const int n = usedSlots(bestNbNodes);
     const Bounds bounds = spaceBounds(nodes, n);
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = nodes[i]->pos();
         placeInSpace(*nodes[i], fit(place.x(), bounds.x, w), fit(place.y(), bounds.y, h),
                      fit(nodes[i]->getCoordZ(), bounds.z, d));
@@ -192,7 +192,7 @@ void Graph::scaleCoords(double s)
     const int n = usedSlots(bestNbNodes);
     const Bounds bounds = spaceBounds(nodes, n);
     const double extent = std::max({bounds.x.length(), bounds.y.length(), bounds.z.length()});
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = nodes[i]->pos();
         placeInSpace(*nodes[i], fit(place.x(), bounds.x.min, extent, s), fit(place.y(), bounds.y.min, extent, s),
                      fit(nodes[i]->getCoordZ(), bounds.z.min, extent, s));
@@ -265,8 +265,8 @@ double Graph::sum_edges_length() const
 {
     const int n = usedSlots(nbNodes);
     double sum = 0.0;
-    for (int i = 0; i < n; i++) {
-        for (int j = i + 1; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) {
             if (adjacency[i][j]) {
                 sum += QLineF(nodes[i]->position(), nodes[j]->position()).length();
             }
@@ -279,10 +279,10 @@ double Graph::sum_edges_length() const
 void Graph::swapVertices(int i, int j)
 {
     const int n = usedSlots(nbNodes);
-    for (int k = 0; k < n; k++) {
+    for (int k = 0; k < n; ++k) {
         std::swap(adjacency[i][k], adjacency[j][k]);
     }
-    for (int k = 0; k < n; k++) {
+    for (int k = 0; k < n; ++k) {
         std::swap(adjacency[k][i], adjacency[k][j]);
     }
 }
@@ -295,8 +295,8 @@ double Graph::reorganize()
     bool improved = true;
     while (improved) {
         improved = false;
-        for (int i = 0; i < n; i++) {
-            for (int j = i + 1; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = i + 1; j < n; ++j) {
                 swapVertices(i, j);
                 const double length = sum_edges_length();
                 if (best - 1e-6 > length) {
@@ -318,7 +318,7 @@ void Graph::relabel()
     if (n < 2) {
         return;
     }
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         swapVertices(i, otherRandomVertex(i, n));
     }
 }
@@ -329,7 +329,7 @@ void Graph::perturb(int k)
     if (n < 2) {
         return;
     }
-    for (int move = 0; move < k; move++) {
+    for (int move = 0; move < k; ++move) {
         const int u = qrand() % n;
         const int v = otherRandomVertex(u, n);
         const int s = qrand() % n;

@@ -85,8 +85,8 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
     const int n = usedSlots(nbNodes);
 
     // The edges first, so that the discs cover their ends.
-    for (int i = 0; i < n; i++) {
-        for (int j = i + 1; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) {
             if (edge(i, j)) {
                 Edge *line = edges[i][j];
                 const bool shown = line->isVisible();
@@ -96,7 +96,7 @@ void Graph::print(QPainter *painter, double size, double dx, double dy)
             }
         }
     }
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         Node *vertex = nodes[i];
         const double radius = vertex->getRadius();
         vertex->setRadius(vertexRadius);

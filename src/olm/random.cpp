@@ -14,7 +14,7 @@ int olm_rand(int n)
     if (n < 1) {
         return 0;
     }
-    const int value = static_cast<int>(olm_rand() * n);
+    const int value = int(olm_rand() * n);
     if (value < n) {
         return value;
     }

@@ -39,8 +39,8 @@ double System::bringPivot(int k)
     const int n = b.size();
     int row = k;
     int column = k;
-    for (int r = k; r < n; r++) {
-        for (int q = k; q < n; q++) {
+    for (int r = k; r < n; ++r) {
+        for (int q = k; q < n; ++q) {
             if (std::abs(A[r][q]) > std::abs(A[row][column])) {
                 row = r;
                 column = q;
@@ -63,12 +63,12 @@ void System::eliminate(int k, double pivot)
         entry /= pivot;
     }
     b[k] /= pivot;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         if (i == k) {
             continue;
         }
         const double factor = A[i][k];
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             if (j != k) {
                 A[i][j] -= factor * A[k][j];
             }
@@ -86,7 +86,7 @@ QVector<double> solve(QVector<QVector<double>> M, QVector<double> v)
 
     QVector<double> columnMean(n, 0.0);
     for (const QVector<double> &row : qAsConst(M)) {
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             columnMean[j] += row[j];
         }
     }
@@ -97,7 +97,7 @@ QVector<double> solve(QVector<QVector<double>> M, QVector<double> v)
 
     System system{std::move(M), std::move(v), QVector<int>(n)};
     for (QVector<double> &row : system.A) {
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             row[j] -= columnMean[j];
         }
     }
@@ -106,7 +106,7 @@ QVector<double> solve(QVector<QVector<double>> M, QVector<double> v)
     }
     std::iota(system.perm.begin(), system.perm.end(), 0);
 
-    for (int k = 0; k < n; k++) {
+    for (int k = 0; k < n; ++k) {
         const double pivot = system.bringPivot(k);
         if (!(std::abs(pivot) > smallestPivot)) {
             std::fill(system.b.begin() + k, system.b.end(), 0.0);
@@ -116,11 +116,11 @@ QVector<double> solve(QVector<QVector<double>> M, QVector<double> v)
     }
 
     QVector<double> solution(n + 1);
-    for (int j = 0; j < n; j++) {
+    for (int j = 0; j < n; ++j) {
         solution[system.perm[j]] = system.b[j];
     }
     solution[n] = mean;
-    for (int q = 0; q < n; q++) {
+    for (int q = 0; q < n; ++q) {
         solution[n] -= solution[q] * columnMean[q];
     }
     return solution;
