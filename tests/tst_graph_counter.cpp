@@ -4,7 +4,7 @@
 
 #include <limits>
 
-// Takes the place of the toolkit's generator in this program: the counter of a graph starts at its greatest number.
+// Takes the place of Qt's generator in this program: the counter of a graph starts at its greatest number.
 int qrand()
 {
     return std::numeric_limits<int>::max();
