@@ -219,7 +219,9 @@ struct PlainGraph {
     void backup()
     {
         bestN = n;
-        std::copy(&a[0][0], &a[0][0] + 32 * 32, &best[0][0]);
+        for (int i = 0; i < 32; ++i) {
+            std::copy(std::begin(a[i]), std::end(a[i]), std::begin(best[i]));
+        }
     }
 
     QByteArray display() const

@@ -65,7 +65,7 @@ void addFocusRows()
 
 QWidget *focusIn(const MainWindowFixture &fixture, const QString &name)
 {
-    QWidget *widget = fixture.window->findChild<QWidget *>(name);
+    auto *widget = fixture.window->findChild<QWidget *>(name);
     if (name.isEmpty()) {
         widget = driver::button(fixture.window, QStringLiteral("Load database"));
     }
