@@ -203,14 +203,13 @@ private:
         for (int i = 0; i < n; i++) {
             for (int j = i + 1; j < n; j++) {
                 const bool both = selected[i] && selected[j];
-                if (name == QLatin1String("adde") && both) {
-                    join(i, j, true);
-                } else if (name == QLatin1String("reme") && both) {
+                const bool across = selected[i] != selected[j];
+                if ((name == QLatin1String("reme") && both) || (name == QLatin1String("remcut") && across)) {
                     join(i, j, false);
+                } else if (name == QLatin1String("adde") && both) {
+                    join(i, j, true);
                 } else if (name == QLatin1String("complement") && both) {
                     join(i, j, !joined[i][j]);
-                } else if (name == QLatin1String("remcut") && selected[i] != selected[j]) {
-                    join(i, j, false);
                 }
             }
         }
@@ -505,7 +504,7 @@ void TestGraphCommands::changeCounter()
     QFETCH(int, changes);
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, 4, QStringLiteral("0-1 1-2 2-3"), {1, 2});
-    const unsigned before = unsigned(graph.getID());
+    const auto before = unsigned(graph.getID());
     (graph.*run)();
     QCOMPARE(unsigned(graph.getID()) - before, unsigned(changes));
 }
@@ -786,7 +785,7 @@ void TestGraphCommands::diameterOfFewVertices()
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, n, QString());
     SignalRecorder recorder(graph);
-    const unsigned id = unsigned(graph.getID());
+    const auto id = unsigned(graph.getID());
     const int before = graphtext::living();
     (graph.*run)();
     QCOMPARE(recorder.recorded(), (QStringList{QStringLiteral("best_graph_changed")}));
