@@ -19,7 +19,10 @@ TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this
 {
     connect(engine, &TAVSearchEngine::signal_progress, mailbox,
             [this](int current, int total) { slot_progress(current, total); });
-    connect(engine, &TAVSearchEngine::signal_load_failed, mailbox, [this] { slot_load_failed(); });
+    connect(engine, &TAVSearchEngine::signal_load_failed, mailbox, [this] {
+        fault = engine->fileFault();
+        slot_load_failed();
+    });
     connect(engine, &TAVSearchEngine::signal_load_succedded, mailbox, [this] { slot_load_succeeded(); });
     connect(engine, &TAVSearchEngine::signal_console, mailbox, [this](const QString &text) { slot_console(text); });
 }
@@ -120,11 +123,12 @@ bool TAVManager::addOverList(const QString &newName, const QString &sourceName)
 
 bool TAVManager::addListFromFile(const QString &newName, const QString &fileName)
 {
+    fault.clear();
     if (newName.isEmpty() || indexOf(newName) >= 0) {
         return refuse();
     }
     QFile file(fileName);
-    if (!openForReading(file)) {
+    if (!openForReading(file, &fault)) {
         std::cerr << "Unable to open file" << std::endl;
         emit signal_console(QStringLiteral("Unable to open file :") + fileName);
         return refuse();
@@ -132,6 +136,7 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
     return withinMemory([&] {
         const std::optional<QStringList> names = readNames(file);
         if (!names) {
+            fault = readFault(file);
             emit signal_console(QStringLiteral("Unable to read file :") + fileName);
             return refuse();
         }
@@ -141,13 +146,15 @@ bool TAVManager::addListFromFile(const QString &newName, const QString &fileName
 
 bool TAVManager::saveList(const QString &listName, const QString &fileName)
 {
+    fault.clear();
     const int index = listName.isEmpty() ? -1 : indexOf(listName);
     if (index < 0) {
         return refuse();
     }
     return withinMemory([&] {
         const QStringList names = lists.at(index)->getList();
-        switch (writeFile(fileName, [&names](OutputFile &file) { writeNames(names, file); })) {
+        switch (writeFile(
+            fileName, [&names](OutputFile &file) { writeNames(names, file); }, &fault)) {
         case WriteResult::Written:
             emit signal_manager_ready();
             return true;
@@ -214,6 +221,7 @@ bool TAVManager::addI1ltI2overList(const QString &newName) { return addCompariso
 void TAVManager::loadDatabase(const QString &fileName)
 {
     stopLoading();
+    fault.clear();
     engine->eraseDatabase();
     engine->setFilename(fileName);
     loading = true;
@@ -337,11 +345,13 @@ bool TAVManager::addClosure(const QString &newName, const QString &sourceName,
 
 bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)(const QString &))
 {
+    fault.clear();
     if (refuseWhileLoading()) {
         return false;
     }
     return withinMemory([&] {
         const bool saved = (engine->*save)(fileName);
+        fault = engine->fileFault();
         if (saved) {
             emit signal_console(QStringLiteral("Wrote ") + fileName);
         }
@@ -352,10 +362,12 @@ bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)
 
 void TAVManager::loadInvariant(const QString &fileName, bool (TAVSearchEngine::*load)(const QString &))
 {
+    fault.clear();
     if (refuseWhileLoading()) {
         return;
     }
     const bool read = (engine->*load)(fileName);
+    fault = engine->fileFault();
     emit signal_console(read ? QStringLiteral("Read ") + fileName : QStringLiteral("Load failed"));
     emit signal_manager_ready();
 }

@@ -71,6 +71,10 @@ public:
     void loadInv1(const QString &fileName);
     void loadInv2(const QString &fileName);
 
+    /// Why the last operation with the name of a file could not open, read or write the file, in the words of the
+    /// system; empty when it could, or failed for another reason.
+    QString fileFault() const { return fault; }
+
     // The engine's operation of the same name on the whole database.
 
     void avgSub1();
@@ -154,6 +158,7 @@ private:
     /// Receives the engine's signals on behalf of the manager: its queue holds nothing else and can be emptied.
     QObject *mailbox;
     QVector<GraphList *> lists;
+    QString fault; // of a file
     bool loading = false;
 };
 

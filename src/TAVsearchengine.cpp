@@ -40,15 +40,6 @@ void diagnose(const QString &text)
     std::cerr << qPrintable(text) << std::endl;
 }
 
-bool openDatabase(QFile &file)
-{
-    const bool opened = openForReading(file);
-    if (!opened) {
-        diagnose(QStringLiteral("Unable to open file"));
-    }
-    return opened;
-}
-
 int toInt(qint64 count)
 {
     return int(qMin<qint64>(count, std::numeric_limits<int>::max()));
@@ -69,6 +60,7 @@ void TAVSearchEngine::setFilename(const QString &path)
 
 void TAVSearchEngine::run()
 {
+    fault.clear();
     emit signal_console(QStringLiteral("Loading data ... please wait."));
     qint64 linkCount = 0;
     Outcome outcome = Outcome::Failed;
@@ -87,6 +79,7 @@ void TAVSearchEngine::run()
 
 bool TAVSearchEngine::loadData(const QString &path)
 {
+    fault.clear();
     diagnose(QStringLiteral("Reading ") + path);
     emit signal_console(QStringLiteral("Loading ") + path);
     QFile file(path);
@@ -227,7 +220,7 @@ bool TAVSearchEngine::readPieces(QFile &file)
         }
     }
     if (file.error() != QFileDevice::NoError) {
-        rejectUnreadable(file.fileName());
+        rejectUnreadable(file);
         return false;
     }
     return true;
@@ -260,7 +253,7 @@ TAVSearchEngine::Outcome TAVSearchEngine::count(FileSize &size)
         }
     }
     if (status != LineReader::Status::End) {
-        rejectUnreadable(filename);
+        rejectUnreadable(file);
         return Outcome::Failed;
     }
     size.bytes = file.pos();
@@ -297,7 +290,7 @@ TAVSearchEngine::Outcome TAVSearchEngine::readRecords(const FileSize &counted, q
         links.push_back(std::move(chunk.links));
     }
     if (status != LineReader::Status::End) {
-        rejectUnreadable(filename);
+        rejectUnreadable(file);
         return Outcome::Failed;
     }
     read.bytes = file.pos();
@@ -382,20 +375,32 @@ void TAVSearchEngine::rejectShorter(const FileSize &read, const FileSize &counte
     eraseDatabase();
 }
 
-void TAVSearchEngine::rejectUnreadable(const QString &path)
+void TAVSearchEngine::rejectUnreadable(const QFile &file)
 {
+    fault = readFault(file);
     diagnose(QStringLiteral("Unable to read file"));
-    emit signal_console(QStringLiteral("Unable to read file :") + path);
+    emit signal_console(QStringLiteral("Unable to read file :") + file.fileName());
     eraseDatabase();
+}
+
+bool TAVSearchEngine::openDatabase(QFile &file)
+{
+    const bool opened = openForReading(file, &fault);
+    if (!opened) {
+        diagnose(QStringLiteral("Unable to open file"));
+    }
+    return opened;
 }
 
 bool TAVSearchEngine::save(const QString &path, WriteRecords write)
 {
+    fault.clear();
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to save."));
         return false;
     }
-    const WriteResult result = writeFile(path, [&](OutputFile &file) { write(graphs, file); });
+    const WriteResult result = writeFile(
+        path, [&](OutputFile &file) { write(graphs, file); }, &fault);
     if (result == WriteResult::Failed) {
         emit signal_console(QStringLiteral("Unable to write file :") + path);
     }
@@ -404,12 +409,13 @@ bool TAVSearchEngine::save(const QString &path, WriteRecords write)
 
 bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, DescribeFault describe)
 {
+    fault.clear();
     if (graphs.isEmpty()) {
         emit signal_console(QStringLiteral("No data to match."));
         return false;
     }
     QFile file(path);
-    if (!openForReading(file)) {
+    if (!openForReading(file, &fault)) {
         emit signal_console(QStringLiteral("Unable to open file."));
         return false;
     }
@@ -426,6 +432,7 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, Descr
         emit signal_console(describe(reading));
         break;
     case InvariantOutcome::Unreadable:
+        fault = readFault(file);
         emit signal_console(QStringLiteral("Unable to read file :") + path);
         break;
     case InvariantOutcome::Complete:

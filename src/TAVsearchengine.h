@@ -106,6 +106,10 @@ public:
     QStringList I1gtI2overgraphs();
     QStringList I1ltI2overgraphs();
 
+    /// Why the last operation that opened, read or wrote a file could not, in the words of the system; empty when it
+    /// could, or failed for another reason.
+    QString fileFault() const { return fault; }
+
     /// The records in the order of the file.
     const QVector<TAVGraph *> &records() const { return graphs; }
 
@@ -136,7 +140,8 @@ private:
     void rejectFormat();
     void rejectForMemory();
     void rejectShorter(const FileSize &read, const FileSize &counted);
-    void rejectUnreadable(const QString &path);
+    void rejectUnreadable(const QFile &file);
+    bool openDatabase(QFile &file);
 
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);
     using DescribeFault = QString (*)(const InvariantReading &reading);
@@ -148,6 +153,7 @@ private:
     QStringList walk(Neighbours neighbours, Match match);
 
     QString filename;
+    QString fault; // of a file
     QVector<TAVGraph *> graphs;
     QStringList spareListA;                     // emptied by clear(); nothing else uses it
     QStringList spareListB;                     // the same

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <functional>
+
 namespace
 {
 QString text(const char *utf8)
@@ -71,12 +73,47 @@ private slots:
     void loadingKeepsTheLists();
     void resetDatabase();
 
+    void faultOfAFile_data();
+    void faultOfAFile();
+    void faultOfAFileIsForgotten_data();
+    void faultOfAFileIsForgotten();
+    void faultOfAFileIsForgottenWhenALoadRefusesTheNext();
+    void faultOfAFileThatCannotBeRead();
+
 private:
     QString write(const QByteArray &content);
 
     QTemporaryDir directory;
     int files = 0;
 };
+
+namespace
+{
+/// An operation on the file @p path of a manager that has a database of the graph A and a list L.
+using FileOperation = std::function<void(TAVManager &manager, const QString &path)>;
+
+void load(TAVManager &manager, const QString &path)
+{
+    QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
+    QSignalSpy empty(&manager, &TAVManager::signal_database_empty);
+    manager.loadDatabase(path);
+    QTRY_COMPARE(loaded.count() + empty.count(), 1);
+}
+
+void addListOfFile(TAVManager &manager, const QString &path)
+{
+    manager.addListFromFile(text("new"), path);
+}
+
+void saveListL(TAVManager &manager, const QString &path)
+{
+    manager.saveList(text("L"), path);
+}
+
+const QString isADirectory = QStringLiteral("Is a directory");
+} // namespace
+
+Q_DECLARE_METATYPE(FileOperation)
 
 QString TestManager::write(const QByteArray &content)
 {
@@ -311,6 +348,7 @@ void TestManager::addListFromFileWithAnOverlongLine()
     Watch watch(manager);
     QVERIFY(!manager.addListFromFile(text("A"), file.fileName()));
     watch.expect({text("console Unable to read file :") + file.fileName(), text("manager_ready")}, "");
+    QCOMPARE(manager.fileFault(), text("a line of more than 512 MiB"));
     QCOMPARE(manager.listNames(), QStringList());
 }
 
@@ -389,6 +427,103 @@ void TestManager::resetDatabase()
     manager.resetDatabase();
     watch.expect({text("database_empty")}, "");
     QCOMPARE(manager.listNames(), QStringList{text("A")});
+}
+
+void TestManager::faultOfAFile_data()
+{
+    QTest::addColumn<FileOperation>("operation");
+    QTest::addColumn<QByteArray>("content"); // of a file with which it succeeds
+    QTest::newRow("load a database") << FileOperation(load) << QByteArray("A\n");
+    QTest::newRow("load a list") << FileOperation(addListOfFile) << QByteArray("A\n");
+    QTest::newRow("load I1") << FileOperation(&TAVManager::loadInv1) << QByteArray("GRAPH\tINV1\nA\t1\n");
+    QTest::newRow("load I2") << FileOperation(&TAVManager::loadInv2) << QByteArray("GRAPH\tINV1\nA\t1\n");
+    QTest::newRow("save a list") << FileOperation(saveListL) << QByteArray();
+    QTest::newRow("save the names") << FileOperation(&TAVManager::saveGraphs) << QByteArray();
+    QTest::newRow("save I1") << FileOperation(&TAVManager::saveInv1) << QByteArray();
+}
+
+void TestManager::faultOfAFile()
+{
+    QFETCH(FileOperation, operation);
+    QFETCH(QByteArray, content);
+    TAVManager manager;
+    QCOMPARE(manager.fileFault(), QString());
+    load(manager, write("A\n"));
+    manager.addList(text("L"), {text("A")});
+
+    operation(manager, directory.path());
+    QCOMPARE(manager.fileFault(), isADirectory);
+    operation(manager, directory.filePath(text("missing/file")));
+    QCOMPARE(manager.fileFault(), text("No such file or directory"));
+    operation(manager, QString());
+    QCOMPARE(manager.fileFault(), text("No such file or directory"));
+
+    load(manager, write("A\n"));
+    saveListL(manager, directory.path());
+    operation(manager, write(content));
+    QCOMPARE(manager.fileFault(), QString());
+}
+
+void TestManager::faultOfAFileIsForgotten_data()
+{
+    QTest::addColumn<FileOperation>("before");
+    QTest::addColumn<FileOperation>("operation"); // fails for another reason than that of a file
+    const auto row = [](const char *title, const FileOperation &before, const FileOperation &operation) {
+        QTest::newRow(title) << before << operation;
+    };
+    row("load a database", load, load);
+    row("load a list", addListOfFile,
+        [](TAVManager &manager, const QString &path) { manager.addListFromFile(text("L"), path); });
+    row("load I1", &TAVManager::loadInv1, &TAVManager::loadInv1);
+    row("load I2", &TAVManager::loadInv2, &TAVManager::loadInv2);
+    row("save a list", saveListL, [](TAVManager &manager, const QString &path) { manager.saveList(text("M"), path); });
+    const auto saveNone = [](TAVManager &manager, const QString &path) {
+        manager.resetDatabase();
+        manager.saveInv1(path);
+    };
+    row("save I1", &TAVManager::saveInv1, saveNone);
+}
+
+void TestManager::faultOfAFileIsForgotten()
+{
+    QFETCH(FileOperation, before);
+    QFETCH(FileOperation, operation);
+    TAVManager manager;
+    load(manager, write("A\n"));
+    manager.addList(text("L"), {text("A")});
+    before(manager, directory.path());
+    QCOMPARE(manager.fileFault(), isADirectory);
+    operation(manager, write("A\t7\n"));
+    QCOMPARE(manager.fileFault(), QString());
+}
+
+void TestManager::faultOfAFileIsForgottenWhenALoadRefusesTheNext()
+{
+    for (const FileOperation &operation :
+         {FileOperation(&TAVManager::saveInv1), FileOperation(&TAVManager::loadInv1)}) {
+        TAVManager manager;
+        manager.addList(text("L"), {text("A")});
+        QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
+        manager.loadDatabase(write("A\n"));
+        QCOMPARE(manager.fileFault(), QString());
+        saveListL(manager, directory.path());
+        QCOMPARE(manager.fileFault(), isADirectory);
+        operation(manager, write("A\n"));
+        QCOMPARE(manager.fileFault(), QString());
+        QVERIFY(loaded.wait());
+    }
+}
+
+void TestManager::faultOfAFileThatCannotBeRead()
+{
+    for (const FileOperation &operation :
+         {FileOperation(load), FileOperation(addListOfFile), FileOperation(&TAVManager::loadInv1),
+          FileOperation(&TAVManager::loadInv2)}) {
+        TAVManager manager;
+        load(manager, write("A\n"));
+        operation(manager, text("/proc/self/mem"));
+        QCOMPARE(manager.fileFault(), text("Input/output error"));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestManager)

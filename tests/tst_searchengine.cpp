@@ -189,6 +189,7 @@ private slots:
     void fileThatChangesBetweenThePasses_data();
     void fileThatChangesBetweenThePasses();
     void fileThatIsCutOffWhileItIsRead();
+    void loadDataTellsTheFaultOfAFile();
     void runOnFileThatCannotBeRead_data();
     void runOnFileThatCannotBeRead();
     void runAppendsToTheRecordsThatAreThere();
@@ -441,6 +442,19 @@ void TestSearchEngine::fileThatIsCutOffWhileItIsRead()
                           text("load_failed")}));
     QCOMPARE(engine.records().size(), 0);
     QCOMPARE(capture.take(), QByteArray("Starting...\nThe file has changed\n"));
+}
+
+void TestSearchEngine::loadDataTellsTheFaultOfAFile()
+{
+    TAVSearchEngine engine;
+    QVERIFY(!engine.loadData(directory.path()));
+    QCOMPARE(engine.fileFault(), text("Is a directory"));
+    QVERIFY(!engine.loadData(write("A\t7\n")));
+    QCOMPARE(engine.fileFault(), QString());
+    QVERIFY(!engine.loadData(text("/proc/self/mem")));
+    QCOMPARE(engine.fileFault(), text("Input/output error"));
+    QVERIFY(engine.loadData(write("A\n")));
+    QCOMPARE(engine.fileFault(), QString());
 }
 
 void TestSearchEngine::runOnFileThatCannotBeRead_data()

@@ -521,22 +521,33 @@ private slots:
                                 << QByteArray(message);
         };
         const char *noFile = "Unable to open file\n";
-        row("load missing.tav", "Loading data ... please wait.\n", noFile, "load failed");
-        row("load \"\"", "Loading data ... please wait.\n", noFile, "load failed");
+        row("load missing.tav", "Loading data ... please wait.\n", noFile, "load failed: No such file or directory");
+        row("load \"\"", "Loading data ... please wait.\n", noFile, "load failed: No such file or directory");
+        row("load .", "Loading data ... please wait.\n", noFile, "load failed: Is a directory");
+        row("load /dev/null", "Loading data ... please wait.\n", noFile, "load failed: Not a regular file");
+        row("load /proc/self/mem", "Loading data ... please wait.\nUnable to read file :/proc/self/mem\n",
+            "Unable to read file\n", "load failed: Input/output error");
         row("load bad.tav", "Loading data ... please wait.\n1 lines.\nERROR in database format.\n",
             "Error in database format\n", "load failed");
-        row("save-graphs /proc/graphs.g6", "", "", "save-graphs failed");
-        row("save-graphs missing/graphs.g6", "", "", "save-graphs failed");
-        row("save-i1 /dev/full", "Unable to write file :/dev/full\n", "", "save-i1 failed");
-        row("load-i1 missing.txt", "Unable to open file.\nLoad failed\n", "", "load-i1 failed");
+        row("save-graphs /proc/graphs.g6", "", "", "save-graphs failed: No such file or directory");
+        row("save-graphs missing/graphs.g6", "", "", "save-graphs failed: No such file or directory");
+        row("save-graphs good.tav/x", "", "", "save-graphs failed: Not a directory");
+        row("save-graphs \"\"", "", "", "save-graphs failed: No such file or directory");
+        row("save-i1 /dev/full", "Unable to write file :/dev/full\n", "", "save-i1 failed: No space left on device");
+        row("load-i1 missing.txt", "Unable to open file.\nLoad failed\n", "",
+            "load-i1 failed: No such file or directory");
+        row("load-i2 /proc/self/mem", "Unable to read file :/proc/self/mem\nLoad failed\n", "",
+            "load-i2 failed: Input/output error");
         row("load-i1 bad.txt", "@ != A_\nLoad failed\n", "", "load-i1 failed");
         row("load-i2 bad.txt", "Data format error\nLoad failed\n", "", "load-i2 failed");
         row("load-i2 short.txt", "Load failed\n", "", "load-i2 failed");
         row("list-ge a", "Name already used\n", "", "list-ge failed: there is a list 'a' already");
         row("list-lt-supers \"\"", "Empty name\n", "", "list-lt-supers failed: the name of a list cannot be empty");
         row("list-from-file a missing.g6", "", "", "list-from-file failed: there is a list 'a' already");
-        row("list-from-file b missing.g6", "Unable to open file :missing.g6\n", noFile, "list-from-file failed");
-        row("list-from-file b /proc/self/mem", "Unable to read file :/proc/self/mem\n", "", "list-from-file failed");
+        row("list-from-file b missing.g6", "Unable to open file :missing.g6\n", noFile,
+            "list-from-file failed: No such file or directory");
+        row("list-from-file b /proc/self/mem", "Unable to read file :/proc/self/mem\n", "",
+            "list-from-file failed: Input/output error");
         row("union a a a", "", "", "union failed: there is a list 'a' already");
         row("union \"\" a a", "", "", "union failed: the name of a list cannot be empty");
         row("intersection b a x", "", "", "intersection failed: there is no list 'x'");
@@ -545,8 +556,10 @@ private slots:
         row("supers b \"\"", "", "", "supers failed: there is no list ''");
         row("remove-list b", "Unable to remove list.\n", "", "remove-list failed: there is no list 'b'");
         row("save-list b b.g6", "", "", "save-list failed: there is no list 'b'");
-        row("save-list a /proc/a.g6", "Unable to open file :/proc/a.g6\n", noFile, "save-list failed");
-        row("save-list a /dev/full", "Unable to write file :/dev/full\n", "", "save-list failed");
+        row("save-list a /proc/a.g6", "Unable to open file :/proc/a.g6\n", noFile,
+            "save-list failed: No such file or directory");
+        row("save-list a /dev/full", "Unable to write file :/dev/full\n", "",
+            "save-list failed: No space left on device");
         row("show b", "", "", "show failed: there is no list 'b'");
     }
 

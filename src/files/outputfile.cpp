@@ -134,10 +134,11 @@ bool isReplaced(const QString &path)
 
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason)
 {
-    if (path.isEmpty()) {
-        return WriteResult::NotOpened; // from a cancelled dialog
-    }
     QString unread;
     QString &why = reason != nullptr ? *reason : unread;
+    if (path.isEmpty()) { // from a cancelled dialog
+        why = qt_error_string(ENOENT);
+        return WriteResult::NotOpened;
+    }
     return isReplaced(path) ? replace(path, write, why) : writeDirectly(path, write, why);
 }

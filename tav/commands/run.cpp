@@ -45,12 +45,22 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     return {};
 }
 
-/// Whether the command makes a new file. Its name is always the last argument.
-bool makesFile(const ScriptStep &step)
+bool isLastArgument(const ScriptStep &step, ScriptArgument::Kind kind)
 {
     const std::vector<ScriptArgument> &arguments = step.command->arguments;
-    return !arguments.empty() && arguments.back().kind == ScriptArgument::OutputFile &&
-           isReplaced(step.arguments.last());
+    return !arguments.empty() && arguments.back().kind == kind;
+}
+
+/// Whether the command reads or writes a file. Its name is always the last argument.
+bool namesFile(const ScriptStep &step)
+{
+    return isLastArgument(step, ScriptArgument::InputFile) || isLastArgument(step, ScriptArgument::OutputFile);
+}
+
+/// Whether the command makes a new file.
+bool makesFile(const ScriptStep &step)
+{
+    return isLastArgument(step, ScriptArgument::OutputFile) && isReplaced(step.arguments.last());
 }
 
 /// Runs a command. While it saves a file, signals wait until the file is complete.
@@ -79,11 +89,14 @@ CommandError failure(const ScriptStep &step, const QString &script, const QStrin
 /// Runs a command; throws CommandError when it fails, unless its line begins with '-'.
 void runStep(const ScriptStep &step, const QString &script, Investigation &investigation)
 {
-    const QString reason = obstacle(step, investigation.getManager());
+    QString reason = obstacle(step, investigation.getManager());
     const bool succeeded = carryOut(step, investigation);
     flushStandardOutput();
     if (succeeded) {
         return;
+    }
+    if (reason.isEmpty() && namesFile(step)) {
+        reason = investigation.getManager().fileFault();
     }
     if (!step.mayFail) {
         throw failure(step, script, reason);
