@@ -19,5 +19,5 @@ install_packages() {
 
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
-test_packages=(xz-utils groff-base nauty poppler-utils)
+test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14)
 fuzz_packages=(clang libclang-rt-14-dev)
