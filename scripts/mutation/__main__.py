@@ -23,6 +23,7 @@ RESULTS = os.path.join(COPY, 'build/results.txt')
 def main():
     begin = time.monotonic()
     options = parsed_options()
+    trials.require_containment()
     planting.copy_tree(ROOT, COPY)
     found = all_mutants(options.files, planting.configure(COPY))
     equivalent = kept_equivalents(os.path.join(ROOT, EQUIVALENT))
@@ -46,7 +47,8 @@ def main():
                 reached = any(number in test.reached for test in tests)
                 print(f'\n{found[planted[number]]}\n{"survives" if reached else "no test reaches it"}', flush=True)
     caught = len(numbers) - survivors
-    print(f'\n{caught} of {len(numbers)} are caught ({100 * caught / max(1, len(numbers)):.1f} %), {survivors} survive; '
+    share = 100 * caught / max(1, len(numbers))
+    print(f'\n{caught} of {len(numbers)} are caught ({share:.1f} %), {survivors} survive; '
           f'{len(planted) - len(numbers)} are equivalent, {len(chosen) - len(planted)} do not compile; '
           f'{(time.monotonic() - begin) / 60:.0f} minutes. Each is in {os.path.relpath(RESULTS, ROOT)}.')
     sys.exit(1 if survivors else 0)

@@ -107,7 +107,7 @@ def refused_mutants(output, copy, texts):
         text = texts.get(os.path.relpath(os.path.realpath(os.path.join(copy, 'build/mutants', name)), copy))
         if text is not None:
             line_text = text.split(b'\n')[int(line) - 1].decode()
-            # The place of a conditional expression is its first or its second character.
-            before = re.findall(r'Mutant\((\d+)\)', line_text[:int(column) + len('(tavolineConstexprMutant(9999)')])
-            refused |= {int(number) for number in before[-1:] or re.findall(r'Mutant\((\d+)\)', line_text)[:1]}
+            # The compiler points behind the number, or at the parenthesis before it.
+            before = re.findall(r'Mutant\((\d+)\)', line_text[:int(column) + len('99999)')])
+            refused |= {int(number) for number in before[-1:]}
     return refused

@@ -75,6 +75,13 @@ def name_space(pid):
         return None
 
 
+def require_containment():
+    """Ends the program where a test could signal it."""
+    reason = Test('containment', ['sh', '-c', f'kill -0 {os.getpid()}'], {}, '/').run(60)
+    if reason != 'ends with status 1':
+        raise SystemExit('Mutants cannot be contained: unshare cannot make a name space for processes')
+
+
 def tests_of(build):
     """The tests of a build; those of windows only on the one platform, and not that of this script."""
     listed = subprocess.run(['ctest', '--show-only=json-v1'], cwd=build, check=True, capture_output=True).stdout
