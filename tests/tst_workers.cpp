@@ -165,6 +165,25 @@ private slots:
         QCOMPARE(message, QStringLiteral("the work failed"));
     }
 
+    /// A piece of the work is 64 indices.
+    void noMoreChildrenThanPieces()
+    {
+        possibleChildren = 8;
+        SharedValues values(65);
+        computeInProcesses(values, 65, 8, half, ignoreReport);
+        QCOMPARE(possibleChildren, 6);
+        possibleChildren = INT_MAX;
+    }
+
+    void noDescriptorIsLeft()
+    {
+        const auto descriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
+        const auto before = descriptors();
+        SharedValues values(count);
+        computeInProcesses(values, count, 2, half, ignoreReport);
+        QCOMPARE(descriptors(), before);
+    }
+
     void fewerChildrenDoTheWork()
     {
         possibleChildren = 2;

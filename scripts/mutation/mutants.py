@@ -14,7 +14,7 @@ OPERATORS = {
     '&': ['|'], '|': ['&'], '^': ['|'], '<<': ['>>'], '>>': ['<<'],
     '+=': ['-='], '-=': ['+='], '*=': ['/='], '/=': ['*='], '|=': ['&='], '&=': ['|='], '^=': ['|='],
     '<<=': ['>>='], '>>=': ['<<='], '++': ['--'], '--': ['++'],
-}  # yapf: disable
+}
 
 FUNCTIONS = {CursorKind.FUNCTION_DECL, CursorKind.CXX_METHOD, CursorKind.CONSTRUCTOR, CursorKind.DESTRUCTOR,
              CursorKind.CONVERSION_FUNCTION, CursorKind.FUNCTION_TEMPLATE}
@@ -212,7 +212,7 @@ class FileMutants:
         value = first(cursor)
         if value is None or not is_bool(value):
             return
-        if peeled(value).kind not in (CursorKind.CXX_BOOL_LITERAL_EXPR, CursorKind.UNARY_OPERATOR):
+        if peeled(value).kind in (CursorKind.CALL_EXPR, CursorKind.DECL_REF_EXPR, CursorKind.MEMBER_REF_EXPR):
             yield [Edit(*self.extent(value), f'!({self.text(value)})')]
 
     def dropped_statement(self, cursor, parent):

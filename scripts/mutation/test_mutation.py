@@ -37,7 +37,6 @@ class TestMutants(unittest.TestCase):
                 return a < b && f(b, a % b);
             }
             ''',
-                            'return !(a < b && f(b, a % b));',
                             'return a < b || f(b, a % b);',
                             'return a <= b && f(b, a % b);',
                             'return a >= b && f(b, a % b);',
@@ -138,16 +137,18 @@ class TestMutants(unittest.TestCase):
         self.assert_mutants('''
             bool g();
             void h();
-            void f()
+            bool f()
             {
                 if (g()) h(); else while (g()) h();
+                return g();
             }
             ''',
                             'if ((g(), true)) h(); else while (g()) h();',
                             'if ((g(), false)) h(); else while (g()) h();',
                             'if (g())  else while (g()) h();',
                             'if (g()) h(); else while ((g(), false)) h();',
-                            'if (g()) h(); else while (g())')
+                            'if (g()) h(); else while (g())',
+                            'return !(g());')
 
     def test_a_description_is_the_place_and_the_lines(self):
         source = '''
