@@ -17,6 +17,7 @@
 
 TAVManager::TAVManager() : engine(new TAVSearchEngine), mailbox(new QObject(this))
 {
+    engine->setParent(this);
     connect(engine, &TAVSearchEngine::signal_progress, mailbox,
             [this](int current, int total) { slot_progress(current, total); });
     connect(engine, &TAVSearchEngine::signal_load_failed, mailbox, [this] {
@@ -31,7 +32,6 @@ TAVManager::~TAVManager()
 {
     stopLoading();
     engine->eraseDatabase();
-    delete engine;
     qDeleteAll(lists);
 }
 

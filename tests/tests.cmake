@@ -61,7 +61,7 @@ tavoline_window_test(tst_mainwindow window_fixture)
 tavoline_window_test(tst_monkey window_fixture)
 tavoline_patient_test(tst_monkey)
 
-tavoline_slow_tests(tst_loading tst_loadraces tst_monkey tst_queries_random tst_searchengine)
+tavoline_slow_tests(tst_loadraces tst_monkey tst_queries_random tst_searchengine)
 
 # The companion program.
 if(NOT TAVOLINE_TAV)

@@ -1,5 +1,6 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
+#include "support/loadgate.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"
 #include "support/testdata.h"
@@ -474,8 +475,11 @@ void TestCommands::commandsDuringALoadAreRefused()
     LoadedWindow window;
     const QByteArray before = window.savedInv1();
     window.typeListName(QStringLiteral("new"));
-    window.pressAndChoose(QStringLiteral("Load database"), QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav"));
-    window.clearConsole(); // without a turn of the event loop from here on, so that the load cannot end meanwhile
+    LoadGate gate(window.manager(), 2); // the next load stops it there
+    window.pressAndChoose(QStringLiteral("Load database"), example("connected-8.tav"));
+    QVERIFY(gate.waitForLoad());
+    QCoreApplication::sendPostedEvents();
+    window.clearConsole();
     window.widget()->slot_avg_sub1();
     window.widget()->slot_list_i1_ge_i2();
     window.widget()->slot_list_i1_eq_i2subs();

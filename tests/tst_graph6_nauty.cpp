@@ -1,4 +1,5 @@
 #include "graph.h"
+#include "support/patience.h"
 
 #include <QProcess>
 #include <QtTest>
@@ -16,7 +17,7 @@ QByteArray nauty(const QString &program, const QStringList &arguments, const QBy
     process.start(QStringLiteral("nauty-") + program, arguments);
     process.write(input);
     process.closeWriteChannel();
-    if (!process.waitForFinished() || process.exitCode() != 0) {
+    if (!process.waitForFinished(patience) || process.exitCode() != 0) {
         qFatal("nauty-%s: %s", qPrintable(program), qPrintable(process.errorString()));
     }
     return process.readAllStandardOutput();

@@ -1,4 +1,5 @@
 #include "graph.h"
+#include "support/patience.h"
 
 #include <QAction>
 #include <QKeyEvent>
@@ -61,7 +62,7 @@ void TestGraphEditing::shortcutsOfTheWindowGiveWay()
     layout.addWidget(&other);
     window.show();
     window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(QTest::qWaitForWindowActive(&window, patience));
     QSignalSpy opened(&open, &QAction::triggered);
     QSignalSpy closed(&quit, &QAction::triggered);
 

@@ -3,6 +3,7 @@
 #include "random.h"
 #include "support/fulldisk.h"
 #include "support/latin1.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
@@ -418,7 +419,7 @@ void TestGraphFiles::open_ofDistantVerticesCanBeShown()
     QCOMPARE(graph.node(0)->position(), QPointF(1e300, -1e300));
     graph.update_display();
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     QVERIFY(!graph.grab().isNull());
     graph.slot_rescale(false);
     QVERIFY(!graph.grab().isNull());

@@ -2,6 +2,7 @@
 #include "graph.h"
 #include "node.h"
 #include "support/graphtext.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
@@ -9,11 +10,31 @@
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
 #include <QLineEdit>
+#include <QTime>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <QtTest>
 
 #include <memory>
+
+namespace
+{
+constexpr int longestClick = 400; // milliseconds: what takes more is a long press
+
+QTime now(12, 0);
+
+/// Lets time pass for the viewer.
+void pass(int milliseconds)
+{
+    now = now.addMSecs(milliseconds);
+}
+} // namespace
+
+/// Stands in front of the one of Qt.
+QTime QTime::currentTime()
+{
+    return now;
+}
 
 using Command = void (Graph::*)();
 Q_DECLARE_METATYPE(Command)
@@ -135,7 +156,7 @@ void TestGraphInteraction::init()
     }
     frame->show();
     frame->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(frame.get()));
+    QVERIFY(QTest::qWaitForWindowActive(frame.get(), patience));
     view->setFocus();
     move(QPointF(-100, -100)); // A move that ends where the last test ended is none.
     move(emptySpace);
@@ -162,7 +183,9 @@ void TestGraphInteraction::quickClickOnEmptySpaceKeepsTheSelection()
 {
     graphtext::select(*view, {1, 2});
     SignalRecorder recorder(*view);
-    click(emptySpace);
+    press(emptySpace);
+    pass(longestClick);
+    release(emptySpace);
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1 2"));
     QCOMPARE(recorder.recorded(), QStringList());
 }
@@ -173,7 +196,7 @@ void TestGraphInteraction::longStillPressClearsTheSelection()
     SignalRecorder recorder(*view);
     const unsigned before = id();
     press(emptySpace);
-    QTest::qWait(450);
+    pass(longestClick + 1);
     release(emptySpace + QPointF(4, 2));
     QCOMPARE(graphtext::selection(*view), QString());
     QCOMPARE(recorder.recorded(), (QStringList{QStringLiteral("interactive_graph_changed")}));
@@ -184,7 +207,7 @@ void TestGraphInteraction::longPressThatMovesKeepsTheSelection()
 {
     graphtext::select(*view, {1, 2});
     press(emptySpace);
-    QTest::qWait(450);
+    pass(longestClick + 1);
     release(emptySpace + QPointF(4, 3)); // 5 units away
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1 2"));
 }
@@ -379,7 +402,7 @@ void TestGraphInteraction::edgeModeIgnoresOtherInput()
     press(QPointF(-20, -20));
     QVERIFY(!rubberBand()->isVisible());
     move(QPointF(120, 20));
-    QTest::qWait(450);
+    pass(longestClick + 1);
     release(QPointF(120, 20));
     QTest::mouseDClick(window(), Qt::LeftButton, Qt::NoModifier, at(emptySpace));
     QCOMPARE(view->getNbNodes(), 4);
@@ -432,7 +455,6 @@ void TestGraphInteraction::doubleClickOnAVertex()
     QCOMPARE(openDialogs().constFirst()->windowTitle(), QStringLiteral("Node information"));
     QCOMPARE(openDialogs().constFirst()->findChild<QLineEdit *>()->text(), QStringLiteral("Node 3"));
     QCOMPARE(view->getNbNodes(), 4);
-    QTest::qWait(QApplication::doubleClickInterval());
     QTest::mouseDClick(window(), Qt::LeftButton, Qt::NoModifier, at(places[2]));
     QCOMPARE(openDialogs().size(), 0);
 }
@@ -723,13 +745,13 @@ void TestGraphInteraction::controlOfTheKeyEventCounts()
 void TestGraphInteraction::aDialogEndsTheHoldOnControl()
 {
     frame->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(frame.get()));
+    QVERIFY(QTest::qWaitForWindowActive(frame.get(), patience));
     view->setFocus();
-    QTRY_VERIFY(view->hasFocus());
+    QTRY_VERIFY_WITH_TIMEOUT(view->hasFocus(), patience);
     graphtext::select(*view, {1, 2});
     const driver::DialogAnswer answer([](QDialog *dialog) {
         dialog->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QVERIFY(QTest::qWaitForWindowActive(dialog, patience));
         dialog->reject();
     });
     QTest::keyPress(view, Qt::Key_Control);

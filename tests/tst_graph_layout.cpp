@@ -5,6 +5,7 @@
 #include "support/graphtext.h"
 #include "support/latin1.h"
 
+#include <QAbstractEventDispatcher>
 #include <QColor>
 #include <QSignalSpy>
 #include <QtTest>
@@ -224,6 +225,19 @@ double reorganized(Matrix &matrix, const Points &points)
         }
     }
     return best;
+}
+
+QList<QAbstractEventDispatcher::TimerInfo> timersOf(Graph &graph)
+{
+    return QAbstractEventDispatcher::instance()->registeredTimers(&graph);
+}
+
+/// What the only timer of the graph does after its interval, done now.
+void letTimerRunOut(Graph &graph)
+{
+    QCOMPARE(timersOf(graph).size(), 1);
+    QTimerEvent event(timersOf(graph).constFirst().timerId);
+    QCoreApplication::sendEvent(&graph, &event);
 }
 
 QVariantList consoleLine(const QString &text, bool flag, int number, const QColor &colour)
@@ -478,7 +492,7 @@ void TestGraphLayout::repeatedFitsOfAFlatColumn()
     graph.rotate(M_PI / 2, 0, 0);
     graph.toggleAnim();
     const Points before = placesOf(graph, 2);
-    QTRY_VERIFY_WITH_TIMEOUT(placesOf(graph, 2) != before, 3000);
+    letTimerRunOut(graph);
     graph.toggleAnim();
     QVERIFY(isDrawable(graph, 2));
     QCOMPARE(difference(placesOf(graph, 2), rotated(before, 0, step, 0)), QByteArray());
@@ -579,12 +593,12 @@ void TestGraphLayout::spinning()
     Graph graph(latin1("spin"), true);
     build(graph, points);
     graph.toggleAnim();
-    QTRY_VERIFY_WITH_TIMEOUT(placesOf(graph, 2) != points, 3000);
-    const Points turned = placesOf(graph, 2);
+    QCOMPARE(timersOf(graph).size(), 1);
+    QCOMPARE(timersOf(graph).constFirst().interval, 500);
+    letTimerRunOut(graph);
+    QCOMPARE(difference(placesOf(graph, 2), rotated(points, 0, step, 0)), QByteArray());
     graph.toggleAnim();
-    QCOMPARE(difference(turned, rotated(points, 0, step, 0)), QByteArray());
-    QTest::qWait(700);
-    QVERIFY2(placesOf(graph, 2) == turned, "a stopped drawing stands still");
+    QVERIFY2(timersOf(graph).isEmpty(), "a stopped drawing stands still");
 }
 
 void TestGraphLayout::optimizationTimer()
@@ -619,12 +633,15 @@ void TestGraphLayout::optimizationTimerRepublishes()
     graph.addEdge(0, 1);
     graph.best_backup();
     QVERIFY(!graph.edgeItem(0, 1)->isVisible());
-    QTRY_VERIFY_WITH_TIMEOUT(graph.edgeItem(0, 1)->isVisible(), 3000);
+    QCOMPARE(timersOf(graph).size(), 1);
+    QCOMPARE(timersOf(graph).constFirst().interval, 200);
+    letTimerRunOut(graph);
+    QVERIFY(graph.edgeItem(0, 1)->isVisible());
     graph.optimizationStops();
+    QVERIFY2(timersOf(graph).isEmpty(), "a stopped run shows nothing new");
     graph.remEdge(0, 1);
     graph.best_backup();
-    QTest::qWait(500);
-    QVERIFY2(graph.edgeItem(0, 1)->isVisible(), "a stopped run shows nothing new");
+    QVERIFY(graph.edgeItem(0, 1)->isVisible());
     QCOMPARE(difference(placesOf(graph, 2), {{0, 0, 0}, {100, 0, 0}}), QByteArray());
 }
 

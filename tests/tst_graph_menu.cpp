@@ -1,6 +1,7 @@
 #include "graph.h"
 #include "node.h"
 #include "support/graphtext.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
@@ -109,7 +110,7 @@ void TestGraphMenu::init()
     view->place_circle(300);
     view->show();
     view->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(view.get()));
+    QVERIFY(QTest::qWaitForWindowActive(view.get(), patience));
 }
 
 void TestGraphMenu::cleanup()
@@ -140,11 +141,11 @@ void TestGraphMenu::choose(const QString &text) const
 void TestGraphMenu::comesUpAtTheMouse()
 {
     QTest::mouseClick(view->windowHandle(), Qt::RightButton, Qt::NoModifier, QPoint(70, 80));
-    QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != nullptr, patience);
     QPointer<QWidget> menu = QApplication::activePopupWidget();
     QCOMPARE(menu->pos(), view->mapToGlobal(QPoint(70, 80)));
     QTest::keyClick(menu, Qt::Key_Escape);
-    QTRY_VERIFY(!menu->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(!menu->isVisible(), patience);
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1 2"));
     open()->close();
     QVERIFY(menu.isNull()); // each menu takes the place of the last one
@@ -411,7 +412,7 @@ void TestGraphMenu::spin()
     QMenu *menu = open();
     QVERIFY(entry(menu, QStringLiteral("Spin"))->isChecked());
     menu->close();
-    QTRY_VERIFY(view->node(0)->getCoordZ() != 0.0);
+    QTRY_VERIFY_WITH_TIMEOUT(view->node(0)->getCoordZ() != 0.0, patience);
     choose(QStringLiteral("Spin"));
     menu = open();
     QVERIFY(!entry(menu, QStringLiteral("Spin"))->isChecked());

@@ -5,6 +5,7 @@
 #include "support/graphtext.h"
 #include "support/itemimage.h"
 #include "support/latin1.h"
+#include "support/patience.h"
 #include "support/stderrcapture.h"
 
 #include <QGraphicsRectItem>
@@ -278,7 +279,7 @@ QImage onScreen(const Graph &graph)
 bool show(Graph &graph)
 {
     graph.show();
-    return QTest::qWaitForWindowExposed(&graph);
+    return QTest::qWaitForWindowExposed(&graph, patience);
 }
 
 /// A path on three vertices whose labels are wider than the discs, on a gray background.
@@ -882,7 +883,7 @@ void TestGraphModel::backgroundTellsAViolation()
     build(graph, 0, {});
     graph.resize(200, 200);
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     QCOMPARE(pixelAt(*graph.viewport(), {20, 20}), QColor(Qt::white));
     graph.setViolated(true);
     QCOMPARE(pixelAt(*graph.viewport(), {20, 20}), QColor(Qt::gray));
@@ -901,7 +902,7 @@ void TestGraphModel::edgesLieUnderVertices()
     graph.slot_set_node_radius(30.0);
     graph.resize(500, 300);
     graph.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&graph));
+    QVERIFY(QTest::qWaitForWindowExposed(&graph, patience));
     // Off the centre, where the gradient of a vertex is still close to its own colour, yellow.
     const QColor vertex = pixelAt(*graph.viewport(), graph.mapFromScene(QPointF(-100, 0)));
     QVERIFY2(vertex.red() > 200 && vertex.green() > 200 && vertex.blue() < 60, qPrintable(vertex.name()));
@@ -958,7 +959,7 @@ void TestGraphModel::labelIsShownBeyondTheBoundingRectangle()
         return onScreen(graph).pixelColor(graph.mapFromScene(graph.node(1)->pos() + QPointF(x, y)));
     };
     QVERIFY(!graph.node(1)->boundingRect().contains(QPointF(38, 17)));
-    QTRY_COMPARE(colour(38, 17), QColor(Qt::white));
+    QTRY_COMPARE_WITH_TIMEOUT(colour(38, 17), QColor(Qt::white), patience);
     QCOMPARE(colour(-38, -7), QColor(Qt::white));
     QCOMPARE(colour(44, 17), QColor(Qt::gray));
     QCOMPARE(colour(-44, -7), QColor(Qt::gray));
@@ -996,9 +997,9 @@ void TestGraphModel::changeLeavesNoTraceOfALabel()
     QVERIFY(before != after);
     LabelledPath graph;
     QVERIFY(show(graph));
-    QTRY_COMPARE(onScreen(graph), before);
+    QTRY_COMPARE_WITH_TIMEOUT(onScreen(graph), before, patience);
     change(graph);
-    QTRY_COMPARE(onScreen(graph), after);
+    QTRY_COMPARE_WITH_TIMEOUT(onScreen(graph), after, patience);
 }
 
 void TestGraphModel::edgeLabels()

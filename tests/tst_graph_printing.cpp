@@ -2,6 +2,7 @@
 #include "graph.h"
 #include "node.h"
 #include "support/fulldisk.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
@@ -24,7 +25,7 @@ QString poppler(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitCode() != 0) {
+    if (!process.waitForFinished(patience) || process.exitCode() != 0) {
         qFatal("%s: %s", qPrintable(program), process.readAllStandardError().constData());
     }
     return QString::fromLatin1(process.readAllStandardOutput());

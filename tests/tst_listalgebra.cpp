@@ -1,11 +1,11 @@
 #include "TAVmanager.h"
 #include "support/fulldisk.h"
+#include "support/loading.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 #include "support/testdata.h"
 #include "support/threads.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -53,9 +53,7 @@ public:
 
     void load(const QString &file)
     {
-        const QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
-        manager.loadDatabase(file);
-        if (!QTest::qWaitFor([&] { return loaded.count() == 1; })) {
+        if (!loadAndWait(manager, file)) {
             qFatal("the database does not load");
         }
     }
@@ -532,7 +530,7 @@ void TestListAlgebra::refusalsDuringALoad()
     }
     QVERIFY(!QFile::exists(out));
     QCOMPARE(desk.manager.listNames(), words({"list"}));
-    QTRY_VERIFY(signalsSeen.recorded().contains(QStringLiteral("database_loaded")));
+    QVERIFY(waitForOutcome(desk.manager, signalsSeen));
     QCOMPARE(desk.inv1(), QByteArray("NA NA NA"));
 }
 
@@ -568,8 +566,8 @@ void TestListAlgebra::everythingWorksWhenTheOutcomeArrives()
         desk.manager.saveGraphs(desk.path("none.g6"));
         refusedAfterAFailure = signalsSeen.take() != words({"console No data to save.", "manager_ready"});
     });
-    desk.manager.loadDatabase(desk.path("missing.tav"));
-    QTRY_VERIFY(!refusedAfterAFailure);
+    QVERIFY(!loadAndWait(desk.manager, desk.path("missing.tav")));
+    QVERIFY(!refusedAfterAFailure);
 }
 
 QTEST_GUILESS_MAIN(TestListAlgebra)

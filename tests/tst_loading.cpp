@@ -1,4 +1,7 @@
 #include "TAVmanager.h"
+#include "support/loadgate.h"
+#include "support/loading.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/threads.h"
 
@@ -13,50 +16,11 @@
 
 namespace
 {
-constexpr int momentCount = 50;
-constexpr int timeout = 60000; // milliseconds
-
 /// A database file and the signals of the manager that belong to its load.
 struct Database {
     QString path;
     QStringList expected;
 };
-
-bool isOutcome(const QString &line)
-{
-    return line == QLatin1String("database_loaded") || line == QLatin1String("database_empty");
-}
-
-/// Runs the event loop until an outcome has arrived, and then whatever is still waiting for delivery.
-bool waitForOutcome(const SignalRecorder &recorder)
-{
-    const auto hasOutcome = [&recorder] {
-        return !recorder.recorded().isEmpty() && isOutcome(recorder.recorded().last());
-    };
-    const bool arrived = QTest::qWaitFor(hasOutcome, timeout);
-    QCoreApplication::processEvents();
-    return arrived;
-}
-
-/// Lets a load run up to a moment between its start and its outcome. The even moments count signals that were
-/// delivered; at the odd ones some time has passed and every signal is still waiting for delivery.
-void runUntil(int moment, const SignalRecorder &recorder)
-{
-    if (moment % 2 != 0) {
-        QTest::qSleep(moment / 2 + 1);
-        return;
-    }
-    const int signalCount = moment / 4;
-    const auto reached = [&recorder, signalCount] {
-        return recorder.recorded().size() >= signalCount ||
-               (!recorder.recorded().isEmpty() && isOutcome(recorder.recorded().last()));
-    };
-    QElapsedTimer clock;
-    clock.start();
-    while (!reached() && clock.elapsed() < timeout) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-}
 } // namespace
 
 /// Loads that meet other loads, resets and the end of the manager.
@@ -70,9 +34,12 @@ private slots:
     void cleanup();
 
     void oneAfterTheOther();
+    void loadDuringLoad_data();
     void loadDuringLoad();
     void manyLoadsAtOnce();
+    void resetDuringLoad_data();
     void resetDuringLoad();
+    void deletionDuringLoad_data();
     void deletionDuringLoad();
     void loadInTheSlotOfTheOutcome();
     void loadInTheSlotOfAProgressSignal();
@@ -85,6 +52,8 @@ private slots:
 private:
     Database write(const char *name, const QByteArray &content, const QStringList &expected);
     void later(const Database &database);
+    void addMoments() const;
+    void loadUpToTheMoment();
 
     QTemporaryDir directory;
     Database large;
@@ -93,6 +62,7 @@ private:
     Database missing;
     std::unique_ptr<TAVManager> manager;
     std::unique_ptr<SignalRecorder> recorder;
+    std::unique_ptr<LoadGate> gate;
 };
 
 Database TestLoading::write(const char *name, const QByteArray &content, const QStringList &expected)
@@ -116,15 +86,13 @@ void TestLoading::later(const Database &database)
 void TestLoading::initTestCase()
 {
     QByteArray chain = "G0\n";
-    for (int i = 1; i < 60000; ++i) {
+    for (int i = 1; i < 30000; ++i) {
         chain += 'G' + QByteArray::number(i) + '\t' + QByteArray::number(i - 1) + "\t0\n";
     }
     large = write("large.tav", chain,
-                  {QStringLiteral("console 60000 lines."), QStringLiteral("progress 0 60000"),
-                   QStringLiteral("progress 10000 60000"), QStringLiteral("progress 20000 60000"),
-                   QStringLiteral("progress 30000 60000"), QStringLiteral("progress 40000 60000"),
-                   QStringLiteral("progress 50000 60000"),
-                   QStringLiteral("console Data loaded : 60000 nodes and 119998 links."),
+                  {QStringLiteral("console 30000 lines."), QStringLiteral("progress 0 30000"),
+                   QStringLiteral("progress 10000 30000"), QStringLiteral("progress 20000 30000"),
+                   QStringLiteral("console Data loaded : 30000 nodes and 59998 links."),
                    QStringLiteral("database_loaded")});
     small = write("small.tav", "A\nB\t0\nC\t0\t1\n",
                   {QStringLiteral("console 3 lines."), QStringLiteral("progress 0 3"),
@@ -146,28 +114,57 @@ void TestLoading::cleanup()
 {
     manager.reset();
     recorder.reset();
+    gate.reset();
 }
 
 void TestLoading::oneAfterTheOther()
 {
     for (const Database *database : {&small, &malformed, &large, &missing, &small, &missing, &malformed, &large}) {
         manager->loadDatabase(database->path);
-        QVERIFY(waitForOutcome(*recorder));
+        QVERIFY(waitForOutcome(*manager, *recorder));
         QCOMPARE(recorder->take(), database->expected);
     }
 }
 
+/// The moments at which something can meet the load of the large database: each of the engine's signals has just been
+/// emitted, and up to that one all are delivered or none is.
+void TestLoading::addMoments() const
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<bool>("delivered");
+    for (int position = 0; position < large.expected.size(); ++position) {
+        const QByteArray line = large.expected.at(position).toLatin1();
+        QTest::addRow("%s, waiting for delivery", line.constData()) << position << false;
+        QTest::addRow("%s, delivered", line.constData()) << position << true;
+    }
+}
+
+/// Starts to load the large database and lets it come to the moment of the row, where it stays.
+void TestLoading::loadUpToTheMoment()
+{
+    QFETCH(int, position);
+    QFETCH(bool, delivered);
+    gate = std::make_unique<LoadGate>(*manager, position);
+    manager->loadDatabase(large.path);
+    QVERIFY(gate->waitForLoad());
+    if (delivered) {
+        QCoreApplication::sendPostedEvents();
+    }
+    QCOMPARE(recorder->take(), large.expected.mid(0, delivered ? position + 1 : 0));
+}
+
+void TestLoading::loadDuringLoad_data()
+{
+    addMoments();
+}
+
 void TestLoading::loadDuringLoad()
 {
-    const QVector<const Database *> others{&small, &large, &malformed, &missing};
-    for (int moment = 0; moment < momentCount; ++moment) {
-        const Database &other = *others.at(moment % others.size());
-        manager->loadDatabase(large.path);
-        runUntil(moment, *recorder);
-        recorder->take();
-        manager->loadDatabase(other.path);
-        QVERIFY(waitForOutcome(*recorder));
-        QCOMPARE(recorder->take(), other.expected);
+    for (const Database *other : {&small, &large, &malformed, &missing}) {
+        loadUpToTheMoment();
+        manager->loadDatabase(other->path);
+        QVERIFY(waitForOutcome(*manager, *recorder));
+        QCOMPARE(recorder->take(), other->expected);
     }
 }
 
@@ -176,38 +173,39 @@ void TestLoading::manyLoadsAtOnce()
     for (const Database *database : {&large, &small, &missing, &large, &malformed, &large, &small}) {
         manager->loadDatabase(database->path);
     }
-    QVERIFY(waitForOutcome(*recorder));
+    QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(), small.expected);
+}
+
+void TestLoading::resetDuringLoad_data()
+{
+    addMoments();
 }
 
 void TestLoading::resetDuringLoad()
 {
     const QStringList empty{QStringLiteral("database_empty")};
-    for (int moment = 0; moment < momentCount; ++moment) {
-        manager->loadDatabase(large.path);
-        runUntil(moment, *recorder);
-        recorder->take();
-        manager->resetDatabase();
-        QCOMPARE(recorder->recorded(), empty);
-        QCoreApplication::processEvents();
-        QCOMPARE(recorder->take(), empty);
-    }
+    loadUpToTheMoment();
+    manager->resetDatabase();
+    QCOMPARE(recorder->recorded(), empty);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(recorder->take(), empty);
     manager->loadDatabase(small.path);
-    QVERIFY(waitForOutcome(*recorder));
+    QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(), small.expected);
+}
+
+void TestLoading::deletionDuringLoad_data()
+{
+    addMoments();
 }
 
 void TestLoading::deletionDuringLoad()
 {
-    for (int moment = 0; moment < momentCount; ++moment) {
-        init();
-        manager->loadDatabase(large.path);
-        runUntil(moment, *recorder);
-        recorder->take();
-        manager.reset();
-        QCoreApplication::processEvents();
-        QCOMPARE(recorder->recorded(), QStringList());
-    }
+    loadUpToTheMoment();
+    manager.reset();
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(recorder->recorded(), QStringList());
 }
 
 void TestLoading::loadInTheSlotOfTheOutcome()
@@ -225,21 +223,21 @@ void TestLoading::loadInTheSlotOfTheOutcome()
         expected += database->expected;
     }
     manager->loadDatabase(large.path);
-    QVERIFY(QTest::qWaitFor([this, &expected] { return recorder->recorded().size() >= expected.size(); }, timeout));
-    QCoreApplication::processEvents();
+    QVERIFY(QTest::qWaitFor([this, &expected] { return recorder->recorded().size() >= expected.size(); }, patience));
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(recorder->take(), expected);
 }
 
 void TestLoading::loadInTheSlotOfAProgressSignal()
 {
     connect(manager.get(), &TAVManager::signal_progress, manager.get(), [this](int current) {
-        if (current == 20000) {
+        if (current == 10000) {
             manager->loadDatabase(small.path);
         }
     });
     manager->loadDatabase(large.path);
-    QVERIFY(waitForOutcome(*recorder));
-    const int upToTheSignal = large.expected.indexOf(QStringLiteral("progress 20000 60000")) + 1;
+    QVERIFY(waitForOutcome(*manager, *recorder));
+    const int upToTheSignal = large.expected.indexOf(QStringLiteral("progress 10000 30000")) + 1;
     QCOMPARE(recorder->take(), QStringList(large.expected.mid(0, upToTheSignal) + small.expected));
 }
 
@@ -247,7 +245,7 @@ void TestLoading::resetInTheSlotOfTheOutcome()
 {
     connect(manager.get(), &TAVManager::signal_database_loaded, manager.get(), &TAVManager::resetDatabase);
     manager->loadDatabase(large.path);
-    QVERIFY(waitForOutcome(*recorder));
+    QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(), QStringList(large.expected + QStringList{QStringLiteral("database_empty")}));
 }
 
@@ -256,7 +254,7 @@ void TestLoading::deletionLaterInTheSlotOfTheOutcome()
     QPointer<TAVManager> watched = manager.release();
     connect(watched, &TAVManager::signal_database_loaded, watched, &QObject::deleteLater);
     watched->loadDatabase(large.path);
-    QVERIFY(QTest::qWaitFor([&watched] { return watched.isNull(); }, timeout));
+    QVERIFY(QTest::qWaitFor([&watched] { return watched.isNull(); }, patience));
     QCOMPARE(recorder->take(), large.expected);
 }
 
@@ -267,8 +265,8 @@ void TestLoading::requestsThatWaitInTheEventQueue()
     later(large);
     later(malformed);
     QVERIFY(
-        QTest::qWaitFor([this] { return recorder->recorded().contains(QStringLiteral("database_empty")); }, timeout));
-    QCoreApplication::processEvents();
+        QTest::qWaitFor([this] { return recorder->recorded().contains(QStringLiteral("database_empty")); }, patience));
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(recorder->take(), malformed.expected);
 }
 
@@ -277,7 +275,7 @@ void TestLoading::deletionWithRequestsInTheEventQueue()
     manager->loadDatabase(large.path);
     later(small);
     manager.reset();
-    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(recorder->take(), QStringList());
 }
 
@@ -289,11 +287,11 @@ void TestLoading::noThreadForTheLoad()
         manager->loadDatabase(small.path);
     }
     QCOMPARE(recorder->take(), QStringList()); // told later, as always
-    QVERIFY(waitForOutcome(*recorder));
+    QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(),
              (QStringList{QStringLiteral("console Unable to start loading."), QStringLiteral("database_empty")}));
     manager->loadDatabase(small.path);
-    QVERIFY(waitForOutcome(*recorder));
+    QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(), small.expected);
 }
 

@@ -2,7 +2,9 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "TAVsearchengine.h"
+#include "support/loading.h"
 #include "support/mainwindowfixture.h"
+#include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/testdata.h"
 #include "support/windowdriver.h"
@@ -20,8 +22,6 @@
 
 namespace
 {
-constexpr int outcomeTimeout = 120000; // milliseconds
-
 // The large database is read in several chunks and linked by several threads.
 constexpr int graphCount = 20000;
 constexpr int nameLength = 150;
@@ -48,24 +48,6 @@ struct Command {
     int meetings = 0; ///< how often it met a load
 };
 
-bool isOutcome(const QString &line)
-{
-    return line == QLatin1String("database_loaded") || line == QLatin1String("database_empty");
-}
-
-bool hasOutcome(const QStringList &lines)
-{
-    return std::any_of(lines.begin(), lines.end(), isOutcome);
-}
-
-/// Runs the event loop until an outcome has arrived, and then whatever is still waiting for delivery.
-bool waitForOutcome(const SignalRecorder &recorder)
-{
-    const bool arrived = driver::waitUntil([&recorder] { return hasOutcome(recorder.recorded()); }, outcomeTimeout);
-    QCoreApplication::processEvents();
-    return arrived;
-}
-
 /// The names of the whole database, one a line; an empty database is not saved.
 QByteArray namesSaved(TAVManager &manager, const QString &path)
 {
@@ -74,7 +56,8 @@ QByteArray namesSaved(TAVManager &manager, const QString &path)
 } // namespace
 
 /// Requests that meet a load at any moment of it: while it counts lines, while it reads records, while it links them,
-/// and when it is over but its last signals still wait for delivery.
+/// and when it is over but its last signals still wait for delivery. The moments are random times after its start; what
+/// is expected holds at each of them.
 class TestLoadRaces : public QObject
 {
     Q_OBJECT
@@ -149,7 +132,7 @@ void TestLoadRaces::initTestCase()
         QElapsedTimer clock;
         clock.start();
         manager->loadDatabase(large.path);
-        QVERIFY(waitForOutcome(*recorder));
+        QVERIFY(waitForOutcome(*manager, *recorder));
         QCOMPARE(recorder->recorded(), large.expected);
         loadTime = clock.nsecsElapsed() / 1000;
     }
@@ -198,7 +181,7 @@ void TestLoadRaces::loadDuringLoad()
         passPartOfALoad();
         recorder->take();
         manager->loadDatabase(other.path);
-        QVERIFY(waitForOutcome(*recorder));
+        QVERIFY(waitForOutcome(*manager, *recorder));
         QCOMPARE(recorder->take(), other.expected);
         QCOMPARE(namesSaved(*manager, path("names.g6")), other.names);
         recorder->take();
@@ -220,7 +203,7 @@ void TestLoadRaces::clearDuringLoad()
         QCOMPARE(namesSaved(*manager, path("names.g6")), QByteArray());
         recorder->take();
         manager->loadDatabase(small.path);
-        QVERIFY(waitForOutcome(*recorder));
+        QVERIFY(waitForOutcome(*manager, *recorder));
         QCOMPARE(recorder->take(), small.expected);
     }
 }
@@ -310,7 +293,7 @@ void TestLoadRaces::everyCommandDuringLoad()
             ++command.meetings;
         }
         if (!hasOutcome(ofTheLoad)) {
-            QVERIFY(waitForOutcome(*recorder));
+            QVERIFY(waitForOutcome(*manager, *recorder));
             ofTheLoad += recorder->take();
         }
         QCOMPARE(ofTheLoad, large.expected);
@@ -363,7 +346,7 @@ void TestLoadRaces::windowClosedDuringLoad()
         passPartOfALoad();
         const int before = ofTheWindow.recorded().size();
         fixture.window->close();
-        QTRY_VERIFY(fixture.window.isNull());
+        QTRY_VERIFY_WITH_TIMEOUT(fixture.window.isNull(), patience);
         const QStringList delivered = large.expected.mid(0, ofTheWindow.recorded().size());
         QCOMPARE(ofTheWindow.recorded(), delivered);
         QVERIFY(delivered.size() >= before);

@@ -2,7 +2,9 @@
 #include "TAVmanager.h"
 #include "graph.h"
 #include "node.h"
+#include "support/loadgate.h"
 #include "support/mainwindowfixture.h"
+#include "support/patience.h"
 #include "support/testdata.h"
 #include "support/windowdriver.h"
 
@@ -20,6 +22,8 @@
 #include <QSlider>
 #include <QTextEdit>
 #include <QtTest>
+
+#include <memory>
 
 /// The central widget: its panels, modes, console and database commands.
 class TestMainWidget : public QObject
@@ -102,20 +106,17 @@ QStringList rowTexts(const QWidget *panel, int row, int columns)
     return texts;
 }
 
-/// A database that takes long enough to load for something to happen meanwhile: copies of a large one, whose indices
-/// all lead into the first.
-QString slowDatabase()
+/// Loads a database with the button of the mode panel, holds the load while it reads records and delivers what it has
+/// emitted until then.
+std::unique_ptr<LoadGate> holdALoad(MainWindowFixture &fixture)
 {
-    static const QTemporaryDir directory;
-    const QString path = directory.filePath(QStringLiteral("slow.tav"));
-    QFile file(path);
-    if (!file.exists()) {
-        const QByteArray once = contents(QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav"));
-        if (!file.open(QIODevice::WriteOnly) || file.write(once.repeated(5)) != 5 * once.size()) {
-            qFatal("cannot write %s", qPrintable(path));
-        }
+    auto gate = std::make_unique<LoadGate>(*fixture.widget()->getManager(), 2);
+    fixture.pressAndChoose(QStringLiteral("Load database"), example("connected-8.tav"));
+    if (!gate->waitForLoad()) {
+        qFatal("no load comes to the gate");
     }
-    return path;
+    QCoreApplication::sendPostedEvents();
+    return gate;
 }
 
 /// The directory in which the dialog of a button opens.
@@ -467,7 +468,7 @@ void TestMainWidget::cancelledLoadFailsOnTheEmptyName()
     MainWindowFixture fixture;
     const QSignalSpy failed(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
     fixture.pressAndCancel(QStringLiteral("Load database"));
-    QTRY_COMPARE(failed.count(), 1);
+    QVERIFY(driver::waitUntil([&] { return failed.count() == 1; }));
     QCOMPARE(fixture.console(), words({"Loading data ... please wait."}));
     QVERIFY(!fixture.panel("listsPanel")->isEnabled());
 }
@@ -586,13 +587,11 @@ void TestMainWidget::loadDuringLoad()
     MainWindowFixture fixture;
     const QString small = fixture.write(QStringLiteral("small.tav"), "@\nA_\t0\n");
     const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
-    fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
+    const auto gate = holdALoad(fixture);
     fixture.clearConsole();
     QVERIFY(fixture.load(small));
-    QTest::qWait(50);
     QCOMPARE(loaded.count(), 1);
-    const QStringList lines = fixture.console();
-    QCOMPARE(lines.mid(lines.size() - 3),
+    QCOMPARE(fixture.console(),
              words({"Loading data ... please wait.", "2 lines.", "Data loaded : 2 nodes and 1 links."}));
 }
 
@@ -601,11 +600,11 @@ void TestMainWidget::clearDuringLoad()
     MainWindowFixture fixture;
     const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
     const QSignalSpy empty(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
-    fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
+    const auto gate = holdALoad(fixture);
     fixture.window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(fixture.window));
+    QVERIFY(QTest::qWaitForWindowActive(fixture.window, patience));
     QTest::keyClick(fixture.window, Qt::Key_D, Qt::ControlModifier);
-    QTest::qWait(100);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(empty.count(), 1);
     QCOMPARE(loaded.count(), 0);
     QCOMPARE(fixture.progressBar()->value(), 0);
@@ -618,11 +617,12 @@ void TestMainWidget::listsAndBrowsingDuringLoad()
     QVERIFY(fixture.load(fixture.write(QStringLiteral("small.tav"), "@\nA_\t0\n")));
     const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
     fixture.press(QStringLiteral("Visualization"));
-    fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
+    const auto gate = holdALoad(fixture);
     fixture.widget()->getManager()->addListFromFile(QStringLiteral("regular"), example("regular-8.g6"));
     fixture.press(QStringLiteral("=>>"));
     QCOMPARE(fixture.positionText(), QStringLiteral("2/17 G?zTb_"));
-    QCOMPARE(loaded.count(), 0); // all of it while the load was running
+    QCOMPARE(loaded.count(), 0);
+    gate->open();
     QVERIFY(driver::waitUntil([&] { return loaded.count() == 1; }));
 }
 
@@ -635,7 +635,7 @@ void TestMainWidget::consoleFollowsItsLastLine()
         for (int i = 0; i < 100; ++i) {
             fixture.widget()->slot_console(QStringLiteral("line"));
         }
-        QTest::qWait(20);
+        QCoreApplication::processEvents();
     };
     addLines();
     QVERIFY(bar->maximum() > 0);
@@ -651,9 +651,9 @@ void TestMainWidget::consoleFollowsItsLastLine()
 void TestMainWidget::closeDuringLoad()
 {
     MainWindowFixture fixture;
-    fixture.pressAndChoose(QStringLiteral("Load database"), slowDatabase());
+    const auto gate = holdALoad(fixture);
     fixture.window->close();
-    QTRY_VERIFY(fixture.window.isNull());
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.window.isNull(), patience);
 }
 
 QTEST_MAIN(TestMainWidget)

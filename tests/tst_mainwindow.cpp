@@ -2,6 +2,7 @@
 #include "TAVmanager.h"
 #include "graph.h"
 #include "support/mainwindowfixture.h"
+#include "support/patience.h"
 #include "support/windowdriver.h"
 
 #include <QAbstractButton>
@@ -79,9 +80,9 @@ void showViewer(MainWindowFixture &fixture)
     QVERIFY(fixture.load(fixture.write(QStringLiteral("small.tav"), "@\nA_\t0\n")));
     fixture.press(QStringLiteral("Visualization"));
     fixture.window->activateWindow(); // which the dialog was
-    QVERIFY(QTest::qWaitForWindowActive(fixture.window));
+    QVERIFY(QTest::qWaitForWindowActive(fixture.window, patience));
     fixture.view()->setFocus();
-    QTRY_VERIFY(fixture.view()->hasFocus());
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.view()->hasFocus(), patience);
 }
 } // namespace
 
@@ -91,7 +92,7 @@ void TestMainWindow::titleAndSmallestSize()
     QCOMPARE(fixture.window->windowTitle(), QStringLiteral("Tavoline version 0.2.1 alpha"));
     QCOMPARE(fixture.window->minimumSize(), QSize(800, 800));
     fixture.window->resize(300, 300);
-    QTRY_COMPARE(fixture.window->size().boundedTo(QSize(800, 800)), QSize(800, 800));
+    QTRY_COMPARE_WITH_TIMEOUT(fixture.window->size().boundedTo(QSize(800, 800)), QSize(800, 800), patience);
 }
 
 void TestMainWindow::actions_data()
@@ -272,7 +273,7 @@ void TestMainWindow::viewerKeepsItsControlKeys()
 
     QTest::keyClick(fixture.view(), Qt::Key_D, Qt::ControlModifier);
     QTest::keyClick(fixture.view(), Qt::Key_O, Qt::ControlModifier);
-    QTest::qWait(50);
+    QCoreApplication::processEvents();
     QCOMPARE(empty.count(), 0);
     QVERIFY(!answer.done());
 }
@@ -281,7 +282,7 @@ void TestMainWindow::exitClosesAndDeletesTheWindow()
 {
     const MainWindowFixture fixture;
     action(fixture, QStringLiteral("&Exit"))->trigger();
-    QTRY_VERIFY(fixture.window.isNull());
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.window.isNull(), patience);
 }
 
 // The end of a session closes the dialog and then the window; the command goes on and opens another dialog.
@@ -293,7 +294,8 @@ void TestMainWindow::windowOutlivesTheDialogOfItsCommands()
     std::unique_ptr<driver::DialogAnswer> warning;
     const driver::DialogAnswer sessionEnd([&](QDialog *) {
         warning = std::make_unique<driver::DialogAnswer>([&](QDialog *box) {
-            QTest::qWait(20);
+            QCoreApplication::processEvents();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             windowWasThere = !fixture.window.isNull();
             box->reject();
         });
@@ -302,7 +304,7 @@ void TestMainWindow::windowOutlivesTheDialogOfItsCommands()
     fixture.view()->slot_save();
     QVERIFY(warning->done());
     QVERIFY(windowWasThere);
-    QTRY_VERIFY(fixture.window.isNull());
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.window.isNull(), patience);
 }
 
 QTEST_MAIN(TestMainWindow)

@@ -1,9 +1,9 @@
 #include "TAVmanager.h"
+#include "support/loading.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
 
 #include <QFile>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -377,10 +377,8 @@ void TestManager::addListFromFileWithoutAFreshName()
 void TestManager::loadDatabase()
 {
     TAVManager manager;
-    QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
     Watch watch(manager);
-    manager.loadDatabase(write("A\nB\t0\nC\t1\t0\n"));
-    QVERIFY(loaded.wait());
+    QVERIFY(loadAndWait(manager, write("A\nB\t0\nC\t1\t0\n")));
     watch.expect({text("console Loading data ... please wait."), text("console 3 lines."), text("progress 0 3"),
                   text("console Data loaded : 3 nodes and 3 links."), text("database_loaded")},
                  "");
@@ -389,18 +387,15 @@ void TestManager::loadDatabase()
 void TestManager::loadDatabaseThatFails()
 {
     TAVManager manager;
-    QSignalSpy empty(&manager, &TAVManager::signal_database_empty);
     {
         Watch watch(manager);
-        manager.loadDatabase(write("A\nB\t2\n"));
-        QVERIFY(empty.wait());
+        QVERIFY(!loadAndWait(manager, write("A\nB\t2\n")));
         watch.expect({text("console Loading data ... please wait."), text("console 2 lines."), text("progress 0 2"),
                       text("console ERROR in database format."), text("database_empty")},
                      "Error in database format\n");
     }
     Watch watch(manager);
-    manager.loadDatabase(directory.filePath(text("missing.tav")));
-    QVERIFY(empty.wait());
+    QVERIFY(!loadAndWait(manager, directory.filePath(text("missing.tav"))));
     watch.expect({text("console Loading data ... please wait."), text("database_empty")}, "Unable to open file\n");
 }
 
@@ -409,10 +404,8 @@ void TestManager::loadingKeepsTheLists()
     TAVManager manager;
     manager.addList(text("A"), {text("Bw"), text("BW")});
     manager.addList(text("B"), {text("@")});
-    QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
     for (const char *content : {"Bw\n", "@\nA_\t0\n"}) {
-        manager.loadDatabase(write(content));
-        QVERIFY(loaded.wait());
+        QVERIFY(loadAndWait(manager, write(content)));
         QCOMPARE(manager.listNames(), (QStringList{text("A"), text("B")}));
         QCOMPARE(manager.getList(text("A")), (QStringList{text("Bw"), text("BW")}));
         QCOMPARE(manager.getList(text("B")), QStringList{text("@")});

@@ -2,9 +2,9 @@
 // what is said to have succeeded is right.
 #include "TAVmanager.h"
 #include "support/failingallocations.h"
+#include "support/loading.h"
 #include "support/testdata.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -28,16 +28,7 @@ public:
     }
 
     /// Loads the sample database and returns whether it is there.
-    bool load()
-    {
-        QSignalSpy loaded(&manager, &TAVManager::signal_database_loaded);
-        QSignalSpy empty(&manager, &TAVManager::signal_database_empty);
-        manager.loadDatabase(example("connected-8.tav"));
-        if (!QTest::qWaitFor([&] { return loaded.count() + empty.count() > 0; }, 60000)) {
-            qFatal("the load does not end");
-        }
-        return loaded.count() == 1;
-    }
+    bool load() { return loadAndWait(manager, example("connected-8.tav")); }
 
     QMap<QString, QStringList> lists()
     {

@@ -2,6 +2,7 @@
 #include "node.h"
 #include "nodedisplay.h"
 #include "support/itemimage.h"
+#include "support/patience.h"
 #include "support/stderrcapture.h"
 
 #include <QApplication>
@@ -124,13 +125,11 @@ template<typename Action> QList<QRectF> repaints(QGraphicsScene &scene, Action a
 {
     QSignalSpy changed(&scene, &QGraphicsScene::changed);
     scene.update();
-    changed.wait();
+    QCoreApplication::sendPostedEvents(); // one of them lets the scene tell its changes
     changed.clear();
     action();
-    if (!changed.wait(200)) {
-        return {};
-    }
-    return changed.at(0).at(0).value<QList<QRectF>>();
+    QCoreApplication::sendPostedEvents();
+    return changed.isEmpty() ? QList<QRectF>() : changed.at(0).at(0).value<QList<QRectF>>();
 }
 
 /// A scene with one vertex at (100, 100), worked with the left button.
@@ -692,7 +691,7 @@ void TestNode::releaseRepaintsTheOutline()
     QGraphicsView view(&stage.scene);
     view.resize(450, 450);
     view.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    QVERIFY(QTest::qWaitForWindowExposed(&view, patience));
     const auto outline = [&] {
         QCoreApplication::processEvents();
         return view.viewport()->grab().toImage().pixelColor(view.mapFromScene(QPointF(60, 100)));

@@ -1,4 +1,5 @@
 #include "nodedisplay.h"
+#include "support/patience.h"
 
 #include <QGridLayout>
 #include <QLineEdit>
@@ -75,7 +76,7 @@ void TestNodeDisplay::doneHidesTheDialog()
 {
     NodeDisplay dialog(QStringLiteral("Node 7"));
     dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
     QTest::mouseClick(dialog.findChild<QPushButton *>(), Qt::LeftButton);
     QVERIFY(dialog.isHidden());
 }

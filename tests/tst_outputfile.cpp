@@ -1,5 +1,6 @@
 #include "outputfile.h"
 #include "support/fulldisk.h"
+#include "support/patience.h"
 
 #include <QDir>
 #include <QFile>
@@ -180,7 +181,7 @@ void TestOutputFile::aFifo()
         result = writeFile(path("fifo"), text(longText.c_str()));
         return result != WriteResult::NotOpened;
     };
-    QVERIFY(QTest::qWaitFor(isOpened));
+    QVERIFY(QTest::qWaitFor(isOpened, patience));
     QCOMPARE(result, WriteResult::Written);
     QVERIFY(arrived.get() == longText);
 }

@@ -1,3 +1,4 @@
+#include "support/patience.h"
 #include "support/testdata.h"
 #include "support/toolprocess.h"
 
@@ -156,9 +157,9 @@ private slots:
             pollfd end = {writer, POLLOUT, 0};
             return ::poll(&end, 1, 0) == 0;
         };
-        QTRY_VERIFY_WITH_TIMEOUT(isFull(), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(isFull(), patience);
         ::kill(pid_t(process.processId()), SIGTERM);
-        QVERIFY(process.waitForFinished(10000));
+        QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
         QCOMPARE(process.exitCode(), SIGTERM);
         ::close(reader);
@@ -328,14 +329,29 @@ private slots:
                                     "has 267\r\ntav: standard input: faults found: 1\r\n"));
     }
 
-    /// Ctrl+C while it reads; a second later more would come.
+    /// The signal of Ctrl+C while the program, on a terminal, waits for the rest of its input.
     void nothingOfTheProgressStaysAfterASignal()
     {
-        const QByteArray shown = shell("script -qec \"(cat '$2'; sleep 3) | timeout --foreground -s INT 2 $1 info -\" "
-                                       "/dev/null </dev/null",
-                                       {example("connected-8.tav")})
-                                     .output;
-        QCOMPARE(shown, QByteArray("\rReading standard input: 10000\r\033[K"));
+        const QByteArray shown("\rReading standard input: 10000");
+        const QTemporaryDir place;
+        const QString rest = place.filePath(QStringLiteral("rest"));
+        const QString id = place.filePath(QStringLiteral("id"));
+        QCOMPARE(::mkfifo(rest.toLocal8Bit().constData(), 0600), 0);
+        const int writer = ::open(rest.toLocal8Bit().constData(), O_RDWR | O_CLOEXEC);
+        QVERIFY(writer >= 0);
+        QProcess terminal;
+        terminal.setStandardInputFile(QProcess::nullDevice());
+        terminal.start(QStringLiteral("script"),
+                       {QStringLiteral("-qec"),
+                        QStringLiteral("cat '%1' '%2' | sh -c 'echo $$ >%3; exec %4 info -'")
+                            .arg(example("connected-8.tav"), rest, id, QStringLiteral(TAVOLINE_TAV)),
+                        QStringLiteral("/dev/null")});
+        while (terminal.peek(1 << 16).size() < shown.size() && terminal.waitForReadyRead(patience)) {
+        }
+        ::kill(contents(id).trimmed().toInt(), SIGINT);
+        ::close(writer);
+        QVERIFY(terminal.waitForFinished(patience));
+        QCOMPARE(terminal.readAll(), shown + "\r\033[K");
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "interruption.h"
+#include "support/patience.h"
 #include "workers.h"
 
 #include <QtTest>
@@ -139,25 +140,37 @@ private slots:
                  QStringLiteral("a child process ended before its work was done"));
     }
 
-    /// Both fail while the parent, in its first report, looks away.
+    /// The first report of the parent lets both fail and waits until they have ended.
     void ofTwoMessagesOneIsTold()
     {
-        const SharedMemory memory(sizeof(std::atomic<bool>));
-        auto &go = *new (memory.data()) std::atomic<bool>(false);
+        struct Shared {
+            std::atomic<size_t> started{0};
+            std::array<std::atomic<pid_t>, 2> children{};
+            std::atomic<bool> go{false};
+        };
+        const SharedMemory memory(sizeof(Shared));
+        auto &shared = *new (memory.data()) Shared;
         SharedValues values(count);
         QString message;
         try {
             computeInProcesses(
                 values, count, 2,
                 [&](std::size_t) -> std::optional<double> {
-                    while (!go) {
+                    shared.children.at(shared.started++) = getpid();
+                    while (!shared.go) {
                         usleep(1000);
                     }
                     throw CommandError(QStringLiteral("the work failed"));
                 },
                 [&](std::size_t) {
-                    go = true;
-                    usleep(500000);
+                    while (shared.children.back() == 0 || shared.children.front() == 0) {
+                        usleep(1000);
+                    }
+                    shared.go = true;
+                    for (const pid_t child : shared.children) {
+                        siginfo_t end{};
+                        waitid(P_PID, id_t(child), &end, WEXITED | WNOWAIT); // leaves it to the next waitpid()
+                    }
                 });
         } catch (const CommandError &error) {
             message = error.text();
@@ -215,9 +228,14 @@ private slots:
         const InterruptionScope scope;
         SharedValues values(count);
         int signal = 0;
-        alarmInterrupts();
         try {
-            computeInProcesses(values, count, 2, waitForever, ignoreReport);
+            computeInProcesses(
+                values, count, 2,
+                [](std::size_t index) {
+                    kill(getppid(), SIGTERM);
+                    return waitForever(index);
+                },
+                ignoreReport);
         } catch (const Interrupted &interruption) {
             signal = interruption.signal();
         }
@@ -249,19 +267,9 @@ private slots:
         kill(parent, SIGKILL);
         QCOMPARE(waitpid(parent, nullptr, 0), parent);
         pollfd end{ends[0], POLLIN, 0};
-        QCOMPARE(poll(&end, 1, 10000), 1);
+        QCOMPARE(poll(&end, 1, patience), 1);
         QCOMPARE(read(ends[0], &byte, 1), ssize_t(0));
         close(ends[0]);
-    }
-
-private:
-    /// Sends SIGTERM to this process in a while.
-    static void alarmInterrupts()
-    {
-        struct sigaction action = {};
-        action.sa_handler = [](int) { kill(getpid(), SIGTERM); };
-        sigaction(SIGALRM, &action, nullptr);
-        alarm(1);
     }
 };
 

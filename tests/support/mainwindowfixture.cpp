@@ -3,6 +3,7 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
+#include "patience.h"
 #include "windowdriver.h"
 
 #include <QApplication>
@@ -30,7 +31,7 @@ MainWindowFixture::MainWindowFixture(const QString &savedWorkDir)
     window = new TAVMainWindow;
     window->show();
     window->activateWindow();
-    if (!QTest::qWaitForWindowActive(window)) {
+    if (!QTest::qWaitForWindowActive(window, patience)) {
         qFatal("the window does not become active");
     }
 }

@@ -1,6 +1,8 @@
 #ifndef TAVOLINE_TESTS_RUNPROGRAM_H
 #define TAVOLINE_TESTS_RUNPROGRAM_H
 
+#include "patience.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
@@ -17,7 +19,6 @@ struct ToolResult {
 inline ToolResult runProgram(const QString &program, const QStringList &arguments, const QByteArray &input = {},
                              const QString &folder = {})
 {
-    constexpr int patience = 280000; // milliseconds
     QProcess process;
     process.setWorkingDirectory(folder);
     process.start(program, arguments);

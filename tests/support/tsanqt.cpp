@@ -3,6 +3,8 @@
 // replaces three functions by the ones below, which lock a std::mutex, known to the sanitizer, where Qt locks its own.
 // This hides no fault: accesses that Qt does not order are still reported.
 
+#include "tsanqt.h"
+
 #include "TAVsearchengine.h"
 
 #include <QDeadlineTimer>
@@ -59,4 +61,14 @@ void wrappedActivate(QObject *sender, const QMetaObject *type, int signal, void 
         lock.lock();
     }
     realActivate(sender, type, signal, arguments);
+}
+
+WithoutHandOver::WithoutHandOver()
+{
+    handOver.unlock();
+}
+
+WithoutHandOver::~WithoutHandOver()
+{
+    handOver.lock();
 }

@@ -1,5 +1,7 @@
 #include "windowdriver.h"
 
+#include "patience.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
@@ -41,9 +43,9 @@ void click(QWidget *window, const QString &text)
     QTest::mouseClick(target, Qt::LeftButton, Qt::NoModifier, QPoint(x, target->height() / 2));
 }
 
-bool waitUntil(const std::function<bool()> &condition, int timeout)
+bool waitUntil(const std::function<bool()> &condition)
 {
-    return QTest::qWaitFor(condition, timeout);
+    return QTest::qWaitFor(condition, patience);
 }
 
 void chooseFile(QFileDialog *dialog, const QString &path)

@@ -20,8 +20,8 @@ QAbstractButton *button(QWidget *window, const QString &text);
 /// Clicks the button with that text; fatal when there is none, or when it is hidden.
 void click(QWidget *window, const QString &text);
 
-/// Waits, turning the event loop, until @p condition holds; false after @p timeout milliseconds.
-bool waitUntil(const std::function<bool()> &condition, int timeout = 30000);
+/// Waits, turning the event loop, until @p condition holds; false when it never does.
+bool waitUntil(const std::function<bool()> &condition);
 
 /// Chooses @p path in a file dialog: types it and presses the accepting button.
 void chooseFile(QFileDialog *dialog, const QString &path);
