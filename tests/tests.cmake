@@ -7,7 +7,8 @@ target_compile_definitions(tst_layout PRIVATE
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_record)
 tavoline_test(tst_inputfile tavoline_files)
-tavoline_test(tst_outputfile tavoline_files)
+tavoline_test(tst_outputfile tavoline_files watched_calls)
+tavoline_test(tst_replacement tavoline_files watched_calls)
 tavoline_test(tst_databaseline tavoline_database)
 tavoline_test(tst_databasechunk tavoline_database tavoline_base)
 tavoline_test(tst_databaselinks tavoline_database)

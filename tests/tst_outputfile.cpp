@@ -1,19 +1,24 @@
 #include "outputfile.h"
 #include "support/fulldisk.h"
 #include "support/patience.h"
+#include "support/watchedcalls.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <fstream>
 #include <future>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -69,10 +74,14 @@ private slots:
     void targetsThatCannotBeOpened();
     void devices();
     void aFifo();
+    void aSlowReader();
+    void aFifoThatCannotBeClosed();
+    void aFifoThatIsOpenedWhileSignalsCome();
     void standardStreams_data();
     void standardStreams();
     void standardInputIsNotWrittenTo();
     void givingUpKeepsTheOldFile();
+    void theSignalOfTheFileSizeLimit();
 
 private:
     QString path(const char *name) const { return directory->filePath(QString::fromLatin1(name)); }
@@ -145,8 +154,9 @@ void TestOutputFile::fullDiskLeavesNoNewFile()
 
 void TestOutputFile::targetsThatCannotBeOpened()
 {
-    QCOMPARE(writeFile(QString(), text("x")), WriteResult::NotOpened);
     QString reason;
+    QCOMPARE(writeFile(QString(), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(reason, QStringLiteral("No such file or directory"));
     QCOMPARE(writeFile(directory->path(), text("x"), &reason), WriteResult::NotOpened);
     QCOMPARE(reason, QStringLiteral("Is a directory"));
     QCOMPARE(writeFile(path("missing/file"), text("x"), &reason), WriteResult::NotOpened);
@@ -195,6 +205,64 @@ void TestOutputFile::standardStreams_data()
     QTest::newRow("error") << STDERR_FILENO << QStringLiteral("/dev/stderr");
 }
 
+void TestOutputFile::aSlowReader()
+{
+    const std::string name = path("fifo").toStdString();
+    QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
+    const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
+    auto arrived = std::async(std::launch::async, [&] {
+        std::string bytes(1000000, '\0');
+        QTest::qSleep(100);
+        for (size_t count = 0; count < bytes.size();) {
+            const ssize_t piece = ::read(reader, &bytes[count], bytes.size() - count);
+            count += size_t(qMax<ssize_t>(piece, 0));
+        }
+        return bytes;
+    });
+    int writes = 0;
+    WriteResult result = WriteResult::NotOpened;
+    {
+        const CallWatch watch(name, [&](const SystemCall &call) {
+            writes += qstrcmp(call.kind, "write") == 0 ? 1 : 0;
+            return 0;
+        });
+        result = writeFile(path("fifo"), text(QByteArray(1000000, 'x')));
+    }
+    QVERIFY(arrived.get() == std::string(1000000, 'x'));
+    ::close(reader);
+    QCOMPARE(result, WriteResult::Written);
+    // The writer waits until there is room; it does not ask again and again.
+    QVERIFY2(writes < 2000, QByteArray::number(writes).constData());
+}
+
+void TestOutputFile::aFifoThatCannotBeClosed()
+{
+    const std::string name = path("fifo").toStdString();
+    QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
+    const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
+    for (const auto &[error, expected] : {std::pair(EIO, WriteResult::Failed), {EINTR, WriteResult::Written}}) {
+        const int closing = error;
+        const CallWatch watch(
+            name, [closing](const SystemCall &call) { return qstrcmp(call.kind, "close") == 0 ? closing : 0; });
+        QString reason;
+        QCOMPARE(writeFile(path("fifo"), text("x"), &reason), expected);
+        QCOMPARE(reason, error == EIO ? QStringLiteral("Input/output error") : QString());
+    }
+    ::close(reader);
+}
+
+void TestOutputFile::aFifoThatIsOpenedWhileSignalsCome()
+{
+    const std::string name = path("fifo").toStdString();
+    QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
+    const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
+    int signalsLeft = 3;
+    const CallWatch watch(
+        name, [&](const SystemCall &call) { return qstrcmp(call.kind, "open") == 0 && signalsLeft-- > 0 ? EINTR : 0; });
+    QCOMPARE(writeFile(path("fifo"), text("x")), WriteResult::Written);
+    ::close(reader);
+}
+
 /// Where a stream goes to a file, that file is neither replaced nor written to from its beginning.
 void TestOutputFile::standardStreams()
 {
@@ -202,11 +270,14 @@ void TestOutputFile::standardStreams()
     QFETCH(QString, device);
     bool deviceIsReplaced = true;
     bool fileIsReplaced = true;
+    bool otherIsReplaced = false;
+    QCOMPARE(writeFile(path("other"), text("other")), WriteResult::Written);
     {
         const Redirection redirection(stream, path("file"), O_RDWR | O_CREAT);
         QCOMPARE(::write(stream, "first\n", 6), ssize_t(6));
         deviceIsReplaced = isReplaced(device);
         fileIsReplaced = isReplaced(path("file"));
+        otherIsReplaced = isReplaced(path("other"));
         QCOMPARE(writeFile(device, text("second\n")), WriteResult::Written);
         QCOMPARE(writeFile(path("file"), text("third\n")), WriteResult::Written);
         QCOMPARE(::write(stream, "fourth\n", 7), ssize_t(7));
@@ -214,7 +285,9 @@ void TestOutputFile::standardStreams()
     QCOMPARE(contents(path("file")), QByteArray("first\nsecond\nthird\nfourth\n"));
     QVERIFY(!deviceIsReplaced);
     QVERIFY(!fileIsReplaced);
+    QVERIFY(otherIsReplaced);
     QVERIFY(isReplaced(path("file")));
+    QVERIFY(isReplaced(path("missing")));
 }
 
 void TestOutputFile::standardInputIsNotWrittenTo()
@@ -236,6 +309,15 @@ void TestOutputFile::givingUpKeepsTheOldFile()
     QCOMPARE(result, WriteResult::Failed);
     QCOMPARE(contents(path("file")), QByteArray("old"));
     QCOMPARE(files(), QStringList{QStringLiteral("file")});
+}
+
+/// Which ends a process that does not know it, whatever it has not saved yet.
+void TestOutputFile::theSignalOfTheFileSizeLimit()
+{
+    std::signal(SIGXFSZ, SIG_DFL);
+    failBeyondFileSizeLimit();
+    QCOMPARE(std::raise(SIGXFSZ), 0);
+    QVERIFY(std::signal(SIGXFSZ, SIG_DFL) == SIG_IGN);
 }
 
 QTEST_GUILESS_MAIN(TestOutputFile)

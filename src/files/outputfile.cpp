@@ -1,9 +1,9 @@
 #include "outputfile.h"
 
 #include "replacement.h"
+#include "systemcalls.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <cerrno>
 #include <csignal>
@@ -15,13 +15,9 @@
 
 namespace
 {
-/// The descriptor of a standard stream that writes to the file @p path, or -1.
-int standardStreamAt(const QString &path)
+/// The descriptor of a standard stream that writes to the file with the status @p file, or -1.
+int standardStreamInto(const struct stat &file)
 {
-    struct stat file = {};
-    if (::stat(QFile::encodeName(path).constData(), &file) != 0) {
-        return -1;
-    }
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         struct stat stream = {};
         const bool isSame =
@@ -33,27 +29,25 @@ int standardStreamAt(const QString &path)
     return -1;
 }
 
-/// Opens a device or a FIFO. A FIFO that nobody reads is refused: open() without O_NONBLOCK would wait for a reader,
-/// and freeze the window. Then the flag is cleared, so that a write waits for a slow reader.
-int openWithoutWaiting(const QString &path)
+/// Whether a new file replaces the one with the status @p old.
+bool isReplaceable(const struct stat &old)
 {
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor >= 0 && ::fcntl(descriptor, F_SETFL, O_WRONLY) != 0) {
-        ::close(descriptor);
-        return -1;
-    }
-    return descriptor;
+    return S_ISREG(old.st_mode) && standardStreamInto(old) < 0;
 }
 
 /// Opens what is not replaced. The descriptor of a standard stream is duplicated, since both then write one behind the
-/// other.
-int openDirectly(const QString &path)
+/// other. A FIFO that nobody reads is refused: open() without O_NONBLOCK would wait for a reader, and freeze the
+/// window.
+FileDescriptor openDirectly(const QByteArray &path, const struct stat &file)
 {
-    const int stream = standardStreamAt(path);
-    return stream >= 0 ? ::fcntl(stream, F_DUPFD_CLOEXEC, 0) : openWithoutWaiting(path);
+    const int stream = standardStreamInto(file);
+    return FileDescriptor(uninterrupted([&] {
+        return stream >= 0 ? ::fcntl(stream, F_DUPFD_CLOEXEC, 0)
+                           : ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    }));
 }
 
-/// Waits until a descriptor with O_NONBLOCK, a standard stream for example, takes bytes again.
+/// Waits until a descriptor with O_NONBLOCK, that of a FIFO for example, takes bytes again.
 void waitForRoom(int descriptor)
 {
     pollfd room{descriptor, POLLOUT, 0};
@@ -62,27 +56,29 @@ void waitForRoom(int descriptor)
 
 using Writer = std::function<void(OutputFile &)>;
 
-WriteResult writeDirectly(const QString &path, const Writer &write, QString &reason)
+WriteResult writeInto(FileDescriptor file, const Writer &write, QString &reason)
 {
-    const int descriptor = openDirectly(path);
-    if (descriptor < 0) {
+    if (!file.isOpen()) {
         reason = qt_error_string(errno);
         return WriteResult::NotOpened;
     }
-    OutputFile output(descriptor);
+    OutputFile output(file.number());
     write(output);
-    const bool isClosed = ::close(descriptor) == 0 || errno == EINTR; // Linux closes the file even then
-    if (!output.tookEverything() || !isClosed) {
-        reason = output.tookEverything() ? qt_error_string(errno) : output.reason();
+    if (!output.tookEverything()) {
+        reason = output.reason();
+        return WriteResult::Failed;
+    }
+    if (!file.close()) {
+        reason = qt_error_string(errno);
         return WriteResult::Failed;
     }
     return WriteResult::Written;
 }
 
-WriteResult replace(const QString &path, const Writer &write, QString &reason)
+WriteResult replace(const QByteArray &path, const Writer &write, QString &reason)
 {
     Replacement file;
-    if (!file.open(QFile::encodeName(path))) {
+    if (!file.open(path)) {
         reason = qt_error_string(errno);
         return WriteResult::NotOpened;
     }
@@ -128,17 +124,22 @@ void failBeyondFileSizeLimit()
 
 bool isReplaced(const QString &path)
 {
-    const QFileInfo target(path);
-    return !target.exists() || (target.isFile() && standardStreamAt(path) < 0);
+    struct stat file = {};
+    return ::stat(QFile::encodeName(path).constData(), &file) != 0 || isReplaceable(file);
 }
 
 WriteResult writeFile(const QString &path, const std::function<void(OutputFile &)> &write, QString *reason)
 {
     QString unread;
     QString &why = reason != nullptr ? *reason : unread;
-    if (path.isEmpty()) { // from a cancelled dialog
-        why = qt_error_string(ENOENT);
+    if (path.contains(QChar::Null)) { // where the name would end for the kernel
+        why = qt_error_string(EINVAL);
         return WriteResult::NotOpened;
     }
-    return isReplaced(path) ? replace(path, write, why) : writeDirectly(path, write, why);
+    const QByteArray name = QFile::encodeName(path);
+    struct stat file = {};
+    if (::stat(name.constData(), &file) != 0 || isReplaceable(file)) {
+        return replace(name, write, why); // which finds out what is wrong with the path
+    }
+    return writeInto(openDirectly(name, file), write, why);
 }

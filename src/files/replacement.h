@@ -1,6 +1,8 @@
 #ifndef TAVOLINE_REPLACEMENT_H
 #define TAVOLINE_REPLACEMENT_H
 
+#include "systemcalls.h"
+
 #include <QByteArray>
 
 #include <sys/stat.h>
@@ -26,7 +28,7 @@ public:
     bool open(const QByteArray &path);
 
     /// The open new file.
-    int descriptor() const { return file; }
+    int descriptor() const { return file.number(); }
 
     /// Syncs the new file to the disk and replaces the old one by it; false, with the old file unchanged, when any step
     /// fails.
@@ -37,11 +39,9 @@ private:
     bool create(mode_t mode);
     bool createNamed(mode_t mode);
     bool giveName();
-    bool closeFile();
-    void takeBack();
 
-    int folder = -1;
-    int file = -1;
+    FileDescriptor folder;
+    FileDescriptor file;
     QByteArray target;        // the name of the old file in the folder
     QByteArray temporaryName; // of the new file; empty while it has none
 };

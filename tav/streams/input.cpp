@@ -3,11 +3,11 @@
 #include "commandline.h"
 #include "linereader.h"
 #include "progress.h"
+#include "systemcalls.h"
 #include "textline.h"
 
 #include <QFile>
 
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -47,11 +47,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 maximum) override
     {
-        ssize_t count = 0;
-        do {
-            count = ::read(descriptor, data, maximum);
-        } while (count < 0 && errno == EINTR);
-        return count;
+        return uninterrupted([&] { return ::read(descriptor, data, maximum); });
     }
     qint64 writeData(const char *, qint64) override { return -1; }
 
@@ -64,7 +60,8 @@ int openInput(const QString &path)
     if (path == standardStream) {
         return STDIN_FILENO;
     }
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const QByteArray name = QFile::encodeName(path);
+    const int descriptor = uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); });
     if (descriptor < 0) {
         throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, qt_error_string()));
     }
