@@ -234,6 +234,9 @@ private:
         // from them.
         addQuery("list-eq-subs/barred", &TAVManager::addI1eqI2subsList, {level, nearLevel}, "walk-matching",
                  Size::exactly(files.withLevelSubGraphs));
+        // The graph that fails is below all others, and one such value hides it from them.
+        addQuery("list-eq-subs/hidden", &TAVManager::addI1eqI2subsList, {level, hiddenByOne}, "walk-matching",
+                 Size::atLeast(0));
         addQuery("list-ge/varied", &TAVManager::addI1geI2List, varied, "compare", found("compare"));
     }
 

@@ -29,6 +29,8 @@ private slots:
     void selfLinks();
     void exactToleranceIsNeither();
     void barriersHideFailures();
+    void barrierInALongChain();
+    void barriersOfManyGraphs();
     void orientationOfTheMembers_data();
     void orientationOfTheMembers();
     void appendedDatabase();
@@ -243,6 +245,59 @@ void TestQueries::barriersHideFailures()
     database.setInv1({std::nullopt, std::nullopt, std::nullopt, 0.0, 0.0});
     database.setInv2({5.0, -tolerance, 0.0, std::nullopt, std::nullopt});
     QCOMPARE(database.engine.I1eqI2subsgraphs(), words({"C"}));
+}
+
+/// A walk from every graph that goes to the barrier each time: one through the chain, and no recursion.
+void TestQueries::barrierInALongChain()
+{
+    constexpr int length = 200000;
+    QByteArray lines = "0\n";
+    for (int i = 1; i < length; ++i) {
+        lines += QByteArray::number(i) + '\t' + QByteArray::number(i - 1) + '\n';
+    }
+    LoadedEngine database(lines);
+    for (TAVGraph *graph : database.engine.records()) {
+        graph->setInv1(0.0, false);
+        graph->setInv2(0.0, false);
+    }
+    database.graph(0).setInv2(5.0, false);
+    database.graph(1).setInv2(tolerance, false);
+    QCOMPARE(database.engine.I1eqI2subsgraphs().size(), length - 3); // all from graph 3 on
+    database.graph(length - 1).setInv2(5.0, false);
+    database.graph(length - 2).setInv2(-tolerance, false);
+    QCOMPARE(database.engine.I1eqI2overgraphs().size(), length - 4); // not the last three, nor graph 0
+    // Now the barrier is on no way to the failure.
+    database.graph(1).setInv2(0.0, false);
+    QCOMPARE(database.engine.I1eqI2subsgraphs(), QStringList());
+}
+
+/// Walks that need a barrier each, for different I1, and have thousands of graphs to go through.
+void TestQueries::barriersOfManyGraphs()
+{
+    LoadedEngine database(contents(QStringLiteral(TAVOLINE_BUILD_DATA "/connected-9.tav")));
+    const QVector<TAVGraph *> &graphs = database.engine.records();
+    const auto order = [](const TAVGraph *graph) { return graph->getName().at(0).unicode() - u'?'; };
+
+    // Every graph has an I1 of its own. The connected graphs on one vertex and on two, and what is next to them:
+    for (TAVGraph *graph : graphs) {
+        graph->setInv1(graph->getPosition() * 1e-33, false);
+        graph->setInv2(order(graph) == 1 ? 5.0 : order(graph) == 2 ? tolerance : 0.0, false);
+    }
+    QCOMPARE(database.engine.I1eqI2subsgraphs().size(), graphs.size() - 4);
+
+    // Every order has an I2 of its own, which falls with it, and is a barrier for some graphs of each order: they are
+    // listed if it is below that of their neighbours.
+    constexpr double step = 0x1p-78; // of the last digit of the tolerance
+    QStringList listed;
+    for (TAVGraph *graph : graphs) {
+        const int barrier = 2 + graph->getPosition() % 8;
+        graph->setInv1((9 - barrier) * step, false);
+        graph->setInv2(order(graph) == 1 ? 5.0 : tolerance + (9 - order(graph)) * step, false);
+        if (barrier < order(graph) - 1) {
+            listed.append(graph->getName());
+        }
+    }
+    QCOMPARE(database.engine.I1eqI2subsgraphs(), listed);
 }
 
 void TestQueries::orientationOfTheMembers_data()

@@ -3,12 +3,14 @@
 #include "support/stderrcapture.h"
 #include "support/threads.h"
 
+#include <QSet>
 #include <QTemporaryFile>
 #include <QtTest>
 
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <functional>
 #include <limits>
 #include <random>
 #include <utility>
@@ -24,6 +26,8 @@ private slots:
     void everyQueryOnRandomDatabases();
     void everyQueryOnLargeDatabases_data();
     void everyQueryOnLargeDatabases();
+    void equalityBehindBarriers();
+    void equalityBehindBarriersOnLargeDatabases();
 };
 
 namespace
@@ -43,6 +47,9 @@ struct Tests {
 
 const Tests equal = {[](double x, double y) { return std::fabs(y - x) < tolerance; },
                      [](double x, double y) { return std::fabs(y - x) > tolerance; }};
+/// As if there were no barriers: the walk goes on from a difference of exactly the tolerance.
+const Tests equalOrBarrier = {[](double x, double y) { return std::fabs(y - x) <= tolerance; },
+                              [](double x, double y) { return std::fabs(y - x) > tolerance; }};
 const Tests atLeast = {[](double x, double y) { return y >= x - tolerance; },
                        [](double x, double y) { return x - tolerance > y; }};
 const Tests atMost = {[](double x, double y) { return x + tolerance >= y; },
@@ -233,10 +240,10 @@ double largest(const std::vector<double> &values)
 class RandomDatabase
 {
 public:
-    /// A database of at most mostRecords records.
+    /// A database of at most mostRecords records, now and then one with long chains.
     explicit RandomDatabase(unsigned seed) : random(seed)
     {
-        load(below(mostRecords + 1), 1);
+        load(below(mostRecords + 1), 1, chance(30) ? 3 : mostRecords);
         choosePool();
         chooseInvariants();
     }
@@ -245,7 +252,7 @@ public:
     /// turns with those of the others, so that its links reach far, and a walk in it stays short.
     RandomDatabase(unsigned seed, int records, int parts) : random(seed)
     {
-        load(records, parts);
+        load(records, parts, records);
         choosePool();
         chooseInvariants();
     }
@@ -261,6 +268,28 @@ public:
             graph->setInv1(randomValue(), chance(missingPercent));
             graph->setInv2(randomValue(), chance(missingPercent));
         }
+    }
+
+    /// Values of which many differ by exactly the tolerance, and some by a little more or less.
+    void chooseBarriers()
+    {
+        constexpr double step = 0x1p-78; // of the last digit of the tolerance
+        const double infinity = std::numeric_limits<double>::infinity();
+        pool = {5.0, -3e-8, 0.0, 1e-30, -1e-30};
+        const double centres[] = {0.0,       0.0,        tolerance / 2, -tolerance / 2,
+                                  tolerance, -tolerance, 4 * tolerance, 0x1p-25};
+        const double centre = centres[size_t(below(int(std::size(centres))))];
+        for (int x = below(4); x >= 0; --x) {
+            const double near = centre + x * step * (chance(50) ? 1 : 1 << 20);
+            pool.insert(pool.end(), {near, near, near + tolerance, near - tolerance});
+        }
+        const double rare[] = {std::numeric_limits<double>::quiet_NaN(), infinity, -infinity, tolerance + step,
+                               tolerance - step / 2};
+        for (int i = below(3); i > 0; --i) {
+            pool.push_back(rare[size_t(below(int(std::size(rare))))]);
+        }
+        missingPercent = chance(50) ? 0 : below(20);
+        chooseInvariants();
     }
 
     /// Fewer names than @p bound, and now and then one that no record has.
@@ -281,7 +310,8 @@ private:
 
     static QString name(int number) { return QStringLiteral("g%1").arg(number); }
 
-    void load(int records, int parts)
+    /// Links lead at most @p reach records of the same part back, or from a record to itself.
+    void load(int records, int parts, int reach)
     {
         QTemporaryFile file;
         QVERIFY(file.open());
@@ -290,7 +320,8 @@ private:
             QByteArray line = name(chance(10) ? below(records) : record).toLatin1(); // some names twice
             for (int links = below(mostLinks + 1); links > 0; --links) {
                 const int turn = record / parts;
-                line += '\t' + QByteArray::number((chance(5) ? turn : below(turn + 1)) * parts + record % parts);
+                line += '\t' + QByteArray::number((chance(5) ? turn : turn - below(qMin(turn, reach) + 1)) * parts +
+                                                  record % parts);
             }
             file.write(line + '\n');
         }
@@ -361,6 +392,25 @@ void checkWalks(RandomDatabase &database)
         QCOMPARE((engine.*member.query)(), literalWalk(database.graphs(), member.links, member.tests));
         QVERIFY(std::none_of(database.graphs().begin(), database.graphs().end(),
                              [](const TAVGraph *graph) { return graph->isChecked(); }));
+    }
+}
+
+/// Adds to @p behindBarriers how many graphs are listed only because of a barrier.
+void checkEquality(RandomDatabase &database, int &behindBarriers)
+{
+    TAVSearchEngine &engine = database.engine;
+    const struct {
+        QStringList (TAVSearchEngine::*query)();
+        Links links;
+    } members[] = {{&TAVSearchEngine::I1eqI2subsgraphs, &TAVGraph::subGraphs},
+                   {&TAVSearchEngine::I1eqI2overgraphs, &TAVGraph::superGraphs}};
+    for (const auto &member : members) {
+        const QStringList expected = literalWalk(database.graphs(), member.links, equal);
+        QCOMPARE((engine.*member.query)(), expected);
+        const QStringList listed = literalWalk(database.graphs(), member.links, equalOrBarrier);
+        const QSet<QString> others(listed.begin(), listed.end());
+        behindBarriers += int(std::count_if(expected.begin(), expected.end(),
+                                            [&](const QString &name) { return !others.contains(name); }));
     }
 }
 
@@ -437,9 +487,8 @@ void checkExchanges(RandomDatabase &database)
         QVERIFY(invariants(database.graphs()) == expected);
     }
 }
-} // namespace
-
-void TestQueriesRandom::everyQueryOnRandomDatabases()
+/// Calls @p check for so many databases; returns how many they were.
+int forEachRandomDatabase(const std::function<void(RandomDatabase &)> &check)
 {
     const int databases =
         qEnvironmentVariableIsSet("TAVOLINE_DATABASES") ? qEnvironmentVariableIntValue("TAVOLINE_DATABASES") : 20000;
@@ -447,15 +496,25 @@ void TestQueriesRandom::everyQueryOnRandomDatabases()
     const StderrCapture silence; // every engine says that it starts
     for (unsigned seed = firstSeed; seed != firstSeed + unsigned(databases); ++seed) {
         RandomDatabase database(seed);
+        check(database);
+        if (QTest::currentTestFailed()) {
+            qWarning("repeat with TAVOLINE_SEED=%u TAVOLINE_DATABASES=1", seed);
+            break;
+        }
+    }
+    return databases;
+}
+} // namespace
+
+void TestQueriesRandom::everyQueryOnRandomDatabases()
+{
+    forEachRandomDatabase([](RandomDatabase &database) {
         checkWalks(database);
         checkComparisons(database);
         checkClosures(database, 5);
         checkDerivations(database);
         checkExchanges(database);
-        if (QTest::currentTestFailed()) {
-            QFAIL(qPrintable(QStringLiteral("repeat with TAVOLINE_SEED=%1 TAVOLINE_DATABASES=1").arg(seed)));
-        }
-    }
+    });
 }
 
 void TestQueriesRandom::everyQueryOnLargeDatabases_data()
@@ -490,6 +549,33 @@ void TestQueriesRandom::everyQueryOnLargeDatabases()
         checkDerivations(database);
         checkExchanges(database);
     }
+}
+
+void TestQueriesRandom::equalityBehindBarriers()
+{
+    int behindBarriers = 0;
+    const int databases = forEachRandomDatabase([&](RandomDatabase &database) {
+        for (int round = 0; round < 3; ++round) {
+            database.chooseBarriers();
+            checkEquality(database, behindBarriers);
+        }
+    });
+    QVERIFY(databases < 100 || behindBarriers > databases); // one alone may have none
+}
+
+void TestQueriesRandom::equalityBehindBarriersOnLargeDatabases()
+{
+    const ThreadCount count(3);
+    const StderrCapture silence;
+    int behindBarriers = 0;
+    for (const int turns : {2, 7, 40}) {
+        RandomDatabase database(unsigned(turns), 40000, 40000 / turns);
+        for (int round = 0; round < 3; ++round) {
+            database.chooseBarriers();
+            checkEquality(database, behindBarriers);
+        }
+    }
+    QVERIFY(behindBarriers > 1000);
 }
 
 QTEST_APPLESS_MAIN(TestQueriesRandom)
