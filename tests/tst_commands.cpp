@@ -66,7 +66,7 @@ struct Sample {
             overs.emplace_back();
             for (const QByteArray &index : fields.mid(1)) {
                 subs.back().push_back(index.toInt());
-                overs[size_t(index.toInt())].push_back(i);
+                overs[index.toInt()].push_back(i);
             }
             const QByteArray value = values.at(i).split('\t').at(1);
             distances.push_back(value == "NA" ? std::nullopt : std::optional<double>(value.toDouble()));
@@ -78,10 +78,10 @@ struct Sample {
     {
         std::vector<double> found;
         for (const int neighbour : sub ? subs[graph] : std::vector<int>()) {
-            found.push_back(distances[size_t(neighbour)].value_or(-1.0));
+            found.push_back(distances[neighbour].value_or(-1.0));
         }
         for (const int neighbour : over ? overs[graph] : std::vector<int>()) {
-            found.push_back(distances[size_t(neighbour)].value_or(-1.0));
+            found.push_back(distances[neighbour].value_or(-1.0));
         }
         found.erase(std::remove(found.begin(), found.end(), -1.0), found.end());
         return found;
@@ -92,7 +92,7 @@ struct Sample {
     {
         QByteArray text = "GRAPH\tINV1\n";
         for (int i = 0; i < names.size(); ++i) {
-            const std::optional<double> &value = values[size_t(i)];
+            const std::optional<double> &value = values[i];
             text += names.at(i) + '\t' + (value ? QByteArray::number(*value, 'g', 6) : QByteArray("NA")) + '\n';
         }
         return text;
@@ -140,7 +140,7 @@ public:
 
 double mean(const std::vector<double> &values)
 {
-    return std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
+    return std::accumulate(values.begin(), values.end(), 0.0) / values.size();
 }
 
 double smallest(const std::vector<double> &values)

@@ -138,7 +138,7 @@ private slots:
     {
         QFETCH(QByteArray, line);
         const QByteArray lines = line + line + "A\n" + line.repeated(1000000) + "B";
-        const DatabaseChunk chunk = parseDatabaseChunk({lines.constData(), size_t(lines.size())});
+        const DatabaseChunk chunk = parseDatabaseChunk(std::string_view(lines.constData(), lines.size()));
         QCOMPARE(chunk.lineCount, 1000004);
         QCOMPARE(chunk.records.size(), size_t(2));
         QCOMPARE(chunk.records.capacity(), size_t(2));

@@ -30,7 +30,7 @@ QString describe(bool isGraph, const DatabaseLine &line)
 QString parse(const QByteArray &line)
 {
     DatabaseLine result;
-    const bool isGraph = parseDatabaseLine(std::string_view(line.constData(), size_t(line.size())), result);
+    const bool isGraph = parseDatabaseLine(std::string_view(line.constData(), line.size()), result);
     return describe(isGraph, result);
 }
 

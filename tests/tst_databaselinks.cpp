@@ -34,8 +34,8 @@ private slots:
                 graphs.append(records.back().get());
             }
             const auto link = [](auto &all, int graph, int subGraph) {
-                all[size_t(graph)]->addSub(all[size_t(subGraph)].get());
-                all[size_t(subGraph)]->addOver(all[size_t(graph)].get());
+                all[graph]->addSub(all[subGraph].get());
+                all[subGraph]->addOver(all[graph].get());
             };
             for (int i = 1; i < existing; ++i) {
                 link(records, i, i - 1);
@@ -50,8 +50,7 @@ private slots:
                 links.back().counts.push_back(int(random() % 6));
                 for (int k = links.back().counts.back(); k > 0; --k) {
                     // The first records are named most often, as in real databases; the last may never be.
-                    const int index =
-                        int(random() % unsigned(random() % 2 == 0 ? qMin(position + 1, 3) : position + 1));
+                    const int index = int(random() % (random() % 2 == 0 ? qMin(position + 1, 3) : position + 1));
                     links.back().indices.push_back(index);
                     link(expected, position, index);
                 }

@@ -73,23 +73,23 @@ void TestDistances::agreeWithShortestPathsOverAllVertices()
 {
     constexpr unsigned seed = 20240607;
     std::mt19937 random(seed);
-    for (int graph = 0; graph < 200; graph++) {
+    for (int graph = 0; graph < 200; ++graph) {
         const int n = 1 + int(random() % 32);
         const unsigned density = 1 + random() % 12;
         Edges edges;
         Distances expected(n, QVector<int>(n, unreachable));
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             expected[j][j] = 0;
-            for (int i = 0; i < j; i++) {
+            for (int i = 0; i < j; ++i) {
                 if (random() % 24 < density) {
                     edges.append({i, j});
                     expected[i][j] = expected[j][i] = 1;
                 }
             }
         }
-        for (int k = 0; k < n; k++) {
-            for (int i = 0; i < n; i++) {
-                for (int j = 0; j < n; j++) {
+        for (int k = 0; k < n; ++k) {
+            for (int i = 0; i < n; ++i) {
+                for (int j = 0; j < n; ++j) {
                     expected[i][j] = std::min(expected[i][j], expected[i][k] + expected[k][j]);
                 }
             }

@@ -168,11 +168,11 @@ private slots:
         write(path(QStringLiteral("all.g6")), namesOfDatabase());
         // No file of the process grows beyond 16 blocks of 512 bytes: the write fails on the way.
         write(path(QStringLiteral("script")), afterLoading(command));
-        const ToolResult result = runProgram(
-            QStringLiteral("sh"),
-            {QStringLiteral("-c"),
-             QStringLiteral("ulimit -f 16; exec '%1' run script").arg(QStringLiteral(TAVOLINE_TAV))},
-            {}, folder->path());
+        const ToolResult result =
+            runProgram(QStringLiteral("sh"),
+                       {QStringLiteral("-c"),
+                        QStringLiteral("ulimit -f 16; exec '%1' run script").arg(QStringLiteral(TAVOLINE_TAV))},
+                       {}, folder->path());
         QVERIFY2(result.output.endsWith("Unable to write file :kept.txt\n"), result.output.constData());
         QCOMPARE(result.status, 1);
         QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
@@ -308,7 +308,7 @@ private slots:
         const qint64 memory = memoryOf(command, output);
         QVERIFY(program > 0);
         QVERIFY(memory > 0);
-        const qint64 allowed = program + memoryKept + memoryOverhead * factor * qint64(bytes.size());
+        const qint64 allowed = program + memoryKept + memoryOverhead * factor * bytes.size();
         QVERIFY2(memory < allowed, QByteArray::number(memory - program).constData());
     }
 

@@ -16,8 +16,8 @@ using Pairs = QVector<QPair<int, int>>;
 Pairs edgesOf(const Graph &graph)
 {
     Pairs pairs;
-    for (int i = 0; i < graph.getNbNodes(); i++) {
-        for (int j = i + 1; j < graph.getNbNodes(); j++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
+        for (int j = i + 1; j < graph.getNbNodes(); ++j) {
             if (graph.edge(i, j)) {
                 pairs.append({i, j});
             }
@@ -30,8 +30,8 @@ Pairs edgesOf(const Graph &graph)
 QString encode(int n, const Pairs &pairs)
 {
     std::vector<int> bits;
-    for (int column = 1; column < n; column++) {
-        for (int row = 0; row < column; row++) {
+    for (int column = 1; column < n; ++column) {
+        for (int row = 0; row < column; ++row) {
             bits.push_back(pairs.contains({row, column}) ? 1 : 0);
         }
     }
@@ -39,9 +39,9 @@ QString encode(int n, const Pairs &pairs)
         bits.push_back(0);
     }
     QString text = QChar(n + 63);
-    for (std::size_t at = 0; at < bits.size(); at += 6) {
+    for (size_t at = 0; at < bits.size(); at += 6) {
         int value = 0;
-        for (std::size_t k = 0; k < 6; k++) {
+        for (size_t k = 0; k < 6; ++k) {
             value = 2 * value + bits[at + k];
         }
         text += QChar(value + 63);
@@ -53,8 +53,8 @@ Pairs randomPairs(int n, std::mt19937 &random)
 {
     Pairs pairs;
     const unsigned density = 1 + random() % 9;
-    for (int i = 0; i < n; i++) {
-        for (int j = i + 1; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = i + 1; j < n; ++j) {
             if (random() % 10 < density) {
                 pairs.append({i, j});
             }
@@ -253,8 +253,8 @@ void TestGraph6::agreesWithASecondCodec()
 {
     std::mt19937 random(6);
     Graph graph(latin1("test"), false);
-    for (int n = 2; n <= 31; n++) {
-        for (int round = 0; round < 4; round++) {
+    for (int n = 2; n <= 31; ++n) {
+        for (int round = 0; round < 4; ++round) {
             const Pairs pairs = randomPairs(n, random);
             const QString text = encode(n, pairs);
             QVERIFY(graph.loadg6(text, round % 2 == 0));

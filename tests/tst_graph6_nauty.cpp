@@ -38,8 +38,8 @@ Pairs readEdges(std::istream &in, int &vertices)
 Pairs edgesOf(const Graph &graph)
 {
     Pairs edges;
-    for (int i = 0; i < graph.getNbNodes(); i++) {
-        for (int j = i + 1; j < graph.getNbNodes(); j++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
+        for (int j = i + 1; j < graph.getNbNodes(); ++j) {
             if (graph.edge(i, j)) {
                 edges.append({i, j});
             }
@@ -112,7 +112,7 @@ void TestGraph6Nauty::allSmallGraphs()
 void TestGraph6Nauty::randomGraphs_data()
 {
     QTest::addColumn<int>("vertices");
-    for (int vertices = 8; vertices < Graph::MAX_NODES; vertices++) {
+    for (int vertices = 8; vertices < Graph::MAX_NODES; ++vertices) {
         QTest::newRow(qPrintable(QString::number(vertices))) << vertices;
     }
 }

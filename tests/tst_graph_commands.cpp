@@ -94,7 +94,7 @@ Command command(const char *name)
 QString pathGraph(int n)
 {
     QStringList edges;
-    for (int i = 1; i < n; i++) {
+    for (int i = 1; i < n; ++i) {
         edges.append(QStringLiteral("%1-%2").arg(i - 1).arg(i));
     }
     return edges.join(QLatin1Char(' '));
@@ -103,8 +103,8 @@ QString pathGraph(int n)
 QString completeGraph(int n)
 {
     QStringList edges;
-    for (int j = 1; j < n; j++) {
-        for (int i = 0; i < j; i++) {
+    for (int j = 1; j < n; ++j) {
+        for (int i = 0; i < j; ++i) {
             edges.append(QStringLiteral("%1-%2").arg(i).arg(j));
         }
     }
@@ -114,7 +114,7 @@ QString completeGraph(int n)
 QVector<int> firstVertices(int count)
 {
     QVector<int> vertices;
-    for (int i = 0; i < count; i++) {
+    for (int i = 0; i < count; ++i) {
         vertices.append(i);
     }
     return vertices;
@@ -123,7 +123,7 @@ QVector<int> firstVertices(int count)
 QString vertexNames(const Graph &graph)
 {
     QStringList names;
-    for (int i = 0; i < graph.getNbNodes(); i++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
         names.append(graph.node(i)->getName());
     }
     return names.join(QLatin1Char(' '));
@@ -135,8 +135,8 @@ class PlainGraph
 public:
     explicit PlainGraph(const Graph &graph) : n(graph.getNbNodes())
     {
-        for (int i = 0; i < 32; i++) {
-            for (int j = 0; j < 32; j++) {
+        for (int i = 0; i < 32; ++i) {
+            for (int j = 0; j < 32; ++j) {
                 joined[i][j] = graph.edge(i, j);
             }
             selected[i] = graph.node(i)->isSelected();
@@ -162,9 +162,9 @@ public:
     QString text() const
     {
         QString text;
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             text += item[i] + (selected[i] ? QLatin1String("*:") : QLatin1String(":"));
-            for (int j = 0; j < n; j++) {
+            for (int j = 0; j < n; ++j) {
                 text += QLatin1Char(joined[i][j] ? '1' : '0');
             }
             text += QLatin1Char('\n');
@@ -189,7 +189,7 @@ private:
             return;
         }
         selected[v] = name == QLatin1String("addK");
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             join(i, v, selected[i]);
         }
         if (name == QLatin1String("addTail")) {
@@ -200,8 +200,8 @@ private:
 
     void changePairs(const QString &name)
     {
-        for (int i = 0; i < n; i++) {
-            for (int j = i + 1; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = i + 1; j < n; ++j) {
                 const bool both = selected[i] && selected[j];
                 const bool across = selected[i] != selected[j];
                 if ((name == QLatin1String("reme") && both) || (name == QLatin1String("remcut") && across)) {
@@ -217,22 +217,22 @@ private:
 
     void removeSelected()
     {
-        for (int v = n - 1; v >= 0; v--) {
+        for (int v = n - 1; v >= 0; --v) {
             if (!selected[v]) {
                 continue;
             }
             const int last = n - 1;
-            for (int i = 0; i < n; i++) {
+            for (int i = 0; i < n; ++i) {
                 if (i != v) {
                     join(i, v, i != last && joined[i][last]);
                 }
             }
             std::swap(item[v], item[last]);
             std::swap(selected[v], selected[last]);
-            n--;
+            --n;
         }
-        for (int i = n; i < 32; i++) {
-            for (int j = 0; j < 32; j++) {
+        for (int i = n; i < 32; ++i) {
+            for (int j = 0; j < 32; ++j) {
                 join(i, j, false);
             }
         }
@@ -242,7 +242,7 @@ private:
     {
         QVector<int> sources;
         const int f = n;
-        for (int i = 0; i < f; i++) {
+        for (int i = 0; i < f; ++i) {
             if (selected[i]) {
                 sources.append(i);
             }
@@ -252,16 +252,16 @@ private:
             return;
         }
         n += k;
-        for (int m = 0; m < k; m++) {
+        for (int m = 0; m < k; ++m) {
             selected[f + m] = true;
-            for (int w = 0; w < f; w++) {
+            for (int w = 0; w < f; ++w) {
                 join(f + m, w, twins && joined[sources[m]][w]);
             }
-            for (int b = 0; b < k; b++) {
+            for (int b = 0; b < k; ++b) {
                 join(f + m, f + b, joined[sources[m]][sources[b]]);
             }
         }
-        for (int m = 0; m < k; m++) {
+        for (int m = 0; m < k; ++m) {
             if (linked) {
                 join(sources[m], f + m, true);
             }
@@ -273,14 +273,14 @@ private:
     QVector<QVector<int>> distances() const
     {
         QVector<QVector<int>> distance(n, QVector<int>(n, 32));
-        for (int i = 0; i < n; i++) {
-            for (int j = 0; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < n; ++j) {
                 distance[i][j] = i == j ? 0 : joined[i][j] ? 1 : 32;
             }
         }
-        for (int via = 0; via < n; via++) {
-            for (int i = 0; i < n; i++) {
-                for (int j = 0; j < n; j++) {
+        for (int via = 0; via < n; ++via) {
+            for (int i = 0; i < n; ++i) {
+                for (int j = 0; j < n; ++j) {
                     distance[i][j] = qMin(distance[i][j], distance[i][via] + distance[via][j]);
                 }
             }
@@ -299,15 +299,15 @@ private:
             return;
         }
         QVector<int> degree;
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             degree.append(int(std::count(joined[i].begin(), joined[i].begin() + n, true)));
         }
         int best = 0;
         int bi = -1;
         int bj = -1;
         int key = -1;
-        for (int i = 0; i < n; i++) {
-            for (int j = 0; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < n; ++j) {
                 if (distance[i][j] == diameter && i != j && !onlyOne) {
                     join(i, j, true);
                 }
@@ -337,8 +337,8 @@ void randomise(Graph &graph, QRandomGenerator &random)
     graphtext::set(graph, random.bounded(Graph::MAX_NODES + 1), QString());
     const int density = random.bounded(101);
     const int share = random.bounded(101);
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
-        for (int j = 0; j < i; j++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
+        for (int j = 0; j < i; ++j) {
             if (random.bounded(100) < density) {
                 graph.addEdge(i, j);
             }
@@ -359,11 +359,11 @@ QString fault(const Graph &graph)
     if (!graphtext::published(graph)) {
         return QStringLiteral("not published");
     }
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
         if (graph.node(i)->getVisible() != (i < n) || graph.node(i)->isVisible() != (i < n)) {
             return QStringLiteral("vertex %1 is not shown as it should be").arg(i);
         }
-        for (int j = 0; j < i; j++) {
+        for (int j = 0; j < i; ++j) {
             const Edge *item = graph.edgeItem(i, j);
             const bool rightEnds = (item->from() == graph.node(i) && item->to() == graph.node(j)) ||
                                    (item->from() == graph.node(j) && item->to() == graph.node(i));
@@ -504,7 +504,7 @@ void TestGraphCommands::changeCounter()
     QFETCH(int, changes);
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, 4, QStringLiteral("0-1 1-2 2-3"), {1, 2});
-    const auto before = unsigned(graph.getID());
+    const unsigned before = graph.getID();
     (graph.*run)();
     QCOMPARE(unsigned(graph.getID()) - before, unsigned(changes));
 }
@@ -529,7 +529,7 @@ void TestGraphCommands::newVerticesBuildAClique()
 {
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, 0, QString());
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         graph.addK();
     }
     QCOMPARE(graphtext::edges(graph), QStringLiteral("0-1 0-2 1-2 0-3 1-3 2-3"));
@@ -539,7 +539,7 @@ void TestGraphCommands::newVerticesBuildABipartiteGraph()
 {
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, 2, QString(), {0, 1});
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
         graph.addBip();
     }
     QCOMPARE(graphtext::edges(graph), QStringLiteral("0-2 1-2 0-3 1-3 0-4 1-4"));
@@ -550,7 +550,7 @@ void TestGraphCommands::newVerticesBuildAPath()
 {
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, 1, QString(), {0});
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
         graph.addTail();
     }
     QCOMPARE(graphtext::edges(graph), QStringLiteral("0-1 1-2 2-3"));
@@ -785,7 +785,7 @@ void TestGraphCommands::diameterOfFewVertices()
     Graph graph(QStringLiteral("commands"), true);
     graphtext::set(graph, n, QString());
     SignalRecorder recorder(graph);
-    const auto id = unsigned(graph.getID());
+    const unsigned id = graph.getID();
     const int before = graphtext::living();
     (graph.*run)();
     QCOMPARE(recorder.recorded(), (QStringList{QStringLiteral("best_graph_changed")}));
@@ -850,7 +850,7 @@ void TestGraphCommands::sameAsTheSecondImplementation()
 {
     QRandomGenerator random(20240607);
     Graph graph(QStringLiteral("commands"), true);
-    for (int round = 0; round < 40; round++) {
+    for (int round = 0; round < 40; ++round) {
         for (const NamedCommand &entry : allCommands) {
             randomise(graph, random);
             PlainGraph expected(graph);
@@ -885,9 +885,9 @@ void TestGraphCommands::randomOperations()
     const int commandCount = int(std::size(allCommands));
     const int otherCount = int(std::size(others));
     Graph graph(QStringLiteral("commands"), true);
-    for (int step = 0; step < 1500; step++) {
+    for (int step = 0; step < 1500; ++step) {
         const int choice = random.bounded(commandCount + otherCount);
-        for (int i = 0; i < Graph::MAX_NODES; i++) {
+        for (int i = 0; i < Graph::MAX_NODES; ++i) {
             if (random.bounded(4) == 0) {
                 graph.node(i)->toggleSelected();
             }
@@ -909,7 +909,7 @@ void TestGraphCommands::noStateIsLeaked()
     const int before = graphtext::living();
     {
         Graph graph(QStringLiteral("commands"), true);
-        for (int i = 0; i < 5; i++) {
+        for (int i = 0; i < 5; ++i) {
             graph.addK();
         }
         graph.slot_undo();

@@ -35,8 +35,8 @@ QByteArray contents(const QString &path)
 QString edgesOf(const Graph &graph)
 {
     QStringList edges;
-    for (int i = 0; i < Graph::MAX_NODES; i++) {
-        for (int j = i + 1; j < Graph::MAX_NODES; j++) {
+    for (int i = 0; i < Graph::MAX_NODES; ++i) {
+        for (int j = i + 1; j < Graph::MAX_NODES; ++j) {
             if (graph.edge(i, j)) {
                 edges.append(QStringLiteral("%1-%2").arg(i).arg(j));
             }
@@ -49,7 +49,7 @@ QString edgesOf(const Graph &graph)
 QString verticesOf(const Graph &graph)
 {
     QStringList vertices;
-    for (int i = 0; i < graph.getNbNodes(); i++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
         const Node *vertex = graph.node(i);
         vertices.append(
             QStringLiteral("%1(%2,%3)").arg(vertex->getName()).arg(vertex->position().x()).arg(vertex->position().y()));
@@ -61,7 +61,7 @@ QString verticesOf(const Graph &graph)
 void fill(Graph &graph, const char *countAndBits)
 {
     graph.loadolm(latin1(countAndBits), true);
-    for (int i = 0; i < graph.getNbNodes(); i++) {
+    for (int i = 0; i < graph.getNbNodes(); ++i) {
         graph.setPos(i, QPointF(10.0 * i, -i / 3.0));
     }
 }
@@ -428,7 +428,7 @@ void TestGraphFiles::open_ofDistantVerticesCanBeShown()
 void TestGraphFiles::open_ofANameOfEveryByte()
 {
     QByteArray name;
-    for (int byte = 1; byte < 256; byte++) {
+    for (int byte = 1; byte < 256; ++byte) {
         name += byte == '\t' || byte == '\n' || byte == '\r' ? QByteArray() : QByteArray(1, char(byte));
     }
     const QByteArray text = "1\n" + name + "\t0\t0\n0\t";
@@ -442,7 +442,7 @@ void TestGraphFiles::open_ofANameOfEveryByte()
 void TestGraphFiles::open_deselectsTheVertices()
 {
     Graph graph(QStringLiteral("g"), true);
-    for (int slot = 0; slot < 3; slot++) {
+    for (int slot = 0; slot < 3; ++slot) {
         graph.node(slot)->setSelected(true);
     }
     QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\t0\t0\nb\t0\t0\n0\t0\t0\t0\t")));
@@ -759,7 +759,7 @@ void TestGraphFiles::import_of32Labels()
 {
     Graph graph(QStringLiteral("g"), true);
     QByteArray file;
-    for (char label = 'A'; label < 'A' + 31; label++) {
+    for (char label = 'A'; label < 'A' + 31; ++label) {
         file += label + QByteArray("\t") + char(label + 1) + '\n';
     }
     StderrCapture errors;
@@ -773,7 +773,7 @@ void TestGraphFiles::import_ofTooManyLabels()
 {
     Graph graph(QStringLiteral("g"), true);
     QByteArray file;
-    for (int label = 0; label < 32; label++) {
+    for (int label = 0; label < 32; ++label) {
         file += QByteArray::number(label) + '\t' + QByteArray::number(label + 1) + '\n';
     }
     SignalRecorder recorder(graph);
@@ -935,7 +935,7 @@ void TestGraphFiles::loadolm_fresh()
     graph.loadolm(QStringLiteral("4 110000"), true);
     // The reading itself, all slots separated, four vertices, six pairs, the selection.
     QCOMPARE(graph.getID(), id + 1 + 496 + 4 + 6 + 1);
-    for (int slot = 0; slot < 4; slot++) {
+    for (int slot = 0; slot < 4; ++slot) {
         QCOMPARE(graph.node(slot)->position(), graph.mapToScene(QPoint()));
     }
     QCOMPARE(graph.graphData(), QStringLiteral("4 110000"));
@@ -1055,7 +1055,7 @@ void TestGraphFiles::slotSave_suffix()
     graph.setWD(directory->path());
     Dialogs dialogs({path(QStringLiteral("a.golm3")), path(QStringLiteral("b")), path(QStringLiteral("c.txt")),
                      path(QStringLiteral("d.GOLM3")), path(QStringLiteral("sub/e.x.golm3"))});
-    for (int i = 0; i < 5; i++) {
+    for (int i = 0; i < 5; ++i) {
         graph.slot_save();
     }
     QCOMPARE(QDir(directory->path()).entryList(QDir::Files),
@@ -1101,7 +1101,7 @@ void TestGraphFiles::slotImport_failures()
     Graph graph(QStringLiteral("g"), true);
     graph.setWD(directory->path());
     QByteArray tooLarge;
-    for (int label = 0; label < 40; label++) {
+    for (int label = 0; label < 40; ++label) {
         tooLarge += "hub\t" + QByteArray::number(label) + '\n';
     }
     Dialogs dialogs({write(QStringLiteral("large.edgelist"), tooLarge), QString()});

@@ -112,7 +112,7 @@ private:
         release(point);
     }
     QGraphicsRectItem *rubberBand() const;
-    unsigned id() const { return unsigned(view->getID()); }
+    unsigned id() const { return view->getID(); }
 
     std::unique_ptr<QWidget> frame;
     Graph *view = nullptr;
@@ -151,7 +151,7 @@ void TestGraphInteraction::init()
     frame->resize(500, 500);
     view->slot_set_node_radius(10);
     graphtext::set(*view, 4, QStringLiteral("0-1 1-2 2-3"));
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         view->node(i)->setPosition(places[i].x(), places[i].y(), 0.0);
     }
     frame->show();
@@ -245,7 +245,7 @@ void TestGraphInteraction::clickTogglesAVertexOnce()
     QCOMPARE(view->getLastClickedNode(), 1);
     click(places[2]);
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1"));
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         QCOMPARE(view->node(i)->pos(), places[i]);
     }
     QVERIFY(Node::nodeUnderMouse() == nullptr);
@@ -622,7 +622,7 @@ void TestGraphInteraction::rotationKeys()
     QFETCH(int, key);
     QFETCH(int, modifier);
     const QPointF cross[] = {{100, 0}, {0, 100}, {-100, 0}, {0, -100}};
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         view->node(i)->setPosition(cross[i].x(), cross[i].y(), 0.0);
     }
     const auto place = [this](int i) {
@@ -782,7 +782,7 @@ void TestGraphInteraction::selectionSlots()
     const int living = graphtext::living();
     const auto selectedSlots = [this]() {
         int count = 0;
-        for (int i = 0; i < Graph::MAX_NODES; i++) {
+        for (int i = 0; i < Graph::MAX_NODES; ++i) {
             count += view->node(i)->isSelected() ? 1 : 0;
         }
         return count;
@@ -886,7 +886,7 @@ void TestGraphInteraction::undoOnAnEmptyHistory()
 void TestGraphInteraction::backupDropsWhatWasUndone()
 {
     const int before = graphtext::living();
-    for (int n = 5; n <= 7; n++) {
+    for (int n = 5; n <= 7; ++n) {
         graphtext::set(*view, n, QString());
         view->backup();
     }

@@ -25,7 +25,7 @@ using Points = QVector<Point>;
 void build(Graph &graph, const Points &points)
 {
     graphtext::build(graph, points.size(), {});
-    for (int i = 0; i < points.size(); i++) {
+    for (int i = 0; i < points.size(); ++i) {
         graph.setPos(i, points[i][0], points[i][1], points[i][2]);
     }
 }
@@ -33,7 +33,7 @@ void build(Graph &graph, const Points &points)
 Points placesOf(const Graph &graph, int n)
 {
     Points points;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         points.append({graph.node(i)->pos().x(), graph.node(i)->pos().y(), graph.node(i)->getCoordZ()});
     }
     return points;
@@ -42,7 +42,7 @@ Points placesOf(const Graph &graph, int n)
 /// Whether the scene can draw the first @p n vertices: where they stand, and in which order.
 bool isDrawable(const Graph &graph, int n)
 {
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         const QPointF place = graph.node(i)->pos();
         if (!std::isfinite(place.x()) || !std::isfinite(place.y()) || !std::isfinite(graph.node(i)->zValue())) {
             return false;
@@ -57,8 +57,8 @@ QByteArray difference(const Points &actual, const Points &expected)
     if (actual.size() != expected.size()) {
         return "different numbers of places";
     }
-    for (int i = 0; i < actual.size(); i++) {
-        for (std::size_t axis = 0; axis < 3; axis++) {
+    for (int i = 0; i < actual.size(); ++i) {
+        for (size_t axis = 0; axis < 3; ++axis) {
             if (!isClose(actual[i][axis], expected[i][axis])) {
                 return qPrintable(QStringLiteral("place %1, axis %2: %3 instead of %4")
                                       .arg(i)
@@ -84,7 +84,7 @@ Points randomPoints(int n, std::mt19937 &random)
 Points centred(Points points)
 {
     if (points.size() > 1) {
-        for (std::size_t axis = 0; axis < 3; axis++) {
+        for (size_t axis = 0; axis < 3; ++axis) {
             double sum = 0;
             for (const Point &point : points) {
                 sum += point[axis];
@@ -177,8 +177,8 @@ Matrix matrixOf(const Graph &graph)
 {
     const int n = graph.getNbNodes();
     Matrix matrix(n, QVector<bool>(n));
-    for (int i = 0; i < n; i++) {
-        for (int j = 0; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
             matrix[i][j] = graph.edge(i, j);
         }
     }
@@ -188,8 +188,8 @@ Matrix matrixOf(const Graph &graph)
 double lengthOf(const Matrix &matrix, const Points &points)
 {
     double sum = 0;
-    for (int i = 0; i < matrix.size(); i++) {
-        for (int j = i + 1; j < matrix.size(); j++) {
+    for (int i = 0; i < matrix.size(); ++i) {
+        for (int j = i + 1; j < matrix.size(); ++j) {
             if (matrix[i][j]) {
                 sum += std::hypot(points[i][0] - points[j][0], points[i][1] - points[j][1]);
             }
@@ -211,8 +211,8 @@ double reorganized(Matrix &matrix, const Points &points)
     double best = lengthOf(matrix, points);
     for (bool again = true; again;) {
         again = false;
-        for (int i = 0; i < matrix.size(); i++) {
-            for (int j = i + 1; j < matrix.size(); j++) {
+        for (int i = 0; i < matrix.size(); ++i) {
+            for (int j = i + 1; j < matrix.size(); ++j) {
                 Matrix changed = matrix;
                 exchange(changed, i, j);
                 const double length = lengthOf(changed, points);
@@ -298,7 +298,7 @@ void TestGraphLayout::circle()
     graph.place_circle(200.0);
     // Pi is cut after eight decimals: the places are off by less than a millionth.
     const double expected[4][2] = {{100, 0}, {0, 100}, {-100, 0}, {0, -100}};
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         QVERIFY(std::abs(graph.node(i)->pos().x() - expected[i][0]) < 1e-6);
         QVERIFY(std::abs(graph.node(i)->pos().y() - expected[i][1]) < 1e-6);
         QCOMPARE(graph.node(i)->getCoordZ(), 0.0);
@@ -325,7 +325,7 @@ void TestGraphLayout::randomPositions()
     qsrand(5);
     graph.slot_randomPosition();
     qsrand(5);
-    for (int k = 0; k < 32; k++) {
+    for (int k = 0; k < 32; ++k) {
         const double radius = 5 * (qrand() * 30.0 / 2147483647.0);
         QVERIFY(radius >= 0 && radius <= 150);
         const double angle = k * 6.2831853 / 32;
@@ -399,7 +399,7 @@ void TestGraphLayout::rotationsAgreeWithTheFormulas()
     std::mt19937 random(1);
     std::uniform_real_distribution<double> angle(-7.0, 7.0);
     Graph graph(latin1("rotate"), false);
-    for (int n = 0; n <= 32; n++) {
+    for (int n = 0; n <= 32; ++n) {
         const Points points = randomPoints(n, random);
         build(graph, points);
         const double ax = angle(random);
@@ -482,7 +482,7 @@ void TestGraphLayout::repeatedFitsOfAFlatColumn()
     QCOMPARE(difference(placesOf(graph, 2), {{-150, -150, -150}, {-150, -120, -150}}), QByteArray());
     graph.slot_rescale_graph(300);
     QCOMPARE(difference(placesOf(graph, 2), {{-150, -150, -150}, {-150, 750, -150}}), QByteArray());
-    for (int tick = 2; tick < 300; tick++) {
+    for (int tick = 2; tick < 300; ++tick) {
         graph.slot_rescale_graph(300);
     }
     // 30^8 - 150; the next stretch would leave the area in which the fits find a vertex.
@@ -516,12 +516,12 @@ void TestGraphLayout::fitsAgreeWithTheFormulas()
 {
     std::mt19937 random(2);
     Graph graph(latin1("fit"), false);
-    for (int n = 0; n <= 32; n++) {
-        for (int flatAxis = 0; flatAxis < 4; flatAxis++) {
+    for (int n = 0; n <= 32; ++n) {
+        for (int flatAxis = 0; flatAxis < 4; ++flatAxis) {
             Points points = randomPoints(n, random);
             for (Point &point : points) {
                 if (flatAxis < 3) {
-                    point[static_cast<std::size_t>(flatAxis)] = 12.5 + 1e-3 * (random() % 90);
+                    point[flatAxis] = 12.5 + 1e-3 * (random() % 90);
                 }
             }
             build(graph, points);
@@ -571,12 +571,12 @@ void TestGraphLayout::zoomIsBounded()
     graph.scaleView(2.0);
     QCOMPARE(graph.transform().m11(), 2.0);
     QCOMPARE(graph.transform().m22(), 2.0);
-    for (int i = 0; i < 100; i++) {
+    for (int i = 0; i < 100; ++i) {
         graph.scaleView(1.1);
     }
     QVERIFY(graph.transform().m11() <= 100.0);
     QVERIFY(graph.transform().m11() * 1.1 > 100.0);
-    for (int i = 0; i < 200; i++) {
+    for (int i = 0; i < 200; ++i) {
         graph.scaleView(1 / 1.1);
     }
     QVERIFY(graph.transform().m11() >= 0.07);
@@ -692,11 +692,11 @@ void TestGraphLayout::reorganizeAgreesWithTheDescentWrittenOut()
 {
     std::mt19937 random(3);
     Graph graph(latin1("descent"), false);
-    for (int n = 2; n <= 14; n++) {
+    for (int n = 2; n <= 14; ++n) {
         const Points points = randomPoints(n, random);
         build(graph, points);
-        for (int i = 0; i < n; i++) {
-            for (int j = i + 1; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = i + 1; j < n; ++j) {
                 if (random() % 3 == 0) {
                     graph.addEdge(i, j);
                 }
@@ -730,17 +730,17 @@ void TestGraphLayout::reorganizeSlotReports()
 
 void TestGraphLayout::relabelFollowsTheRandomNumbers()
 {
-    for (int n = 2; n <= 32; n++) {
-        qsrand(static_cast<uint>(n));
+    for (int n = 2; n <= 32; ++n) {
+        qsrand(n);
         Graph graph(latin1("relabel"), false);
         graph.randomGraph(n);
         Matrix expected = matrixOf(graph);
         const int id = graph.getID();
         QSignalSpy edited(&graph, &Graph::signal_interactive_graph_changed);
-        qsrand(static_cast<uint>(100 + n));
+        qsrand(100 + n);
         graph.slot_relabel();
-        qsrand(static_cast<uint>(100 + n));
-        for (int i = 0; i < n; i++) {
+        qsrand(100 + n);
+        for (int i = 0; i < n; ++i) {
             int j = qrand() % (n - 1);
             if (j == i) {
                 j = n - 1;
@@ -755,18 +755,18 @@ void TestGraphLayout::relabelFollowsTheRandomNumbers()
 
 void TestGraphLayout::perturbFollowsTheRandomNumbers()
 {
-    for (int n = 2; n <= 32; n++) {
-        qsrand(static_cast<uint>(n));
+    for (int n = 2; n <= 32; ++n) {
+        qsrand(n);
         Graph graph(latin1("perturb"), false);
         graph.randomGraph(n);
         Matrix expected = matrixOf(graph);
-        qsrand(static_cast<uint>(200 + n));
+        qsrand(200 + n);
         graph.perturb(40);
         graph.perturb(0);
         graph.perturb(-1);
         const int next = qrand();
-        qsrand(static_cast<uint>(200 + n));
-        for (int move = 0; move < 40; move++) {
+        qsrand(200 + n);
+        for (int move = 0; move < 40; ++move) {
             const int u = qrand() % n;
             int v = qrand() % (n - 1);
             v = v == u ? n - 1 : v;
@@ -786,7 +786,7 @@ void TestGraphLayout::perturbFollowsTheRandomNumbers()
 void TestGraphLayout::fewVerticesAreLeftAlone()
 {
     Graph graph(latin1("few"), false);
-    for (int n = 0; n < 2; n++) {
+    for (int n = 0; n < 2; ++n) {
         graph.randomGraph(n);
         const int id = graph.getID();
         graph.relabel();

@@ -244,7 +244,7 @@ void TestGraphMenu::disabledEntries()
     QFETCH(int, n);
     QFETCH(int, selected);
     graphtext::set(*view, n, QString());
-    for (int i = 0; i < selected; i++) {
+    for (int i = 0; i < selected; ++i) {
         view->node(i)->setSelected(true);
     }
     view->node(31)->setSelected(n < 32); // A slot beyond the graph does not count.
@@ -334,7 +334,7 @@ void TestGraphMenu::addModes()
         view->place_circle(100);
         choose(modes[mode]);
         QMenu *menu = open();
-        for (int other = 0; other < 3; other++) {
+        for (int other = 0; other < 3; ++other) {
             QCOMPARE(entry(menu, modes[other])->isChecked(), other == mode);
         }
         menu->close();
@@ -373,7 +373,7 @@ void TestGraphMenu::layout()
     QCOMPARE(recorder.take(), (QStringList{QStringLiteral("best_graph_changed")}));
 
     choose(QStringLiteral("Random placement"));
-    for (int i = 0; i < 4; i++) {
+    for (int i = 0; i < 4; ++i) {
         QVERIFY(QLineF(QPointF(), view->node(i)->pos()).length() <= 150.0);
     }
     QVERIFY(view->node(0)->pos() != QPointF(100, 0));
@@ -395,7 +395,7 @@ void TestGraphMenu::relabellingIsShownAndUndoable()
 {
     view->backup();
     bool changed = false;
-    for (int attempt = 0; attempt < 20 && !changed; attempt++) {
+    for (int attempt = 0; attempt < 20 && !changed; ++attempt) {
         choose(QStringLiteral("Relabel"));
         QVERIFY(graphtext::published(*view));
         QCOMPARE(view->getNbEdges(), 3);

@@ -113,8 +113,8 @@ struct PlainGraph {
         if (n >= 32) {
             return false;
         }
-        n++;
-        id++;
+        ++n;
+        ++id;
         return true;
     }
 
@@ -123,11 +123,11 @@ struct PlainGraph {
         if (n == 0) {
             return false;
         }
-        n--;
-        for (int i = 0; i < n; i++) {
+        --n;
+        for (int i = 0; i < n; ++i) {
             remEdge(i, n);
         }
-        id++;
+        ++id;
         return true;
     }
 
@@ -136,30 +136,30 @@ struct PlainGraph {
         if (!isVertex(k)) {
             return false;
         }
-        n--;
+        --n;
         const int last = n;
         if (k != last) {
-            for (int i = 0; i < last; i++) {
+            for (int i = 0; i < last; ++i) {
                 if (i != k) {
                     a[k][i] = a[last][i];
                 }
             }
-            for (int i = 0; i < last; i++) {
+            for (int i = 0; i < last; ++i) {
                 if (i != k) {
                     a[i][k] = a[i][last];
                 }
             }
         }
-        for (int i = 0; i < last; i++) {
+        for (int i = 0; i < last; ++i) {
             remEdge(last, i);
         }
-        id++;
+        ++id;
         return true;
     }
 
     bool addEdge(int i, int j)
     {
-        id++;
+        ++id;
         if (!isVertex(i) || !isVertex(j) || i == j) {
             return false;
         }
@@ -172,7 +172,7 @@ struct PlainGraph {
         if (i < 0 || i > 31 || j < 0 || j > 31) {
             return false;
         }
-        id++;
+        ++id;
         const bool was = a[i][j] || a[j][i];
         a[i][j] = a[j][i] = false;
         return was;
@@ -180,8 +180,8 @@ struct PlainGraph {
 
     void invert()
     {
-        for (int i = 0; i < n; i++) {
-            for (int j = 0; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < n; ++j) {
                 a[i][j] = !a[i][j];
             }
         }
@@ -189,8 +189,8 @@ struct PlainGraph {
 
     void clear()
     {
-        for (int i = 0; i < 32; i++) {
-            for (int j = i + 1; j < 32; j++) {
+        for (int i = 0; i < 32; ++i) {
+            for (int j = i + 1; j < 32; ++j) {
                 remEdge(i, j);
             }
         }
@@ -200,7 +200,7 @@ struct PlainGraph {
     int degree(int i) const
     {
         int count = 0;
-        for (int j = 0; isVertex(i) && j < n; j++) {
+        for (int j = 0; isVertex(i) && j < n; ++j) {
             count += a[i][j] || a[j][i];
         }
         return count;
@@ -209,8 +209,8 @@ struct PlainGraph {
     int edgeCount() const
     {
         int count = 0;
-        for (int i = 0; i < n; i++) {
-            for (int j = i + 1; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = i + 1; j < n; ++j) {
                 count += a[i][j];
             }
         }
@@ -227,13 +227,13 @@ struct PlainGraph {
 
     QByteArray display() const
     {
-        QByteArray text = "ID = " + QByteArray::number(static_cast<int>(id)) + "\n--best graph--\n";
+        QByteArray text = "ID = " + QByteArray::number(int(id)) + "\n--best graph--\n";
         for (const auto *matrix : {&best, &a}) {
             if (matrix == &a) {
                 text += "--cur graph--\n";
             }
-            for (int i = 0; i < n; i++) {
-                for (int j = 0; j < n; j++) {
+            for (int i = 0; i < n; ++i) {
+                for (int j = 0; j < n; ++j) {
                     text += (*matrix)[i][j] ? "1 " : "0 ";
                 }
                 text += "\n";
@@ -246,17 +246,17 @@ struct PlainGraph {
 /// Whether every reading operation tells the same about both, and what differs when not.
 QString difference(Graph &graph, const PlainGraph &plain)
 {
-    if (graph.getNbNodes() != plain.n || graph.getID() != static_cast<int>(plain.id)) {
+    if (graph.getNbNodes() != plain.n || graph.getID() != int(plain.id)) {
         return QStringLiteral("count %1 or counter %2").arg(graph.getNbNodes()).arg(graph.getID());
     }
     if (graph.getNbEdges() != plain.edgeCount()) {
         return QStringLiteral("%1 edges").arg(graph.getNbEdges());
     }
-    for (int i = -1; i <= 32; i++) {
+    for (int i = -1; i <= 32; ++i) {
         if (graph.degree(i) != plain.degree(i)) {
             return QStringLiteral("degree of %1").arg(i);
         }
-        for (int j = -1; j <= 32; j++) {
+        for (int j = -1; j <= 32; ++j) {
             if (graph.edge(i, j) != plain.edge(i, j) || graph.bestEdge(i, j) != plain.bestEdge(i, j)) {
                 return QStringLiteral("edge %1, %2").arg(i).arg(j);
             }
@@ -379,9 +379,9 @@ void TestGraphModel::startsAsARandomGraphOnTenVertices()
         const Graph graph(latin1("fresh"), interactive);
         QCOMPARE(graph.getNbNodes(), 10);
         int edgeCount = 0;
-        for (int i = 0; i < 32; i++) {
+        for (int i = 0; i < 32; ++i) {
             QCOMPARE(graph.node(i)->getVisible(), i < 10);
-            for (int j = 0; j < 32; j++) {
+            for (int j = 0; j < 32; ++j) {
                 QCOMPARE(graph.bestEdge(i, j), graph.edge(i, j));
                 edgeCount += j > i && graph.edge(i, j) ? 1 : 0;
             }
@@ -397,7 +397,7 @@ void TestGraphModel::constructionFollowsTheRandomNumbers()
     const Graph graph(latin1("replayed"), true);
     qsrand(2024);
     const QPointF origin = graph.mapToScene(QPoint(0, 0));
-    for (int i = 0; i < 32; i++) {
+    for (int i = 0; i < 32; ++i) {
         const double x = qrand() % 2000 / 10.0;
         const double y = qrand() % 2000 / 10.0;
         QCOMPARE(graph.node(i)->getName(), QStringLiteral("Node %1").arg(i + 1));
@@ -410,8 +410,8 @@ void TestGraphModel::constructionFollowsTheRandomNumbers()
     const int firstId = qrand();
     // 496 removals of clear(), 10 vertices, 45 pairs.
     QCOMPARE(graph.getID(), firstId + 496 + 10 + 45);
-    for (int i = 0; i < 10; i++) {
-        for (int j = i + 1; j < 10; j++) {
+    for (int i = 0; i < 10; ++i) {
+        for (int j = i + 1; j < 10; ++j) {
             QCOMPARE(graph.edge(i, j), qrand() % 2 == 1);
         }
     }
@@ -474,7 +474,7 @@ void TestGraphModel::itemAccessorsStopAtTheSlots()
     QCOMPARE(graph.edgeItem(4, 7), graph.edgeItem(7, 4));
     QCOMPARE(graph.edgeItem(4, 7)->from(), graph.node(7));
     QCOMPARE(graph.edgeItem(4, 7)->to(), graph.node(4));
-    for (int i = 0; i < 32; i++) {
+    for (int i = 0; i < 32; ++i) {
         QCOMPARE(graph.node(i)->getENeighbors().size(), 31);
     }
 }
@@ -677,8 +677,8 @@ void TestGraphModel::cloneHoldsTheCurrentGraphOnly()
     QVERIFY(sceneOf(*clone) == nullptr);
     QCOMPARE(clone->getNbNodes(), 7);
     QCOMPARE(clone->getNbEdges(), 4);
-    for (int i = 0; i < 7; i++) {
-        for (int j = 0; j < 7; j++) {
+    for (int i = 0; i < 7; ++i) {
+        for (int j = 0; j < 7; ++j) {
             QCOMPARE(clone->edge(i, j), graph.edge(i, j));
         }
     }
@@ -722,19 +722,19 @@ void TestGraphModel::randomGraphSizes()
 void TestGraphModel::operationsAgreeWithPlainArrays()
 {
     std::mt19937 random(31);
-    const auto below = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto below = [&random](int n) { return int(random() % n); };
     const auto index = [&below] { return below(36) - 2; };
-    for (int sequence = 0; sequence < 20; sequence++) {
+    for (int sequence = 0; sequence < 20; ++sequence) {
         Graph graph(latin1("checked"), sequence % 2 == 0);
         PlainGraph plain;
         graph.clear();
         graph.best_backup();
-        plain.id = static_cast<unsigned>(graph.getID());
-        for (int i = 0; i < sequence; i++) {
+        plain.id = graph.getID();
+        for (int i = 0; i < sequence; ++i) {
             graph.addNode();
             plain.addNode();
         }
-        for (int step = 0; step < 300; step++) {
+        for (int step = 0; step < 300; ++step) {
             const int i = index();
             const int j = index();
             const int operation = below(100);
@@ -1138,7 +1138,7 @@ void TestGraphModel::sizes()
     graph.setSizes({0, 1});
     QCOMPARE(drawnRadius(graph, 1), 20.0);
     graph.setSizes(values);
-    for (int i = 0; i < ratios.size(); i++) {
+    for (int i = 0; i < ratios.size(); ++i) {
         QVERIFY2(isClose(drawnRadius(graph, i), 10 * (1 + ratios[i])),
                  qPrintable(QStringLiteral("vertex %1: %2").arg(i).arg(drawnRadius(graph, i))));
     }
@@ -1154,7 +1154,7 @@ void TestGraphModel::nodeRadius()
     QCOMPARE(drawnRadius(graph, 0), 40.0);
     QCOMPARE(drawnRadius(graph, 31), 40.0);
     graph.slot_set_node_radius(20.0);
-    for (int i = 0; i < 32; i++) {
+    for (int i = 0; i < 32; ++i) {
         QCOMPARE(graph.node(i)->getRadius(), 20.0);
         QCOMPARE(drawnRadius(graph, i), 20.0);
     }
@@ -1288,7 +1288,7 @@ void TestGraphModel::countsOutsideTheSlots()
         graph.slot_randomPosition();
         QVERIFY(!graph.loadg6(text, false));
         QCOMPARE(graph.getNbNodes(), count);
-        for (int published = 0; published < 2; published++) {
+        for (int published = 0; published < 2; ++published) {
             operation.second(graph);
             QVERIFY2(!QTest::currentTestFailed(), operation.first);
             graph.loadg6(text, false);

@@ -48,8 +48,8 @@ Ink inkAt(const QImage &page, QPointF point)
     bool label = false;
     bool disc = false;
     bool line = false;
-    for (int x = -2; x <= 2; x++) {
-        for (int y = -2; y <= 2; y++) {
+    for (int x = -2; x <= 2; ++x) {
+        for (int y = -2; y <= 2; ++y) {
             const QColor colour(page.pixel(point.toPoint() + QPoint(x, y)));
             label = label || colour.blue() > colour.red() + 60;
             disc = disc || (colour.red() > colour.blue() + 60 && qAbs(colour.red() - colour.green()) < 20);
@@ -61,8 +61,8 @@ Ink inkAt(const QImage &page, QPointF point)
 
 bool isBlank(const QImage &image)
 {
-    for (int y = 0; y < image.height(); y++) {
-        for (int x = 0; x < image.width(); x++) {
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
             if (QColor(image.pixel(x, y)) != Qt::white) {
                 return false;
             }
@@ -263,7 +263,7 @@ void TestGraphPrinting::thirtyTwoVertices()
     Graph graph(QStringLiteral("graph"), true);
     fill(graph, QStringLiteral("32 ") + QString(496, QLatin1Char('0')));
     // On a grid of 8 x 4, in which only the neighbours 0-1 and 30-31 are joined.
-    for (int i = 0; i < 32; i++) {
+    for (int i = 0; i < 32; ++i) {
         const int column = i % 8;
         const int row = i / 8;
         graph.setPos(i, QPointF(column, row));
@@ -273,7 +273,7 @@ void TestGraphPrinting::thirtyTwoVertices()
     graph.changeBest();
     graph.update_display();
     const QImage page = rendered(printed(graph));
-    for (int i = 0; i < 32; i++) {
+    for (int i = 0; i < 32; ++i) {
         const int column = i % 8;
         const int row = i / 8;
         QCOMPARE(inkAt(page, onPage(column / 7.0, row / 3.0)), Ink::Disc);
@@ -392,7 +392,7 @@ void TestGraphPrinting::layoutIsRefittedAfterwards()
     QCOMPARE(graph.node(0)->position(), QPointF(-150, -150));
     QCOMPARE(graph.node(1)->position(), QPointF(0, 150));
     QCOMPARE(graph.node(2)->position(), QPointF(150, -75));
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
         QCOMPARE(graph.node(i)->getCoordZ(), -150.0);
     }
 }
@@ -409,7 +409,7 @@ void TestGraphPrinting::layoutIsRefittedIntoTheChosenCube()
     QCOMPARE(graph.node(0)->position(), QPointF(-100, -100));
     QCOMPARE(graph.node(1)->position(), QPointF(0, 100));
     QCOMPARE(graph.node(2)->position(), QPointF(100, -50));
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 3; ++i) {
         QCOMPARE(graph.node(i)->getCoordZ(), -100.0);
     }
 }

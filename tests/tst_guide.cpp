@@ -58,7 +58,7 @@ private slots:
         QTest::addColumn<QByteArray>("commands");
         QTest::addColumn<QByteArray>("output");
         const std::vector<Block> blocks = blocksOfTheGuide();
-        for (std::size_t i = 0; i < blocks.size(); ++i) {
+        for (size_t i = 0; i < blocks.size(); ++i) {
             const bool isAnswered = i + 1 < blocks.size() && blocks[i + 1].language == "text";
             QTest::addRow("line %d", blocks[i].line)
                 << blocks[i].text << (isAnswered ? blocks[i + 1].text : QByteArray());

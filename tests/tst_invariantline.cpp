@@ -22,7 +22,7 @@ template<size_t size> QByteArray bytes(const char (&literal)[size])
 
 bool parse(const QByteArray &line, InvariantLine &result)
 {
-    return parseInvariantLine({line.constData(), size_t(line.size())}, result);
+    return parseInvariantLine(std::string_view(line.constData(), line.size()), result);
 }
 
 /// What the line says, as text; NaN and both zeros included.

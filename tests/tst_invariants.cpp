@@ -20,7 +20,7 @@ const double pi = std::acos(-1.0);
 SmallGraph decoded(const QByteArray &name)
 {
     SmallGraph graph;
-    const QString fault = parseGraph6(std::string_view(name.constData(), size_t(name.size())), graph);
+    const QString fault = parseGraph6(std::string_view(name.constData(), name.size()), graph);
     if (!fault.isEmpty()) {
         qFatal("%s: %s", name.constData(), qPrintable(fault));
     }

@@ -32,7 +32,7 @@ protected:
         if (count == 0) {
             return endResult;
         }
-        std::memcpy(data, content.constData() + position, size_t(count));
+        std::memcpy(data, content.constData() + position, count);
         position += count;
         return count;
     }
@@ -56,7 +56,7 @@ public:
 protected:
     qint64 readData(char *data, qint64 size) override
     {
-        std::memset(data, 'x', size_t(size));
+        std::memset(data, 'x', size);
         return size;
     }
     qint64 writeData(const char *, qint64) override { return -1; }
@@ -228,7 +228,7 @@ void TestLineReader::severalLinesAtATime()
     for (int round = 0; round < 500; ++round) {
         QByteArray content(int(generator() % 300), 'a');
         for (int newlines = int(generator() % 30); newlines > 0 && !content.isEmpty(); --newlines) {
-            content[int(generator() % unsigned(content.size()))] = '\n';
+            content[int(generator() % content.size())] = '\n';
         }
         DribblingDevice device(content, 1 + generator() % 100, 0);
         LineReader reader(device, 1 + int(generator() % 64));

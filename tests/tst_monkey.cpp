@@ -56,7 +56,7 @@ public:
     }
 
     /// One of 0, 1, ..., @p count - 1; 0 when there is none.
-    int below(int count) { return count > 0 ? int(generator() % unsigned(count)) : 0; }
+    int below(int count) { return count > 0 ? int(generator() % count) : 0; }
     bool oneIn(int count) { return below(count) == 0; }
     template<typename List> auto oneOf(const List &list) { return *(list.begin() + below(int(list.size()))); }
 
@@ -192,7 +192,7 @@ Monkey::Monkey(int givenSeed, const QString &logPath) : seed(givenSeed), logFile
     }
     prepareFiles();
     QDir::setCurrent(directory.path()); // an empty work directory means this one
-    qsrand(uint(seed));
+    qsrand(seed);
     openWindow();
     answerDialog();
 }

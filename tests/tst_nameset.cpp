@@ -85,7 +85,7 @@ private slots:
         for (const int count : {1, 2, 3, 100, 16383, 16384, 16385, 50000}) {
             QStringList list;
             for (int i = 0; i < count; ++i) {
-                list.append(QString::number(random() % (2 * size_t(count))));
+                list.append(QString::number(random() % (2 * count)));
             }
             const NameSet names(list);
             const QSet<QString> expected(list.begin(), list.end());

@@ -95,8 +95,8 @@ QString outlineOf(Node &node)
     const QColor colour = image.at(x, 0);
     int width = 0;
     while (image.at(x, 0) == colour) {
-        width++;
-        x--;
+        ++width;
+        --x;
     }
     return QStringLiteral("%1 %2").arg(colour.name()).arg(width);
 }
@@ -477,7 +477,7 @@ void TestNode::colours_data()
     const char *const table[] = {"#ffff00", "#00ffff", "#ff0000", "#00ff00", "#a0a0a4", "#ff00ff",
                                  "#ffffff", "#c0c0c0", "#0000ff", "#000080", "#008080", "#808080",
                                  "#008000", "#800080", "#800000", "#808000"};
-    for (int index = 0; index < 16; index++) {
+    for (int index = 0; index < 16; ++index) {
         QTest::addRow("%d", index) << index << QColor(QLatin1String(table[index]));
     }
     QTest::newRow("16: yellow") << 16 << QColor(Qt::yellow);
@@ -591,7 +591,7 @@ void TestNode::labelText()
     QVERIFY2(text.left() >= -35 && text.left() <= -32, qPrintable(QString::number(text.left())));
     QCOMPARE(text.bottom(), 14); // the base line is at 15
     QVERIFY(text.height() >= 5 && text.height() <= 12);
-    for (int x = text.left(); x <= text.right(); x++) { // between white and blue
+    for (int x = text.left(); x <= text.right(); ++x) { // between white and blue
         QCOMPARE(image.at(x, 13).blue(), 255);
     }
 

@@ -36,7 +36,7 @@ QStringList rows(const NodeDisplay &dialog)
 {
     const QTableWidget *table = tableOf(dialog);
     QStringList texts;
-    for (int row = 0; row < table->rowCount(); row++) {
+    for (int row = 0; row < table->rowCount(); ++row) {
         texts << table->verticalHeaderItem(row)->text() + QStringLiteral(": ") + table->item(row, 0)->text();
     }
     return texts;

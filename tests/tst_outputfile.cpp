@@ -126,7 +126,7 @@ void TestOutputFile::fullDiskKeepsTheOldFile()
     {
         const FullDisk disk;
         const auto write = [&](OutputFile &file) {
-            for (int i = 0; i < blocks; i++) {
+            for (int i = 0; i < blocks; ++i) {
                 file.write(QByteArray(size, 'x'));
             }
         };

@@ -11,11 +11,11 @@
 
 namespace
 {
-QByteArray numbers(size_t begin, size_t end)
+QByteArray numbers(int begin, int end)
 {
     QByteArray text;
-    for (size_t i = begin; i < end; ++i) {
-        text += QByteArray::number(int(i)) + ' ';
+    for (int i = begin; i < end; ++i) {
+        text += QByteArray::number(i) + ' ';
     }
     return text;
 }
@@ -46,21 +46,21 @@ private slots:
         QFETCH(int, count);
         QFETCH(int, pieceLength);
         QFETCH(int, jobs);
-        std::vector<int> visits(size_t(count), 0);
-        forEachRange(visits.size(), size_t(pieceLength), jobs, [&](size_t begin, size_t end) {
-            if (begin >= end || end > visits.size() || end - begin > size_t(pieceLength)) {
+        std::vector<int> visits(count, 0);
+        forEachRange(count, pieceLength, jobs, [&](int begin, int end) {
+            if (begin >= end || end > count || end - begin > pieceLength) {
                 throw std::logic_error("a range that is empty, too long or beyond the end");
             }
-            for (size_t i = begin; i < end; ++i) {
+            for (int i = begin; i < end; ++i) {
                 ++visits[i];
             }
         });
-        QVERIFY(visits == std::vector<int>(size_t(count), 1));
+        QVERIFY(visits == std::vector<int>(count, 1));
     }
 
     void aFaultReachesTheCaller()
     {
-        const auto fail = [](size_t begin, size_t) {
+        const auto fail = [](int begin, int) {
             if (begin == 700) {
                 throw std::runtime_error("700");
             }
@@ -70,7 +70,7 @@ private slots:
 
     void piecesComeInOrder()
     {
-        for (const size_t count : {size_t(0), size_t(1), size_t(9), size_t(10), size_t(11), size_t(1000)}) {
+        for (const int count : {0, 1, 9, 10, 11, 1000}) {
             QByteArray all;
             forEachPiece(count, 10, numbers, [&all](const QByteArray &piece) { all += piece; });
             QCOMPARE(all, numbers(0, count));
@@ -82,8 +82,8 @@ private slots:
         const NoThreads shortage;
         QVERIFY_EXCEPTION_THROWN(std::thread([] {}).join(), std::system_error);
         std::vector<int> visits(1000, 0);
-        forEachRange(visits.size(), 10, 8, [&](size_t begin, size_t end) {
-            for (size_t i = begin; i < end; ++i) {
+        forEachRange(1000, 10, 8, [&](int begin, int end) {
+            for (int i = begin; i < end; ++i) {
                 ++visits[i];
             }
         });

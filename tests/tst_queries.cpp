@@ -70,7 +70,7 @@ struct Sample {
             overs.emplace_back();
             for (const QByteArray &index : fields.mid(1)) {
                 subs.back().push_back(index.toInt());
-                overs[size_t(index.toInt())].push_back(i);
+                overs[index.toInt()].push_back(i);
             }
             const QByteArray value = invariantLines.at(i).split('\t').at(1);
             values.push_back(value == "NA" ? std::nan("") : value.toDouble());
@@ -88,9 +88,9 @@ struct Sample {
             bool all = !std::isnan(values[start]);
             for (; all && !queue.empty(); queue.pop_front()) {
                 for (const int next : links[queue.front()]) {
-                    if (!std::isnan(values[size_t(next)]) && reached.insert(next).second) {
-                        all = all && holds(values[start], values[size_t(next)]);
-                        queue.push_back(size_t(next));
+                    if (!std::isnan(values[next]) && reached.insert(next).second) {
+                        all = all && holds(values[start], values[next]);
+                        queue.push_back(next);
                     }
                 }
             }

@@ -63,7 +63,7 @@ const Tests below = {[](double x, double y) { return y > x + tolerance; },
 class Marks
 {
 public:
-    explicit Marks(const Graphs &graphs) : markedBy(size_t(graphs.size())) {}
+    explicit Marks(const Graphs &graphs) : markedBy(graphs.size()) {}
 
     /// Takes back all marks.
     void clear() { ++traversal; }
@@ -190,7 +190,7 @@ std::vector<Invariants> literalDerivation(const Graphs &graphs, bool sub, bool o
     std::vector<Invariants> result = invariants(graphs);
     for (const TAVGraph *graph : graphs) {
         const std::vector<double> values = presentInv1(*graph, sub, over);
-        Invariants &expected = result[size_t(graph->getPosition())];
+        Invariants &expected = result[graph->getPosition()];
         expected.missing2 = values.empty();
         if (!values.empty()) {
             expected.inv2 = combine(values);
@@ -337,7 +337,7 @@ private:
         const double infinity = std::numeric_limits<double>::infinity();
         // Up to 2^-24 two values can be apart by exactly the tolerance.
         const double centres[] = {0.0, 1.0, 3.5, 1e-30, tolerance, 1e17, 2e-8, 3e-8, 0x1p-24, 0x1.8p-25, 0x1p-25, 0.1};
-        const double centre = centres[size_t(below(int(std::size(centres))))] * (chance(50) ? 1.0 : -1.0);
+        const double centre = centres[below(int(std::size(centres)))] * (chance(50) ? 1.0 : -1.0);
         pool = {centre, centre, centre};
         const double near[] = {centre + tolerance,
                                centre - tolerance,
@@ -362,7 +362,7 @@ private:
         missingPercent = chance(50) ? 0 : below(40);
     }
 
-    double randomValue() { return pool[size_t(below(int(pool.size())))]; }
+    double randomValue() { return pool[below(int(pool.size()))]; }
 
     std::mt19937 random;
     std::vector<double> pool;
@@ -492,9 +492,9 @@ int forEachRandomDatabase(const std::function<void(RandomDatabase &)> &check)
 {
     const int databases =
         qEnvironmentVariableIsSet("TAVOLINE_DATABASES") ? qEnvironmentVariableIntValue("TAVOLINE_DATABASES") : 20000;
-    const auto firstSeed = unsigned(qEnvironmentVariableIntValue("TAVOLINE_SEED"));
+    const unsigned firstSeed = qEnvironmentVariableIntValue("TAVOLINE_SEED");
     const StderrCapture silence; // every engine says that it starts
-    for (unsigned seed = firstSeed; seed != firstSeed + unsigned(databases); ++seed) {
+    for (unsigned seed = firstSeed; seed != firstSeed + databases; ++seed) {
         RandomDatabase database(seed);
         check(database);
         if (QTest::currentTestFailed()) {
@@ -541,7 +541,7 @@ void TestQueriesRandom::everyQueryOnLargeDatabases()
     const ThreadCount count(threads);
     const StderrCapture silence;
     for (const int turns : {2, 7, 40}) {
-        RandomDatabase database(unsigned(records + turns), records, records / turns);
+        RandomDatabase database(records + turns, records, records / turns);
         checkWalks(database);
         checkComparisons(database);
         checkClosures(database, 5);

@@ -55,7 +55,7 @@ private slots:
         QFETCH(QByteArray, text);
         QFETCH(int, order);
         QFETCH(QString, edges);
-        const SmallGraph graph = graphOf({text.constData(), size_t(text.size())});
+        const SmallGraph graph = graphOf(std::string_view(text.constData(), text.size()));
         QCOMPARE(graph.order, order);
         QCOMPARE(edgesOf(graph), edges);
         QCOMPARE(graph.size(), edges.count(QLatin1Char(' ')) + (edges.isEmpty() ? 0 : 1));
@@ -84,7 +84,7 @@ private slots:
         QFETCH(QByteArray, text);
         QFETCH(QString, fault);
         SmallGraph graph;
-        QCOMPARE(parseGraph6({text.constData(), size_t(text.size())}, graph), fault);
+        QCOMPARE(parseGraph6(std::string_view(text.constData(), text.size()), graph), fault);
     }
 
     /// A graph that was something else before has no edge of it.

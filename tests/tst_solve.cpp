@@ -25,27 +25,27 @@ QVector<double> solveLiterally(Matrix A, QVector<double> b)
     QVector<double> colMean(n, 0.0);
     QVector<int> perm(n);
     double vMean = 0;
-    for (int j = 0; j < n; j++) {
+    for (int j = 0; j < n; ++j) {
         perm[j] = j;
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             colMean[j] += A[i][j];
         }
         colMean[j] /= n;
         vMean += b[j];
     }
     vMean /= n;
-    for (int i = 0; i < n; i++) {
+    for (int i = 0; i < n; ++i) {
         b[i] -= vMean;
-        for (int j = 0; j < n; j++) {
+        for (int j = 0; j < n; ++j) {
             A[i][j] -= colMean[j];
         }
     }
-    for (int k = 0; k < n; k++) {
+    for (int k = 0; k < n; ++k) {
         double pivot = A[k][k];
         int pr = k;
         int pq = k;
-        for (int r = k; r < n; r++) {
-            for (int q = k; q < n; q++) {
+        for (int r = k; r < n; ++r) {
+            for (int q = k; q < n; ++q) {
                 if (std::fabs(A[r][q]) > std::fabs(pivot)) {
                     pivot = A[r][q];
                     pr = r;
@@ -54,22 +54,22 @@ QVector<double> solveLiterally(Matrix A, QVector<double> b)
             }
         }
         if (std::fabs(pivot) > 0.0001) {
-            for (int j = 0; j < n; j++) {
+            for (int j = 0; j < n; ++j) {
                 std::swap(A[k][j], A[pr][j]);
             }
             std::swap(b[k], b[pr]);
-            for (int i = 0; i < n; i++) {
+            for (int i = 0; i < n; ++i) {
                 std::swap(A[i][k], A[i][pq]);
             }
             std::swap(perm[k], perm[pq]);
-            for (int j = 0; j < n; j++) {
+            for (int j = 0; j < n; ++j) {
                 A[k][j] /= pivot;
             }
             b[k] /= pivot;
-            for (int i = 0; i < n; i++) {
+            for (int i = 0; i < n; ++i) {
                 if (i != k) {
                     const double f = A[i][k];
-                    for (int j = 0; j < n; j++) {
+                    for (int j = 0; j < n; ++j) {
                         if (j != k) {
                             A[i][j] -= f * A[k][j];
                         }
@@ -79,22 +79,22 @@ QVector<double> solveLiterally(Matrix A, QVector<double> b)
                 }
             }
         } else {
-            for (int j = k; j < n; j++) {
+            for (int j = k; j < n; ++j) {
                 b[j] = 0;
             }
             break;
         }
     }
     QVector<double> x;
-    for (int q = 0; q < n; q++) {
-        for (int j = 0; j < n; j++) {
+    for (int q = 0; q < n; ++q) {
+        for (int j = 0; j < n; ++j) {
             if (perm[j] == q) {
                 x.append(b[j]);
             }
         }
     }
     double intercept = vMean;
-    for (int q = 0; q < n; q++) {
+    for (int q = 0; q < n; ++q) {
         intercept -= x[q] * colMean[q];
     }
     x.append(intercept);
@@ -105,8 +105,8 @@ Matrix randomMatrix(int n, int rank, std::mt19937 &random)
 {
     std::uniform_real_distribution<double> entry(-10.0, 10.0);
     Matrix M(n, QVector<double>(n));
-    for (int i = 0; i < n; i++) {
-        for (int j = 0; j < n; j++) {
+    for (int i = 0; i < n; ++i) {
+        for (int j = 0; j < n; ++j) {
             M[i][j] = j < rank ? entry(random) : M[i][j - rank];
         }
     }
@@ -172,20 +172,20 @@ void TestSolve::smallPivotsCountAsZero()
 void TestSolve::consistentSystemsAreSolvedExactly()
 {
     std::mt19937 random(11);
-    for (int n = 1; n <= 12; n++) {
+    for (int n = 1; n <= 12; ++n) {
         const Matrix M = randomMatrix(n, n, random);
         const QVector<double> wanted = randomMatrix(n, n, random)[0];
         QVector<double> v(n, 3.25);
-        for (int i = 0; i < n; i++) {
-            for (int j = 0; j < n; j++) {
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < n; ++j) {
                 v[i] += M[i][j] * wanted[j];
             }
         }
         const QVector<double> found = solve(M, v);
         QCOMPARE(found.size(), n + 1);
-        for (int i = 0; i < n; i++) {
+        for (int i = 0; i < n; ++i) {
             double value = found[n];
-            for (int j = 0; j < n; j++) {
+            for (int j = 0; j < n; ++j) {
                 value += M[i][j] * found[j];
             }
             QVERIFY2(std::abs(value - v[i]) < 1e-7, qPrintable(QStringLiteral("n = %1, equation %2").arg(n).arg(i)));
@@ -196,9 +196,9 @@ void TestSolve::consistentSystemsAreSolvedExactly()
 void TestSolve::agreesWithTheEliminationWrittenOut()
 {
     std::mt19937 random(12);
-    for (int round = 0; round < 200; round++) {
+    for (int round = 0; round < 200; ++round) {
         const int n = 2 + round % 9;
-        const Matrix M = randomMatrix(n, 1 + static_cast<int>(random() % static_cast<unsigned>(n)), random);
+        const Matrix M = randomMatrix(n, 1 + int(random() % n), random);
         const QVector<double> v = randomMatrix(n, n, random)[0];
         QVERIFY2(areClose(solve(M, v), solveLiterally(M, v)), qPrintable(QStringLiteral("round %1").arg(round)));
     }

@@ -64,14 +64,14 @@ private slots:
         qint64 expected = 0;
         const auto block = [](qint64 bytes) { return qMax<qint64>(32, (bytes + 23) / 16 * 16); };
         for (const TAVGraph *graph : engine.records()) {
-            expected += qint64(sizeof(TAVGraph)) + 8 + block(24 + 2 * (graph->getName().size() + 1));
+            expected += sizeof(TAVGraph) + 8 + block(24 + 2 * (graph->getName().size() + 1));
             for (const QList<TAVGraph *> *list : {&graph->subGraphs(), &graph->superGraphs()}) {
                 expected += list->isEmpty() ? 0 : block(16 + 8 * list->size());
             }
         }
         engine.eraseDatabase();
         const ToolResult result = runTav(info(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav")));
-        const QByteArray line = "memory:         " + QByteArray::number(double(expected) / 1e6, 'f', 1) + " MB";
+        const QByteArray line = "memory:         " + QByteArray::number(expected / 1e6, 'f', 1) + " MB";
         QVERIFY2(result.output.contains(line), line.constData());
     }
 

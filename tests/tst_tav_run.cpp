@@ -147,7 +147,7 @@ qint64 memoryOf(const QStringList &arguments, const QString &errors)
     const int failure = ::posix_spawn(&process, TAVOLINE_TAV, &actions, nullptr, pointers.data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
     struct rusage usage = {};
-    return failure == 0 && ::wait4(process, nullptr, 0, &usage) == process ? qint64(usage.ru_maxrss) * 1024 : -1;
+    return failure == 0 && ::wait4(process, nullptr, 0, &usage) == process ? usage.ru_maxrss * 1024 : -1;
 }
 
 /// What tells a file from the one that takes its place.
@@ -300,7 +300,7 @@ private slots:
     void aCommandIsTheManagersOperation()
     {
         QFETCH(int, index);
-        const Meaning &meaning = meanings()[size_t(index)];
+        const Meaning &meaning = meanings()[index];
         write("small.tav", "@\nA_\t0\n");
         write("all.g6", "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n");
         QStringList lists;
@@ -358,7 +358,7 @@ private slots:
     void properLine()
     {
         QFETCH(QByteArray, line);
-        const auto step = parseScriptLine({line.constData(), size_t(line.size())}, QStringLiteral("s"), 7);
+        const auto step = parseScriptLine(std::string_view(line.constData(), line.size()), QStringLiteral("s"), 7);
         QVERIFY(step.has_value());
         QTEST(QString(QLatin1String(step->command->name)), "name");
         QTEST(step->arguments, "arguments");

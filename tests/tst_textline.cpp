@@ -11,7 +11,7 @@ const QByteArray mark("\xEF\xBB\xBF");
 
 std::string_view view(const QByteArray &bytes)
 {
-    return {bytes.constData(), size_t(bytes.size())};
+    return std::string_view(bytes.constData(), bytes.size());
 }
 
 QByteArray copy(std::string_view bytes)

@@ -33,23 +33,23 @@ extern "C" pid_t fork()
 
 namespace
 {
-constexpr std::size_t count = 1000;
+constexpr size_t count = 1000;
 
-std::optional<double> half(std::size_t index)
+std::optional<double> half(size_t index)
 {
-    return index % 3 == 0 ? std::nullopt : std::optional(double(index) / 2);
+    return index % 3 == 0 ? std::nullopt : std::optional(index / 2.0);
 }
 
-std::optional<double> waitForever(std::size_t)
+std::optional<double> waitForever(size_t)
 {
     pause();
     return std::nullopt;
 }
 
-void ignoreReport(std::size_t) {}
+void ignoreReport(size_t) {}
 
 /// What the error of a computation says, empty when there is none.
-QString errorOf(const std::function<std::optional<double>(std::size_t)> &work)
+QString errorOf(const std::function<std::optional<double>(size_t)> &work)
 {
     SharedValues values(count);
     try {
@@ -78,12 +78,12 @@ private slots:
     {
         QFETCH(int, jobs);
         SharedValues values(count);
-        std::size_t reported = 0;
-        computeInProcesses(values, count, jobs, half, [&](std::size_t done) {
+        size_t reported = 0;
+        computeInProcesses(values, count, jobs, half, [&](size_t done) {
             QVERIFY(done >= reported);
             reported = done;
         });
-        for (std::size_t index = 0; index < count; ++index) {
+        for (size_t index = 0; index < count; ++index) {
             QVERIFY(values.at(index) == half(index));
         }
         QCOMPARE(reported, count);
@@ -92,7 +92,7 @@ private slots:
 
     void anExceptionIsTold()
     {
-        QCOMPARE(errorOf([](std::size_t index) {
+        QCOMPARE(errorOf([](size_t index) {
                      if (index == 500) {
                          throw CommandError(QStringLiteral("the work failed"));
                      }
@@ -104,14 +104,14 @@ private slots:
 
     void aDeadChildIsAnError()
     {
-        QCOMPARE(errorOf([](std::size_t index) {
+        QCOMPARE(errorOf([](size_t index) {
                      if (index == 500) {
                          std::raise(SIGKILL);
                      }
                      return half(index);
                  }),
                  QStringLiteral("a child process was ended by a signal: Killed"));
-        QCOMPARE(errorOf([](std::size_t index) -> std::optional<double> { _exit(index == 0 ? 1 : 0); }),
+        QCOMPARE(errorOf([](size_t index) -> std::optional<double> { _exit(index == 0 ? 1 : 0); }),
                  QStringLiteral("a child process ended with status 1"));
     }
 
@@ -119,7 +119,7 @@ private slots:
     void aDeadChildIsAnErrorWhereChildrenAreIgnored()
     {
         const sighandler_t before = std::signal(SIGCHLD, SIG_IGN);
-        QCOMPARE(errorOf([](std::size_t index) {
+        QCOMPARE(errorOf([](size_t index) {
                      if (index == 500) {
                          std::raise(SIGKILL);
                      }
@@ -131,7 +131,7 @@ private slots:
 
     void aChildThatEndsEarlyIsAnError()
     {
-        QCOMPARE(errorOf([](std::size_t index) {
+        QCOMPARE(errorOf([](size_t index) {
                      if (index == 500) {
                          _exit(0);
                      }
@@ -155,14 +155,14 @@ private slots:
         try {
             computeInProcesses(
                 values, count, 2,
-                [&](std::size_t) -> std::optional<double> {
+                [&](size_t) -> std::optional<double> {
                     shared.children.at(shared.started++) = getpid();
                     while (!shared.go) {
                         usleep(1000);
                     }
                     throw CommandError(QStringLiteral("the work failed"));
                 },
-                [&](std::size_t) {
+                [&](size_t) {
                     while (shared.children.back() == 0 || shared.children.front() == 0) {
                         usleep(1000);
                     }
@@ -203,7 +203,7 @@ private slots:
         SharedValues values(count);
         computeInProcesses(values, count, 8, half, ignoreReport);
         QCOMPARE(possibleChildren, 0);
-        for (std::size_t index = 0; index < count; ++index) {
+        for (size_t index = 0; index < count; ++index) {
             QVERIFY(values.at(index) == half(index));
         }
         QCOMPARE(errorOf(half), QStringLiteral("fork: Resource temporarily unavailable"));
@@ -213,7 +213,7 @@ private slots:
     /// The others do not wait for the end of their work.
     void anErrorEndsTheOthers()
     {
-        QCOMPARE(errorOf([](std::size_t index) {
+        QCOMPARE(errorOf([](size_t index) {
                      if (index == 0) {
                          throw CommandError(QStringLiteral("the work failed"));
                      }
@@ -231,7 +231,7 @@ private slots:
         try {
             computeInProcesses(
                 values, count, 2,
-                [](std::size_t index) {
+                [](size_t index) {
                     kill(getppid(), SIGTERM);
                     return waitForever(index);
                 },
@@ -253,7 +253,7 @@ private slots:
             SharedValues values(count);
             computeInProcesses(
                 values, count, 2,
-                [&](std::size_t index) {
+                [&](size_t index) {
                     static_cast<void>(write(ends[1], "x", 1) + 1);
                     return waitForever(index);
                 },
