@@ -3,32 +3,33 @@
 #include "linereader.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QString>
 
 #include <cerrno>
-#include <unistd.h>
+#include <sys/stat.h>
 
 namespace
 {
-/// Why what stands at a path is no regular file.
-QString faultOf(const QFileInfo &entry)
+/// Why the file at the path is not to be opened; empty for a regular file.
+QString obstacleAt(const QString &path)
 {
-    if (entry.isDir()) {
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0) {
+        return qt_error_string(errno);
+    }
+    if (S_ISDIR(status.st_mode)) {
         return qt_error_string(EISDIR);
     }
-    const bool isThere = ::access(QFile::encodeName(entry.filePath()).constData(), F_OK) == 0;
-    return isThere ? QStringLiteral("Not a regular file") : qt_error_string(errno);
+    return S_ISREG(status.st_mode) ? QString() : QStringLiteral("Not a regular file");
 }
 } // namespace
 
 bool openForReading(QFile &file, QString *reason)
 {
-    const QFileInfo entry(file.fileName());
-    const bool isFile = entry.isFile();
-    const bool isOpen = isFile && file.open(QIODevice::ReadOnly);
+    const QString obstacle = obstacleAt(file.fileName());
+    const bool isOpen = obstacle.isEmpty() && file.open(QIODevice::ReadOnly);
     if (!isOpen && reason != nullptr) {
-        *reason = isFile ? file.errorString() : faultOf(entry);
+        *reason = obstacle.isEmpty() ? file.errorString() : obstacle;
     }
     return isOpen;
 }
