@@ -294,7 +294,8 @@ bool TAVManager::refuseWhileLoading()
     return true;
 }
 
-/// Returns what @p operation returns, or refuses it when it runs out of memory.
+/// Returns what @p operation returns, or refuses it when it runs out of memory. In a lambda of its callers, GCC 12 with
+/// its undefined-behaviour sanitizer mistakes the object of "engine->*": they name the database outside.
 template<typename Operation> bool TAVManager::withinMemory(Operation operation)
 {
     try {
@@ -335,8 +336,9 @@ bool TAVManager::addClosure(const QString &newName, const QString &sourceName,
     if (source < 0) {
         return refuse();
     }
+    TAVSearchEngine &database = *engine;
     return withinMemory([&] {
-        addList(newName, (engine->*closure)(lists.at(source)->getList()));
+        addList(newName, (database.*closure)(lists.at(source)->getList()));
         emit signal_lists_changed();
         emit signal_manager_ready();
         return true;
@@ -349,8 +351,9 @@ bool TAVManager::saveFile(const QString &fileName, bool (TAVSearchEngine::*save)
     if (refuseWhileLoading()) {
         return false;
     }
+    TAVSearchEngine &database = *engine;
     return withinMemory([&] {
-        const bool saved = (engine->*save)(fileName);
+        const bool saved = (database.*save)(fileName);
         fault = engine->fileFault();
         if (saved) {
             emit signal_console(QStringLiteral("Wrote ") + fileName);
@@ -377,8 +380,9 @@ void TAVManager::derive(void (TAVSearchEngine::*derivation)())
     if (refuseWhileLoading()) {
         return;
     }
+    TAVSearchEngine &database = *engine;
     withinMemory([&] {
-        (engine->*derivation)();
+        (database.*derivation)();
         emit signal_manager_ready();
         return true;
     });
