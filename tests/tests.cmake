@@ -25,6 +25,7 @@ tavoline_test(tst_invariantline tavoline_database)
 tavoline_test(tst_invariantfiles tavoline_core)
 tavoline_test(tst_queries tavoline_core)
 tavoline_test(tst_queries_random tavoline_core)
+tavoline_patient_test(tst_queries_random)
 if(NOT TAVOLINE_SANITIZE) # the sanitizers have allocation functions of their own
     tavoline_test(tst_memory tavoline_core failing_allocations)
     tavoline_slow_tests(tst_memory)
