@@ -13,9 +13,9 @@ std::optional<QStringList> readNames(QIODevice &file)
     LineReader::Status status = LineReader::Status::Line;
     bool isFirst = true;
     for (; (status = reader.next(line)) == LineReader::Status::Line; isFirst = false) {
-        const QString name = textOf(isFirst ? withoutByteOrderMark(line) : line);
-        if (!name.isEmpty()) {
-            names.append(name);
+        const std::string_view name = isFirst ? withoutByteOrderMark(line) : line;
+        if (!name.empty()) { // Qt would allocate for an empty text, too
+            names.append(textOf(name));
         }
     }
     return status == LineReader::Status::End ? std::make_optional(names) : std::nullopt;
