@@ -56,7 +56,7 @@ std::vector<double> smallValues(const QVector<TAVGraph *> &graphs)
 
 /// How ascending values of I2 stand to an x: where those end that are below it by more than the tolerance, those that
 /// are below it by exactly the tolerance, those that match, and those that are above it by exactly the tolerance.
-using Standing = std::array<std::ptrdiff_t, 4>;
+using Standing = std::array<ptrdiff_t, 4>;
 
 Standing standingOf(double x, const std::vector<double> &ascending)
 {
@@ -83,14 +83,14 @@ public:
         : graphs(database)
         , neighbours(direction)
         , ranges(rangesMet)
-        , known(size_t(database.size()), Known::Nothing)
+        , known(database.size(), Known::Nothing)
     {
     }
 
     void forget()
     {
         for (const int position : entered) {
-            known[size_t(position)] = Known::Nothing;
+            known[position] = Known::Nothing;
         }
         entered.clear();
     }
@@ -98,13 +98,13 @@ public:
     /// Whether a record that fails is reached.
     bool fail(const Start &start)
     {
-        if (known[size_t(start.position)] == Known::Nothing) {
+        if (known[start.position] == Known::Nothing) {
             enter(start.position);
         }
         while (!path.empty()) {
             goOn(start.x);
         }
-        return known[size_t(start.position)] == Known::Failure;
+        return known[start.position] == Known::Failure;
     }
 
 private:
@@ -123,7 +123,7 @@ private:
 
     void enter(int position)
     {
-        known[size_t(position)] = Known::NoFailure;
+        known[position] = Known::NoFailure;
         entered.push_back(position);
         path.push_back({position, 0});
     }
@@ -151,7 +151,7 @@ private:
     void failPath()
     {
         for (const Step &step : path) {
-            known[size_t(step.position)] = Known::Failure;
+            known[step.position] = Known::Failure;
         }
         path.clear();
     }
@@ -160,7 +160,7 @@ private:
     Known look(const TAVGraph &neighbour, double x) const
     {
         const double y = neighbour.getInv2();
-        const auto position = size_t(neighbour.getPosition());
+        const size_t position = neighbour.getPosition();
         if (neighbour.getErrInv2()) {
             return Known::NoFailure;
         }

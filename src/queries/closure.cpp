@@ -26,10 +26,10 @@ QStringList closureOf(const QVector<TAVGraph *> &graphs, const QStringList &name
         }
     };
     const std::vector<char> isSeed =
-        NameSet(names).containsEach(size_t(graphs.size()), [&](size_t i) { return graphs.at(int(i))->getName(); });
-    for (size_t i = 0; i < isSeed.size(); ++i) {
+        NameSet(names).containsEach(graphs.size(), [&](int i) { return graphs.at(i)->getName(); });
+    for (int i = 0; i < graphs.size(); ++i) {
         if (isSeed[i] != 0) {
-            reach(graphs.at(int(i)));
+            reach(graphs.at(i));
         }
     }
     size_t next = 0;

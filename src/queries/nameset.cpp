@@ -10,10 +10,10 @@ constexpr int primeBits = 31;
 constexpr quint64 prime = (quint64(1) << primeBits) - 1;
 
 /// The smallest power of two that leaves half of the places empty.
-size_t tableLength(int nameCount)
+size_t tableLength(size_t nameCount)
 {
     size_t length = 2;
-    while (length < 2 * size_t(nameCount)) {
+    while (length < 2 * nameCount) {
         length *= 2;
     }
     return length;
@@ -24,16 +24,16 @@ NameSet::NameSet(QStringList list)
     : names(std::move(list))
     , base(QRandomGenerator::global()->bounded(quint32(1), quint32(prime / 2)))
     , multiplier(QRandomGenerator::global()->generate64() | 1)
-    , hashes(size_t(names.size()))
+    , hashes(names.size())
     , places(tableLength(names.size()), 0)
 {
-    forEachRange(hashes.size(), recordsPerPiece, threadCount(), [this](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            hashes[i] = hashOf(names.at(int(i)));
+    forEachRange(names.size(), recordsPerPiece, threadCount(), [this](int begin, int end) {
+        for (int i = begin; i < end; ++i) {
+            hashes[i] = hashOf(names.at(i));
         }
     });
-    for (size_t i = 0; i < hashes.size(); ++i) {
-        places[slotOf(names.at(int(i)), hashes[i])] = quint32(i) + 1;
+    for (int i = 0; i < names.size(); ++i) {
+        places[slotOf(names.at(i), hashes[i])] = i + 1;
     }
 }
 
@@ -47,7 +47,7 @@ bool NameSet::contains(const QString &name) const
 /// a probability of n / (2^30 - 2) at most, over the choice of the base. (J. L. Carter, M. N. Wegman: Universal classes
 /// of hash functions, 1979; the scattering is that of M. Dietzfelbinger et al.: A reliable randomized algorithm for the
 /// closest-pair problem, 1997.)
-/// The hash of the toolkit is linear: names that have the same for one seed have it for the others.
+/// qHash() of Qt is linear: names that have the same for one seed have it for the others.
 quint32 NameSet::hashOf(const QString &name) const
 {
     quint64 value = 1;
@@ -64,8 +64,8 @@ size_t NameSet::slotOf(const QString &name, quint32 hash) const
     const size_t mask = places.size() - 1;
     size_t slot = hash & mask;
     while (places[slot] != 0) {
-        const size_t place = places[slot] - 1;
-        if (hashes[place] == hash && names.at(int(place)) == name) {
+        const int place = places[slot] - 1;
+        if (hashes[place] == hash && names.at(place) == name) {
             break;
         }
         slot = (slot + 1) & mask;

@@ -18,11 +18,11 @@ public:
     bool contains(const QString &name) const;
 
     /// Whether nameAt(i) is in the list, for each i below @p count; asked on all processors.
-    template<typename NameAt> std::vector<char> containsEach(size_t count, NameAt nameAt) const
+    template<typename NameAt> std::vector<char> containsEach(int count, NameAt nameAt) const
     {
         std::vector<char> isThere(count, 0);
-        forEachRange(count, recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
-            for (size_t i = begin; i < end; ++i) {
+        forEachRange(count, recordsPerPiece, threadCount(), [&](int begin, int end) {
+            for (int i = begin; i < end; ++i) {
                 isThere[i] = contains(nameAt(i)) ? 1 : 0;
             }
         });
@@ -37,7 +37,7 @@ private:
     quint32 base;                // of the hash; random each time: nobody can choose names that all have the same hash
     quint64 multiplier;          // of the hash; random each time
     std::vector<quint32> hashes; // by place in the list
-    std::vector<quint32> places; // by hash, with linear probing: a place in the list and one, or 0
+    std::vector<int> places;     // by hash, with linear probing: a place in the list and one, or 0
 };
 
 #endif

@@ -11,15 +11,16 @@ const QList<TAVGraph *> &linksOf(const TAVGraph &graph, Neighbours neighbours)
 QStringList namesOf(const std::vector<TAVGraph *> &graphs)
 {
     QStringList names;
-    names.reserve(int(graphs.size()));
-    for (size_t i = 0; i < graphs.size(); ++i) {
+    const int count = int(graphs.size());
+    names.reserve(count);
+    for (int i = 0; i < count; ++i) {
         names.append(QString());
     }
     // To share a name is to write to its count of users, and that is to wait for its memory: several can at a time.
     const QStringList::iterator first = names.begin();
-    forEachRange(graphs.size(), recordsPerPiece, threadCount(), [&](size_t begin, size_t end) {
-        for (size_t i = begin; i < end; ++i) {
-            *(first + int(i)) = graphs[i]->getName();
+    forEachRange(count, recordsPerPiece, threadCount(), [&](int begin, int end) {
+        for (int i = begin; i < end; ++i) {
+            first[i] = graphs[i]->getName();
         }
     });
     return names;

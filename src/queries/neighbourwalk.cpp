@@ -63,19 +63,19 @@ public:
         : graphs(database)
         , match(test)
         , way(database)
-        , verdicts(size_t(database.size()), Verdict::NotListed)
+        , verdicts(database.size(), Verdict::NotListed)
     {
     }
 
     QStringList run()
     {
-        for (size_t done = 0; done < verdicts.size(); done += batchLength) {
-            visitBatch(done, std::min(done + batchLength, verdicts.size()));
+        for (int done = 0; done < graphs.size(); done += batchLength) {
+            visitBatch(done, std::min(done + batchLength, graphs.size()));
         }
         decideBehindBarriers();
         std::vector<TAVGraph *> listed;
         for (int position = 0; position < graphs.size(); ++position) {
-            if (verdictOn(position) == Verdict::Listed) {
+            if (verdicts[position] == Verdict::Listed) {
                 listed.push_back(graphs.at(position));
             }
         }
@@ -90,30 +90,28 @@ private:
         Waiting,   ///< for a neighbour in its own batch
     };
 
-    Verdict &verdictOn(int position) { return verdicts[size_t(position)]; }
-
     /// Visits the records of the steps [begin, end): those whose neighbours were all visited in earlier batches, nearly
     /// all as a rule, at the same time, and then the others one after the other.
-    void visitBatch(size_t begin, size_t end)
+    void visitBatch(int begin, int end)
     {
-        const size_t shares = end - begin > shortBatch ? way.shares() : 1;
-        const size_t length = (end - begin + shares - 1) / shares;
-        forEachRange(shares, 1, int(shares), [&](size_t share, size_t) {
-            const size_t last = std::min(begin + (share + 1) * length, end);
-            for (size_t step = begin + share * length; step < last; ++step) {
+        const int shares = end - begin > shortBatch ? way.shares() : 1;
+        const int length = (end - begin + shares - 1) / shares;
+        forEachRange(shares, 1, shares, [&](int share, int) {
+            const int last = std::min(begin + (share + 1) * length, end);
+            for (int step = begin + share * length; step < last; ++step) {
                 visit(way.positionAt(step), begin, share);
             }
         });
-        for (size_t step = begin; step < end; ++step) {
+        for (int step = begin; step < end; ++step) {
             const int position = way.positionAt(step);
-            if (verdictOn(position) == Verdict::Waiting) {
+            if (verdicts[position] == Verdict::Waiting) {
                 visit(position, end, 0);
             }
         }
     }
 
     /// Visits a record unless it has to wait for a neighbour that is not among the first @p visited.
-    void visit(int position, size_t visited, size_t share)
+    void visit(int position, int visited, int share)
     {
         const TAVGraph &graph = *graphs.at(position);
         Range own;
@@ -122,10 +120,10 @@ private:
         }
         Range met;
         if (!way.meet(graph, own, visited, met)) {
-            verdictOn(position) = Verdict::Waiting;
+            verdicts[position] = Verdict::Waiting;
             return;
         }
-        verdictOn(position) = judge(graph, met);
+        verdicts[position] = judge(graph, met);
         if (!own.isEmpty()) {
             own.include(met);
             way.pass(graph, own, share);
@@ -154,7 +152,7 @@ private:
     {
         std::vector<Start> starts;
         for (int position = 0; position < graphs.size(); ++position) {
-            if (verdictOn(position) == Verdict::Undecided) {
+            if (verdicts[position] == Verdict::Undecided) {
                 starts.push_back({graphs.at(position)->getInv1(), position});
             }
         }
@@ -162,14 +160,14 @@ private:
             return;
         }
         for (const int position : listedBehindBarriers(graphs, Way::neighbours, way.takeRanges(), std::move(starts))) {
-            verdictOn(position) = Verdict::Listed;
+            verdicts[position] = Verdict::Listed;
         }
     }
 
     /// As long as a batch is short, against the number of graphs of one order and size, few have to wait.
-    static constexpr size_t batchLength = 1 << 15;
+    static constexpr int batchLength = 1 << 15;
     /// A batch up to this length is not shared out.
-    static constexpr size_t shortBatch = 1 << 12;
+    static constexpr int shortBatch = 1 << 12;
 
     const QVector<TAVGraph *> &graphs;
     Match match;

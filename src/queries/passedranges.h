@@ -22,34 +22,31 @@ class FromBelow
 public:
     static constexpr Neighbours neighbours = Neighbours::Sub;
 
-    explicit FromBelow(const QVector<TAVGraph *> &graphs) : passed(size_t(graphs.size())) {}
+    explicit FromBelow(const QVector<TAVGraph *> &graphs) : passed(graphs.size()) {}
 
     /// The record that is visited in a step, counted from 0, and the step of a record.
-    int positionAt(size_t step) const { return int(step); }
-    size_t stepOf(int position) const { return size_t(position); }
+    int positionAt(int step) const { return step; }
+    int stepOf(int position) const { return position; }
 
     /// In how many shares records can be visited at the same time.
-    size_t shares() const { return size_t(threadCount()); }
+    int shares() const { return threadCount(); }
 
     /// Includes in @p met what a record meets, whose own I2, if present, is @p own; false when a neighbour was not
     /// visited in the first @p visited steps. A record that is its own neighbour meets itself.
-    bool meet(const TAVGraph &graph, const Range &own, size_t visited, Range &met) const
+    bool meet(const TAVGraph &graph, const Range &own, int visited, Range &met) const
     {
         for (const TAVGraph *neighbour : graph.subGraphs()) {
             const int position = neighbour->getPosition();
             if (stepOf(position) >= visited) {
                 return false;
             }
-            met.include(neighbour == &graph ? own : passed[size_t(position)]);
+            met.include(neighbour == &graph ? own : passed[position]);
         }
         return true;
     }
 
     /// Passes the range of a record on, which is visited in the given share.
-    void pass(const TAVGraph &graph, const Range &range, size_t /*share*/)
-    {
-        passed[size_t(graph.getPosition())] = range;
-    }
+    void pass(const TAVGraph &graph, const Range &range, int /*share*/) { passed[graph.getPosition()] = range; }
 
     /// After all visits: what a record whose I2 is present meets, with or without that I2, by position. Records beyond
     /// the end meet nothing.
@@ -67,16 +64,16 @@ public:
 
     explicit FromAbove(const QVector<TAVGraph *> &graphs)
         : count(graphs.size())
-        , passed(size_t(std::min(threadCount(), mostShares)), std::vector<Range>(linkedFromAbove(graphs)))
+        , passed(std::min(threadCount(), mostShares), std::vector<Range>(linkedFromAbove(graphs)))
     {
     }
 
-    int positionAt(size_t step) const { return count - 1 - int(step); }
-    size_t stepOf(int position) const { return size_t(count - 1 - position); }
-    size_t shares() const { return passed.size(); }
+    int positionAt(int step) const { return count - 1 - step; }
+    int stepOf(int position) const { return count - 1 - position; }
+    int shares() const { return int(passed.size()); }
 
     /// As FromBelow::meet(). The first record above that is another one tells: the others are visited before it.
-    bool meet(const TAVGraph &graph, const Range &own, size_t visited, Range &met) const
+    bool meet(const TAVGraph &graph, const Range &own, int visited, Range &met) const
     {
         for (const TAVGraph *neighbour : graph.superGraphs()) {
             if (neighbour != &graph) {
@@ -87,14 +84,14 @@ public:
             }
             met.include(own);
         }
-        includePassed(size_t(graph.getPosition()), met);
+        includePassed(graph.getPosition(), met);
         return true;
     }
 
-    void pass(const TAVGraph &graph, const Range &range, size_t share)
+    void pass(const TAVGraph &graph, const Range &range, int share)
     {
         for (const TAVGraph *subGraph : graph.subGraphs()) {
-            passed[share][size_t(subGraph->getPosition())].include(range);
+            passed[share][subGraph->getPosition()].include(range);
         }
     }
 
@@ -122,7 +119,7 @@ private:
     {
         const auto last = std::find_if(graphs.rbegin(), graphs.rend(),
                                        [](const TAVGraph *graph) { return !graph->superGraphs().isEmpty(); });
-        return size_t(graphs.rend() - last);
+        return graphs.rend() - last;
     }
 
     /// Each share takes memory.
