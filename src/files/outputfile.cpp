@@ -56,23 +56,29 @@ void waitForRoom(int descriptor)
 
 using Writer = std::function<void(OutputFile &)>;
 
+/// Writes to an open file; @p finish closes it, or sets errno.
+WriteResult writeTo(int descriptor, const Writer &write, QString &reason, const std::function<bool()> &finish)
+{
+    OutputFile output(descriptor);
+    write(output);
+    if (!output.tookEverything()) {
+        reason = output.reason();
+        return WriteResult::Failed;
+    }
+    if (!finish()) {
+        reason = qt_error_string(errno);
+        return WriteResult::Failed;
+    }
+    return WriteResult::Written;
+}
+
 WriteResult writeInto(FileDescriptor file, const Writer &write, QString &reason)
 {
     if (!file.isOpen()) {
         reason = qt_error_string(errno);
         return WriteResult::NotOpened;
     }
-    OutputFile output(file.number());
-    write(output);
-    if (!output.tookEverything()) {
-        reason = output.reason();
-        return WriteResult::Failed;
-    }
-    if (!file.close()) {
-        reason = qt_error_string(errno);
-        return WriteResult::Failed;
-    }
-    return WriteResult::Written;
+    return writeTo(file.number(), write, reason, [&file] { return file.close(); });
 }
 
 WriteResult replace(const QByteArray &path, const Writer &write, QString &reason)
@@ -82,17 +88,7 @@ WriteResult replace(const QByteArray &path, const Writer &write, QString &reason
         reason = qt_error_string(errno);
         return WriteResult::NotOpened;
     }
-    OutputFile output(file.descriptor());
-    write(output);
-    if (!output.tookEverything()) {
-        reason = output.reason();
-        return WriteResult::Failed;
-    }
-    if (!file.commit()) {
-        reason = qt_error_string(errno);
-        return WriteResult::Failed;
-    }
-    return WriteResult::Written;
+    return writeTo(file.descriptor(), write, reason, [&file] { return file.commit(); });
 }
 } // namespace
 

@@ -121,7 +121,6 @@ bool isUnnamed(int flags)
 }
 } // namespace
 
-// NOLINTBEGIN(cert-dcl50-cpp)
 extern "C" {
 
 int open(const char *path, int flags, ...)
@@ -329,4 +328,3 @@ ssize_t llistxattr(const char *path, char *names, size_t size) noexcept
 }
 
 } // extern "C"
-// NOLINTEND(cert-dcl50-cpp)
