@@ -71,7 +71,7 @@ private slots:
     void formats_data();
     void formats();
     void readsBackWhatItFormats();
-    void numbersAreThoseOfTheToolkit();
+    void numbersAreThoseOfQt();
 };
 
 void TestInvariantLine::parses_data()
@@ -258,7 +258,7 @@ void TestInvariantLine::readsBackWhatItFormats()
     }
 }
 
-void TestInvariantLine::numbersAreThoseOfTheToolkit()
+void TestInvariantLine::numbersAreThoseOfQt()
 {
     const auto check = [](double value) {
         QCOMPARE(lineOf(text("A"), value, false), "A\t" + QByteArray::number(value, 'g', 6) + '\n');

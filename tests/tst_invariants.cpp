@@ -433,7 +433,7 @@ private slots:
     void texts_data();
     void texts();
     void names();
-    void aFailureOfTheLibrary();
+    void aFailureOfIgraph();
 };
 
 Q_DECLARE_METATYPE(SmallGraph)
@@ -659,8 +659,8 @@ void TestInvariants::names()
     }
 }
 
-/// The library refuses a negative number of vertices, and leaves it to the caller to tell.
-void TestInvariants::aFailureOfTheLibrary()
+/// igraph refuses a negative number of vertices, and leaves it to the caller to tell.
+void TestInvariants::aFailureOfIgraph()
 {
     StderrCapture capture;
     QString message;

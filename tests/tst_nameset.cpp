@@ -43,8 +43,8 @@ private slots:
 
     void namesThatAChecksumTakesForTheSame()
     {
-        // The two blocks have the same CRC-32C from any start but 0, by which the toolkit hashes where the processor
-        // can; so has whatever is made of as many of them. So many would take a quarter of an hour.
+        // The two blocks have the same CRC-32C from any start but 0, by which Qt hashes where the processor can; so
+        // has whatever is made of as many of them. So many would take a quarter of an hour.
         const QString blocks[] = {QStringLiteral("ge]Z_NM{"), QStringLiteral("eDvW@\\dU")};
         constexpr int length = 18;
         QStringList list;

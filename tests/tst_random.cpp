@@ -10,7 +10,7 @@ namespace
 int scriptedNumber = 0;
 } // namespace
 
-// Takes the place of the toolkit's generator in this program, so that its greatest number comes up too.
+// Takes the place of Qt's generator in this program, so that its greatest number comes up too.
 int qrand()
 {
     return scriptedNumber;

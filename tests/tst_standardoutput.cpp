@@ -79,8 +79,8 @@ private slots:
         QVERIFY(isWhole);
     }
 
-    /// libstdc++ flushes the standard output of the C library before it writes to std::cerr, in whatever thread; and
-    /// every call of the system that fails says so in the same place.
+    /// libstdc++ flushes the standard output of glibc before it writes to std::cerr, in whatever thread; and every call
+    /// of the system that fails says so in the same place.
     void theReasonOfAFailureStays()
     {
         QString fault;

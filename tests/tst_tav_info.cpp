@@ -56,8 +56,8 @@ private slots:
 
     void memoryIsThatOfTheProgram()
     {
-        // 12 113 records, with their lists as they are in the program: what the C library needs for each block, which
-        // is the block and 8 bytes, in units of 16.
+        // 12 113 records, with their lists as they are in the program: what glibc needs for each block, which is the
+        // block and 8 bytes, in units of 16.
         TAVSearchEngine engine;
         engine.setFilename(QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav"));
         engine.run();
