@@ -190,6 +190,11 @@ void TestLoading::resetDuringLoad()
     QCOMPARE(recorder->recorded(), empty);
     QCoreApplication::sendPostedEvents();
     QCOMPARE(recorder->take(), empty);
+    const QString saved = directory.filePath(QStringLiteral("saved.g6"));
+    QVERIFY(!manager->saveGraphs(saved));
+    QCOMPARE(recorder->take(),
+             (QStringList{QStringLiteral("console No data to save."), QStringLiteral("manager_ready")}));
+    QVERIFY(!QFile::exists(saved));
     manager->loadDatabase(small.path);
     QVERIFY(waitForOutcome(*manager, *recorder));
     QCOMPARE(recorder->take(), small.expected);

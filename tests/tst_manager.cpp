@@ -283,6 +283,8 @@ void TestManager::addListFromFile_data()
     row("lines", "Bw\nBW\nBw\n", {text("Bw"), text("BW"), text("Bw")});
     row("no newline at the end", "Bw\nBW", {text("Bw"), text("BW")});
     row("Windows line ends stay", "Bw\r\nBW\r\n\r\n", {text("Bw\r"), text("BW\r"), text("\r")});
+    row("a line end of Windows twice over stays", "Bw\r\r\nBW\r\r\n\r\r\n",
+        {text("Bw\r\r"), text("BW\r\r"), text("\r\r")});
     row("blank lines", "\n\nBw\n\n\nBW\n\n", {text("Bw"), text("BW")});
     row("blanks and tabs stay", " Bw \nB W\t1\n \n", {text(" Bw "), text("B W\t1"), text(" ")});
     row("byte-order mark",

@@ -11,9 +11,25 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <atomic>
+#include <climits>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <random>
 #include <sys/stat.h>
+
+namespace
+{
+std::atomic<int> questionsToStop = INT_MAX; // after so many "no" the answer is "yes"
+} // namespace
+
+/// Stands in front of the one of Qt.
+bool QThread::isInterruptionRequested() const
+{
+    using Answer = bool (*)(const QThread *);
+    static const auto answer = reinterpret_cast<Answer>(dlsym(RTLD_NEXT, "_ZNK7QThread23isInterruptionRequestedEv"));
+    return questionsToStop-- <= 0 || answer(this);
+}
 
 namespace
 {
@@ -201,6 +217,7 @@ private slots:
     void realDatabase_data();
     void realDatabase();
     void interruptedRunHasNoOutcome();
+    void aRunThatIsStoppedAtAnyMoment();
 
     void loadData_data();
     void loadData();
@@ -613,6 +630,50 @@ void TestSearchEngine::interruptedRunHasNoOutcome()
     QCOMPARE(recorder.recorded(), (QStringList{text("console Loading data ... please wait."),
                                                text("console 25000 lines."), text("progress 0 25000")}));
     engine.eraseDatabase();
+}
+
+/// It asks now and then whether to stop: while it counts the lines, while it reads them and while it links the records.
+void TestSearchEngine::aRunThatIsStoppedAtAnyMoment()
+{
+    const ThreadCount single(1);
+    const QStringList whole{text("console Loading data ... please wait."),
+                            text("console 60000 lines."),
+                            text("progress 0 60000"),
+                            text("progress 10000 60000"),
+                            text("progress 20000 60000"),
+                            text("progress 30000 60000"),
+                            text("progress 40000 60000"),
+                            text("progress 50000 60000"),
+                            text("console Data loaded : 60000 nodes and 60000 links."),
+                            text("load_succedded")};
+    const QString file = write(QByteArray("A\t0\n").repeated(60000));
+    const auto seenUpTo = [&](int questions) {
+        TAVSearchEngine engine;
+        SignalRecorder recorder(engine);
+        engine.setFilename(file);
+        questionsToStop = questions;
+        engine.start(QThread::InheritPriority);
+        engine.wait();
+        QCoreApplication::sendPostedEvents(&recorder);
+        engine.eraseDatabase();
+        return recorder.take();
+    };
+    QCOMPARE(seenUpTo(0), whole.mid(0, 1)); // no number of lines
+    QCOMPARE(seenUpTo(INT_MAX), whole);
+    const int questions = INT_MAX - questionsToStop;
+    questionsToStop = INT_MAX;
+    QVERIFY(questions > 10);
+    QStringList before;
+    for (int i = 0; i < questions; ++i) {
+        const QStringList seen = seenUpTo(i);
+        QCOMPARE(seen, whole.mid(0, seen.size()));
+        QVERIFY(seen.size() >= before.size());
+        QVERIFY(seen.size() <= 8); // what follows is the outcome
+        before = seen;
+    }
+    QCOMPARE(before.size(), 8);
+    QCOMPARE(seenUpTo(questions), whole);
+    questionsToStop = INT_MAX;
 }
 
 void TestSearchEngine::loadData_data()
