@@ -79,8 +79,50 @@ private slots:
         QVERIFY(isWhole);
     }
 
-    /// libstdc++ flushes the standard output of glibc before it writes to std::cerr, in whatever thread; and every call
-    /// of the system that fails says so in the same place.
+    void widthOfTheHelp_data()
+    {
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QString>("shown");
+        const auto x = [](int length) { return QString(length, QLatin1Char('x')); };
+        const QString blank = QStringLiteral(" ");
+        const QString end = QStringLiteral("\n");
+        QTest::newRow("79") << x(40) + blank + x(38) << x(40) + blank + x(38);
+        QTest::newRow("80") << x(40) + blank + x(39) << x(40) + end + x(39);
+        QTest::newRow("79 in the second line")
+            << x(70) + blank + x(20) + blank + x(58) + blank + x(1) << x(70) + end + x(20) + blank + x(58) + end + x(1);
+        QTest::newRow("80 in the second line")
+            << x(70) + blank + x(20) + blank + x(59) + blank + x(1) << x(70) + end + x(20) + end + x(59) + blank + x(1);
+        QTest::newRow("words of one letter")
+            << (x(1) + blank).repeated(40) + x(1) << (x(1) + blank).repeated(39) + x(1) + end + x(1);
+        QTest::newRow("a word of 80") << x(1) + blank + x(80) + blank + x(1) << x(1) + end + x(80) + end + x(1);
+    }
+
+    void widthOfTheHelp()
+    {
+        QFETCH(QString, description);
+        QFETCH(QString, shown);
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        char name[] = "tav";
+        char *names[] = {name, nullptr};
+        int count = 1;
+        const QCoreApplication application(count, names);
+        QCommandLineParser parser;
+        parser.setApplicationDescription(description);
+        {
+            const Redirection redirection(file.handle());
+            parseArguments(parser, {QStringLiteral("command"), QStringLiteral("--help")});
+            faultOfFlush();
+        }
+        file.seek(0);
+        const QString help = QString::fromUtf8(file.readAll());
+        QVERIFY2(help.startsWith(QStringLiteral("Usage: tav command [options]\n") + shown +
+                                 QStringLiteral("\n\nOptions:\n")),
+                 qPrintable(help));
+    }
+
+    /// The last test, as what is printed afterwards goes nowhere. libstdc++ flushes the standard output of glibc before
+    /// it writes to std::cerr, in whatever thread; and every call of the system that fails says so in the same place.
     void theReasonOfAFailureStays()
     {
         QString fault;

@@ -327,6 +327,7 @@ private slots:
     {
         QCOMPARE(runTav(build(), ">>graph6<<A_\r\n\r\n\n@").output, QByteArray("@\nA_\t0\n"));
         QCOMPARE(runTav(build(), ">>graph6<<\n@\nA_\n").output, QByteArray("@\nA_\t0\n"));
+        QCOMPARE(runTav(build(), ">>graph6<<\r\r\n@\r\r\n\r\r\nA_\r\r\n").output, QByteArray("@\nA_\t0\n"));
     }
 
     /// Some editors put one before the first line.
@@ -472,6 +473,8 @@ private slots:
                                           << QByteArray("Unknown relation 'minor': neither 'vertex' nor 'edge'.");
         QTest::newRow("no processors") << build({QStringLiteral("-j"), QStringLiteral("0")})
                                        << QByteArray("Not a number of processors from 1 to 1024: '0'.");
+        QTest::newRow("too many processors") << build({QStringLiteral("-j"), QStringLiteral("1025")})
+                                             << QByteArray("Not a number of processors from 1 to 1024: '1025'.");
         QTest::newRow("no number") << build({QStringLiteral("-j"), QStringLiteral("all")})
                                    << QByteArray("Not a number of processors from 1 to 1024: 'all'.");
         QTest::newRow("no file name") << build({QStringLiteral("-o")}) << QByteArray("Missing value after '-o'.");
@@ -641,6 +644,73 @@ private slots:
         const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command});
         QCOMPARE(result.output, QByteArray("@\n141\n"));
         QCOMPARE(result.errors, QByteArray());
+    }
+
+    void aLevelThatIsMissingIsNotBridged_data()
+    {
+        QTest::addColumn<QString>("relation");
+        QTest::addColumn<QByteArray>("input");
+        QTest::addColumn<QByteArray>("summary");
+        const auto graphs = [](const QStringList &arguments) {
+            return runProgram(QStringLiteral("nauty-geng"), QStringList{QStringLiteral("-q")} + arguments).output;
+        };
+        QTest::newRow("3 and 5 vertices")
+            << QStringLiteral("vertex") << graphs(words({"3"})) + graphs(words({"5"})) << QByteArray("38 graphs");
+        QTest::newRow("2 and 4 edges") << QStringLiteral("edge")
+                                       << graphs(words({"5", "2:2"})) + graphs(words({"5", "4:4"}))
+                                       << QByteArray("8 graphs");
+        QTest::newRow("no edge on 2 vertices and 1 edge on 3")
+            << QStringLiteral("edge") << QByteArray("A?\nBG\n") << QByteArray("2 graphs");
+    }
+
+    /// Between what is there nothing is linked: a direct sub-graph lacks one vertex, or one edge.
+    void aLevelThatIsMissingIsNotBridged()
+    {
+        QFETCH(QString, relation);
+        QFETCH(QByteArray, input);
+        QFETCH(QByteArray, summary);
+        const ToolResult result = runTav(build({QStringLiteral("--relation"), relation}), input);
+        QCOMPARE(result.errors, summary + " and 0 links; 0 isomorphic repetitions dropped.\n");
+        QVERIFY(!result.output.contains('\t'));
+    }
+
+    void asManyProcessorsAsAreAllowed()
+    {
+        QCOMPARE(runTav(build({QStringLiteral("-j"), QStringLiteral("1024")}), "@\nA_\n").errors, noTrouble);
+    }
+
+    /// A thousand of these graphs are a batch, whose lines are written before the next is begun.
+    void theProgressNeverFalls()
+    {
+        std::mt19937 random(63);
+        const QString graphs = write("batches.g6", (encode(randomGraph(random, 62, 1000)) + '\n').repeated(4500));
+        const QString command =
+            QStringLiteral("'%1' build -j 1 '%2' >/dev/null").arg(QStringLiteral(TAVOLINE_TAV), graphs);
+        const QByteArray shown =
+            runProgram(QStringLiteral("script"), {QStringLiteral("-qec"), command, QStringLiteral("/dev/null")}).output;
+        QVector<int> percentages;
+        for (const QByteArray &piece : shown.split('\r')) {
+            if (piece.startsWith("Building: ")) {
+                percentages.append(piece.mid(10).chopped(2).toInt());
+            }
+        }
+        QVERIFY2(std::is_sorted(percentages.begin(), percentages.end()), shown.constData());
+        QVERIFY2(percentages.value(0) < 5 && percentages.contains(50) && percentages.contains(95), shown.constData());
+        QVERIFY2(percentages.last() <= 100, shown.constData());
+    }
+
+    void moreFilesThanMayBeOpenAtATime()
+    {
+        const QTemporaryDir place;
+        for (int i = 0; i < 300; ++i) {
+            QFile file(place.filePath(QString::number(i)));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(i % 2 == 0 ? "@\n" : "A_\n") > 0);
+        }
+        const QString command = QStringLiteral("ulimit -n 16; exec '%1' build *").arg(QStringLiteral(TAVOLINE_TAV));
+        const ToolResult result =
+            runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command}, QByteArray(), place.path());
+        QCOMPARE(result.errors, QByteArray("2 graphs and 1 link; 298 isomorphic repetitions dropped.\n"));
+        QCOMPARE(result.output, QByteArray("@\nA_\t0\n"));
     }
 };
 

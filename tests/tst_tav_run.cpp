@@ -494,9 +494,12 @@ private slots:
 
     void lineEnds()
     {
-        const ToolResult result = runFile("\r\nlist-from-file a examples/regular-8.g6\r\n#\r\nlists");
-        QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\na\t17\n"));
-        QCOMPARE(result.status, 0);
+        for (const char *end : {"\n", "\r\n", "\r\r\n"}) {
+            const ToolResult result =
+                runFile(QByteArray("\nlist-from-file a examples/regular-8.g6\n#\nlists").replace("\n", end));
+            QCOMPARE(result.output, QByteArray("List added : a [ 17 element(s)]\nList added : a\na\t17\n"));
+            QCOMPARE(result.status, 0);
+        }
     }
 
     void namesBeyondLatin1()
@@ -753,6 +756,21 @@ private slots:
         QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
         QCOMPARE(process.exitCode(), SIGINT);
+    }
+
+    /// Every command that opens a file, more often than files may be open at a time.
+    void everyFileIsClosed()
+    {
+        const QByteArray commands = "load examples/connected-8.tav\nload-i1 examples/connected-8.diameter.txt\n"
+                                    "-load-i2 examples/regular-8.g6\nlist-from-file a examples/regular-8.g6\n"
+                                    "save-list a list\nremove-list a\nsave-graphs names\nsave-i1 i1\n"
+                                    "-load missing\n-load-i1 missing\n-list-from-file a missing\n"
+                                    "-save-graphs missing/file\n";
+        write("script", commands.repeated(20));
+        const QString line = QStringLiteral("ulimit -n 16; exec '%1' run script").arg(QStringLiteral(TAVOLINE_TAV));
+        const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), line});
+        QVERIFY2(result.status == 0, result.errors.constData());
+        QCOMPARE(contents(path("list")), contents(QStringLiteral("examples/regular-8.g6")).trimmed());
     }
 
     void aSignalEndsTheWaitForALine()
