@@ -18,17 +18,29 @@
 namespace
 {
 int possibleChildren = INT_MAX; // how many fork() makes before it fails
+bool isParentToDie = false;
 } // namespace
 
-/// Stands in front of the one of the system.
+/// Stands in front of the one of the system: with isParentToDie, the child begins when its parent has ended.
 extern "C" pid_t fork()
 {
+    const auto ofTheSystem = reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"));
+    if (isParentToDie) {
+        const pid_t parent = getpid();
+        if (ofTheSystem() != 0) {
+            _exit(0);
+        }
+        while (getppid() == parent) {
+            usleep(1000);
+        }
+        return 0;
+    }
     if (possibleChildren == 0) {
         errno = EAGAIN;
         return -1;
     }
     --possibleChildren;
-    return reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"))();
+    return ofTheSystem();
 }
 
 namespace
@@ -66,6 +78,8 @@ class TestWorkers : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { const InterruptionScope scope; } // forgets the signal of an earlier test
+
     void everyIndexOnce_data()
     {
         QTest::addColumn<int>("jobs");
@@ -138,6 +152,69 @@ private slots:
                      return half(index);
                  }),
                  QStringLiteral("a child process ended before its work was done"));
+    }
+
+    /// The pipe takes so many bytes at once, not mixed with those of another child; the last one ends the line.
+    void aLongMessageIsCut()
+    {
+        for (const int length : {PIPE_BUF - 2, PIPE_BUF - 1, PIPE_BUF, PIPE_BUF + 1, 1 << 20}) {
+            const QString text(length, QLatin1Char('x'));
+            QCOMPARE(errorOf([&](size_t) -> std::optional<double> { throw CommandError(text); }),
+                     text.left(PIPE_BUF - 1));
+        }
+    }
+
+    void aMessageEndsWithItsLine()
+    {
+        QCOMPARE(errorOf([](size_t) -> std::optional<double> { throw CommandError(QStringLiteral("one\ntwo")); }),
+                 QStringLiteral("one"));
+        QCOMPARE(errorOf([](size_t) -> std::optional<double> { throw CommandError(QString()); }),
+                 QStringLiteral("a child process ended with status 1"));
+    }
+
+    /// More than a pipe holds until somebody reads it: no child waits, and the message is that of one of them.
+    void manyLongMessages()
+    {
+        constexpr size_t children = 40;
+        struct Shared {
+            std::atomic<size_t> started{0};
+            std::array<std::atomic<pid_t>, children> ids{};
+            std::atomic<bool> go{false};
+        };
+        const SharedMemory memory(sizeof(Shared));
+        auto &shared = *new (memory.data()) Shared;
+        constexpr size_t pieces = 64 * children;
+        SharedValues values(pieces);
+        QString message;
+        try {
+            computeInProcesses(
+                values, pieces, children,
+                [&](size_t) -> std::optional<double> {
+                    const size_t number = shared.started++;
+                    shared.ids.at(number) = getpid();
+                    while (!shared.go) {
+                        usleep(1000);
+                    }
+                    throw CommandError(QString(1 << 16, QLatin1Char(char('0' + number))));
+                },
+                [&](size_t) {
+                    for (const std::atomic<pid_t> &id : shared.ids) {
+                        while (id == 0) {
+                            usleep(1000);
+                        }
+                    }
+                    shared.go = true;
+                    for (const pid_t child : shared.ids) {
+                        siginfo_t end{};
+                        waitid(P_PID, id_t(child), &end, WEXITED | WNOWAIT); // leaves it to the next waitpid()
+                    }
+                });
+        } catch (const CommandError &error) {
+            message = error.text();
+        }
+        QCOMPARE(message.size(), PIPE_BUF - 1);
+        QCOMPARE(message, QString(PIPE_BUF - 1, message.at(0)));
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1); // no child is left
     }
 
     /// The first report of the parent lets both fail and waits until they have ended.
@@ -270,6 +347,108 @@ private slots:
         QCOMPARE(poll(&end, 1, patience), 1);
         QCOMPARE(read(ends[0], &byte, 1), ssize_t(0));
         close(ends[0]);
+    }
+
+    /// A parent that ends between fork() and the wish to die with it: the child has another parent by then.
+    void aChildWhoseParentHasDiedDoesNoWork()
+    {
+        std::array<int, 2> ends{};
+        QCOMPARE(pipe(ends.data()), 0);
+        const pid_t parent = fork();
+        if (parent == 0) {
+            isParentToDie = true;
+            SharedValues values(count);
+            computeInProcesses(
+                values, count, 1,
+                [&](size_t index) {
+                    static_cast<void>(write(ends[1], "x", 1) + 1);
+                    return half(index);
+                },
+                ignoreReport);
+            _exit(0);
+        }
+        close(ends[1]);
+        QCOMPARE(waitpid(parent, nullptr, 0), parent);
+        pollfd end{ends[0], POLLIN, 0};
+        QCOMPARE(poll(&end, 1, patience), 1);
+        char byte = 0;
+        QCOMPARE(read(ends[0], &byte, 1), ssize_t(0)); // the end, and nothing before
+        close(ends[0]);
+    }
+
+    /// An action of the caller for the end of a child is there again, and was not called for these.
+    void theActionForTheEndOfChildrenComesBack()
+    {
+        static std::atomic<int> calls;
+        calls = 0;
+        const sighandler_t before = std::signal(SIGCHLD, [](int) { ++calls; });
+        SharedValues values(count);
+        computeInProcesses(values, count, 3, half, ignoreReport);
+        QCOMPARE(calls.load(), 0);
+        QCOMPARE(std::raise(SIGCHLD), 0);
+        QCOMPARE(calls.load(), 1);
+        std::signal(SIGCHLD, before);
+    }
+
+    void aSignalAfterAllChildrenFailedIsTheReason()
+    {
+        const InterruptionScope scope;
+        bool isInterrupted = false;
+        SharedValues values(count);
+        try {
+            computeInProcesses(
+                values, count, 1,
+                [](size_t) -> std::optional<double> {
+                    kill(getppid(), SIGTERM);
+                    throw CommandError(QStringLiteral("the work failed"));
+                },
+                ignoreReport);
+        } catch (const Interrupted &) {
+            isInterrupted = true;
+        }
+        QVERIFY(isInterrupted);
+    }
+
+    /// The scope is the parent's: a signal that it would only note ends a child.
+    void aSignalEndsAChildAtOnce()
+    {
+        const sighandler_t ofQt = std::signal(SIGTERM, SIG_DFL);
+        QString error;
+        {
+            const InterruptionScope scope;
+            error = errorOf([](size_t index) {
+                std::raise(SIGTERM);
+                return half(index);
+            });
+        }
+        std::signal(SIGTERM, ofQt);
+        QCOMPARE(error, QStringLiteral("a child process was ended by a signal: Terminated"));
+    }
+
+    void whatTheValuesHold()
+    {
+        SharedValues values(3);
+        QVERIFY(values.at(2) == 0.0);
+        values.set(0, std::nullopt);
+        values.set(1, -0.5);
+        QVERIFY(!values.at(0).has_value());
+        QVERIFY(values.at(1) == -0.5);
+        QVERIFY(values.at(2) == 0.0);
+        bool isRefused = false;
+        try {
+            const SharedMemory tooMuch(size_t(1) << 62);
+        } catch (const std::bad_alloc &) {
+            isRefused = true;
+        }
+        QVERIFY(isRefused);
+    }
+
+    void nothingToDo()
+    {
+        possibleChildren = 0;
+        SharedValues values(1);
+        computeInProcesses(values, 0, 8, half, [](size_t done) { QCOMPARE(done, size_t(0)); });
+        possibleChildren = INT_MAX;
     }
 };
 
