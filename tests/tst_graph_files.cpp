@@ -8,7 +8,6 @@
 #include "support/stderrcapture.h"
 #include "support/windowdriver.h"
 #include "support/withoutrights.h"
-#include "textfile.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -21,7 +20,6 @@
 
 #include <memory>
 #include <sstream>
-#include <sys/stat.h>
 
 namespace
 {
@@ -147,7 +145,6 @@ private slots:
     void open_deselectsTheVertices();
     void open_ofUnreadableFile_data();
     void open_ofUnreadableFile();
-    void textOfAFileThatCannotBeOpened();
     void open_ofMalformedFile_data();
     void open_ofMalformedFile();
     void open_keepsWhatWasRead();
@@ -491,19 +488,6 @@ void TestGraphFiles::open_ofUnreadableFile()
     QCOMPARE(recorder.take(), QStringList());
     QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
     QCOMPARE(graph.getID(), id);
-}
-
-void TestGraphFiles::textOfAFileThatCannotBeOpened()
-{
-    const QString file = write(QStringLiteral("g"), "0\n\n");
-    QCOMPARE(::chmod(QFile::encodeName(directory->path()).constData(), 0755), 0);
-    QByteArray text;
-    {
-        const WithoutRights secret(file, 0);
-        QVERIFY(!readTextFile(file, text));
-    }
-    QVERIFY(readTextFile(file, text));
-    QCOMPARE(text, QByteArray("0\n\n"));
 }
 
 void TestGraphFiles::open_ofMalformedFile_data()

@@ -6,6 +6,7 @@
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
@@ -92,6 +93,11 @@ private slots:
     void undoOnAnEmptyHistory();
     void backupDropsWhatWasUndone();
 
+    void rightClickDuringADrag();
+    void rightClickDuringARubberBand();
+    void rightClickDuringAChangeOfTheMode_data();
+    void rightClickDuringAChangeOfTheMode();
+
 private:
     QWindow *window() const { return frame->windowHandle(); }
     QPoint at(QPointF scenePoint) const { return view->viewport()->mapTo(frame.get(), view->mapFromScene(scenePoint)); }
@@ -110,6 +116,21 @@ private:
     {
         press(point);
         release(point);
+    }
+    /// Presses and releases the right button, which asks for the menu in between, and returns whether that came up.
+    bool rightClickOpensTheMenu(QPointF point) const
+    {
+        const QPoint place = view->mapFromScene(point);
+        QTest::mousePress(view->viewport(), Qt::RightButton, Qt::NoModifier, place);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
+        QCoreApplication::sendEvent(view->viewport(), &event);
+        QWidget *menu = QApplication::activePopupWidget();
+        const bool isOpen = menu != nullptr;
+        if (isOpen) {
+            menu->close();
+        }
+        QTest::mouseRelease(view->viewport(), Qt::RightButton, Qt::NoModifier, place);
+        return isOpen;
     }
     QGraphicsRectItem *rubberBand() const;
     unsigned id() const { return view->getID(); }
@@ -900,6 +921,80 @@ void TestGraphInteraction::backupDropsWhatWasUndone()
     QCOMPARE(view->getNbNodes(), 10);
     view->slot_undo();
     QCOMPARE(view->getNbNodes(), 5);
+}
+
+/// The vertex stays with the mouse until the left button is released, and a drag is still no click.
+void TestGraphInteraction::rightClickDuringADrag()
+{
+    press(places[1]);
+    move(QPointF(120, 20));
+    QVERIFY(!rightClickOpensTheMenu(QPointF(120, 20)));
+    QCOMPARE(Node::nodeUnderMouse(), view->node(1));
+    QCOMPARE(view->viewport()->cursor().shape(), Qt::ClosedHandCursor);
+    move(QPointF(140, 40));
+    QCOMPARE(view->node(1)->pos(), QPointF(140, 40));
+    release(QPointF(140, 40));
+    QVERIFY(Node::nodeUnderMouse() == nullptr);
+    QCOMPARE(graphtext::selection(*view), QString());
+    move(QPointF(120, -40));
+    QCOMPARE(view->node(1)->pos(), QPointF(140, 40));
+    QVERIFY(rightClickOpensTheMenu(QPointF(120, -40)));
+}
+
+/// A press without a move, too: what the right button does is not the end of the click.
+void TestGraphInteraction::rightClickDuringARubberBand()
+{
+    graphtext::select(*view, {3});
+    press(QPointF(130, -30));
+    pass(longestClick + 1);
+    QVERIFY(!rightClickOpensTheMenu(QPointF(130, -30)));
+    QVERIFY(rubberBand()->isVisible());
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("3"));
+    move(QPointF(80, 30));
+    QVERIFY(!rightClickOpensTheMenu(QPointF(80, 30)));
+    QVERIFY(rubberBand()->isVisible());
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("3"));
+    move(QPointF(-40, 30));
+    QCOMPARE(rubberBand()->rect(), QRectF(-40, -30, 170, 60));
+    release(QPointF(-40, 30));
+    QVERIFY(!rubberBand()->isVisible());
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("0 1 3"));
+    QVERIFY(rightClickOpensTheMenu(QPointF(-40, 30)));
+}
+
+void TestGraphInteraction::rightClickDuringAChangeOfTheMode_data()
+{
+    QTest::addColumn<QPointF>("pressed");
+    QTest::addColumn<QPointF>("moved");
+    QTest::newRow("a drag") << places[1] << QPointF(150, 0);
+    QTest::newRow("a rubber band") << QPointF(130, -30) << QPointF(-40, 30);
+}
+
+/// The left button is down while edges are switched on, and off again: nothing goes on from what it had begun.
+void TestGraphInteraction::rightClickDuringAChangeOfTheMode()
+{
+    QFETCH(QPointF, pressed);
+    QFETCH(QPointF, moved);
+    graphtext::select(*view, {2});
+    press(pressed);
+    move(moved);
+    const QPointF left = view->node(1)->pos();
+    view->setEdgeEditMode(true);
+    QVERIFY(!rubberBand()->isVisible());
+    QVERIFY(rightClickOpensTheMenu(emptySpace)); // nothing is being dragged any more
+    move(QPointF(50, 50));
+    release(QPointF(50, 50));
+    QVERIFY(!rubberBand()->isVisible());
+    QVERIFY(Node::nodeUnderMouse() == nullptr);
+    view->setEdgeEditMode(false);
+    QVERIFY(rightClickOpensTheMenu(emptySpace));
+    move(QPointF(60, 60));
+    QVERIFY(!rubberBand()->isVisible());
+    QCOMPARE(view->node(1)->pos(), left);
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("2"));
+    click(places[0]); // a click, not the end of the drag
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("0 2"));
+    QCOMPARE(graphtext::edges(*view), QStringLiteral("0-1 1-2 2-3"));
 }
 
 QTEST_MAIN(TestGraphInteraction)

@@ -333,6 +333,7 @@ private slots:
     void addNodeStartsAtDepthZero();
     void removingTheLastVertex();
     void removingAnInnerVertexMovesTheLastOne();
+    void aVertexAddedAfterARemovalHasNoEdges();
     void refusedRemovals();
     void edgesAndTheirCounter();
     void toggledEntryCountsBothWays();
@@ -561,6 +562,33 @@ void TestGraphModel::removingAnInnerVertexMovesTheLastOne()
     QVERIFY(!graph.node(4)->isVisible());
     QVERIFY(graph.edgeItem(1, 2)->isVisible());
     QVERIFY(!graph.edgeItem(4, 2)->isVisible());
+}
+
+/// Whichever vertex of a complete graph was removed, what comes to the slot that was freed is joined to nobody.
+void TestGraphModel::aVertexAddedAfterARemovalHasNoEdges()
+{
+    for (int removed = 0; removed < 6; ++removed) {
+        Graph graph(latin1("again"), false);
+        graph.clear();
+        for (int i = 0; i < 6; ++i) {
+            QVERIFY(graph.addNode());
+        }
+        for (int j = 1; j < 6; ++j) {
+            for (int i = 0; i < j; ++i) {
+                QVERIFY(graph.addEdge(i, j));
+            }
+        }
+        QVERIFY(graph.remNode(removed));
+        QCOMPARE(graph.getNbEdges(), 10);
+        QVERIFY(graph.addNode());
+        QCOMPARE(graph.getNbNodes(), 6);
+        QCOMPARE(graph.getNbEdges(), 10);
+        QCOMPARE(graph.degree(5), 0);
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY(!graph.edge(i, 5) && !graph.edge(5, i));
+            QCOMPARE(graph.degree(i), 4);
+        }
+    }
 }
 
 void TestGraphModel::refusedRemovals()
