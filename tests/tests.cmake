@@ -52,7 +52,9 @@ tavoline_window_test(tst_graph_interaction tavoline_viewer)
 tavoline_window_test(tst_graph_menu tavoline_viewer)
 
 # The window.
-tavoline_test(tst_program)
+tavoline_test(tst_program tavoline_ui tavoline_base tavoline_files)
+target_sources(tst_program PRIVATE ${PROJECT_SOURCE_DIR}/src/main.cpp)
+set_source_files_properties(${PROJECT_SOURCE_DIR}/src/main.cpp PROPERTIES COMPILE_DEFINITIONS main=tavolineMain)
 target_compile_definitions(tst_program PRIVATE TAVOLINE_PROGRAM="$<TARGET_FILE:tavoline>")
 add_dependencies(tst_program tavoline)
 tavoline_window_test(tst_browsing window_fixture)
