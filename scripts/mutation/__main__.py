@@ -25,7 +25,7 @@ def main():
     options = parsed_options()
     trials.require_containment()
     planting.copy_tree(ROOT, COPY)
-    found = all_mutants(options.files, planting.configure(COPY))
+    found = all_mutants(options.files, planting.configure(COPY), options.jobs)
     equivalent = kept_equivalents(os.path.join(ROOT, EQUIVALENT))
     for entry in sorted(equivalent - set(found.values())):
         if entry.file in options.files:
@@ -35,12 +35,12 @@ def main():
     del chosen[options.sample or len(chosen):]
     print(f'{len(chosen)} of {len(found)} mutants in {len(options.files)} files, seed {options.seed}', flush=True)
 
-    planted = planting.build(COPY, chosen)
-    tests = trials.measure(trials.tests_of(BUILD), len(chosen))
+    planted = planting.build(COPY, chosen, options.jobs)
+    tests = trials.measure(trials.tests_of(BUILD), len(chosen), options.jobs)
     numbers = [number for number in planted if found[planted[number]] not in equivalent]
     survivors = 0
     with open(RESULTS, 'w', encoding='utf-8') as results:
-        for number, catch in trials.verdicts(tests, numbers):
+        for number, catch in trials.verdicts(tests, numbers, options.jobs):
             print(f'{found[planted[number]]}\n{catch or "survives"}\n', file=results, flush=True)
             if catch is None:
                 survivors += 1
@@ -58,6 +58,7 @@ def parsed_options():
     parser = argparse.ArgumentParser(prog='scripts/mutants', description='Plants bugs and lists those no test catches.')
     parser.add_argument('--sample', type=int, default=200, metavar='N', help='so many mutants at random; 0 for all')
     parser.add_argument('--seed', type=int, default=random.randrange(10000), help='that of the sample')
+    parser.add_argument('--jobs', type=int, default=os.cpu_count(), metavar='N', help='so many at a time')
     parser.add_argument('--commit', metavar='REV', help='the files that this commit changed')
     parser.add_argument('files', nargs='*', metavar='FILE')
     options = parser.parse_args()
@@ -79,13 +80,13 @@ def listed_files(*command):
                   and os.path.isfile(os.path.join(ROOT, file)))
 
 
-def all_mutants(files, arguments):
+def all_mutants(files, arguments, jobs):
     """The mutants of the files, with their descriptions."""
     units = {}
     for file in files:
         units.setdefault(unit_of(file, arguments), []).append(file)
     found = {}
-    with ProcessPoolExecutor() as pool:
+    with ProcessPoolExecutor(jobs) as pool:
         for part in pool.map(mutants.mutants_of, [os.path.join(COPY, unit) for unit in units],
                              [arguments[unit] for unit in units], units.values(), [COPY] * len(units)):
             found.update(part)

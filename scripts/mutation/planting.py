@@ -76,7 +76,7 @@ def rewritten(source, begin, end, edits):
     return result + source[begin:end]
 
 
-def build(copy, chosen):
+def build(copy, chosen, jobs):
     """Plants and builds the chosen mutants, from number 1 on; returns those that compile, by their numbers."""
     numbered = dict(enumerate(chosen, start=1))
     sources = {}
@@ -88,8 +88,8 @@ def build(copy, chosen):
                                         if mutant.file == file]) for file, source in sources.items()}
         for file, text in texts.items():
             write_if_changed(os.path.join(copy, file), text)
-        result = subprocess.run(['cmake', '--build', '--preset', 'mutants', '--', '-k', '0'], cwd=copy,
-                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+        result = subprocess.run(['cmake', '--build', '--preset', 'mutants', '--parallel', str(jobs), '--', '-k', '0'],
+                                cwd=copy, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         if result.returncode == 0:
             return numbered
         output = result.stdout.decode(errors='replace')

@@ -94,7 +94,7 @@ def tests_of(build):
     return tests
 
 
-def measure(tests, most):
+def measure(tests, most, jobs):
     """Runs each test without a mutant, and notes which it reaches; returns those that pass, the fastest first."""
     def run(test):
         with tempfile.NamedTemporaryFile() as reached:
@@ -105,7 +105,7 @@ def measure(tests, most):
             test.reached = {number for number, byte in enumerate(reached.read()) if byte}
         return failure
 
-    with ThreadPoolExecutor(os.cpu_count()) as pool:
+    with ThreadPoolExecutor(jobs) as pool:
         failures = list(pool.map(run, tests))
     for test, failure in zip(tests, failures):
         if failure:
@@ -114,7 +114,7 @@ def measure(tests, most):
     return sorted(passing, key=lambda test: test.seconds)
 
 
-def verdicts(tests, numbers):
+def verdicts(tests, numbers, jobs):
     """For each number in turn, as soon as it is known: the test that catches the mutant and how, or None."""
     def verdict(number):
         for test in tests:
@@ -124,5 +124,5 @@ def verdicts(tests, numbers):
                     return f'{test.name} {failure}'
         return None
 
-    with ThreadPoolExecutor(os.cpu_count()) as pool:
+    with ThreadPoolExecutor(jobs) as pool:
         yield from zip(numbers, pool.map(verdict, numbers))
