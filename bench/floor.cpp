@@ -188,7 +188,7 @@ size_t average(const Links &links, const std::vector<double> &inv1, std::vector<
 /// The walk stops at graphs without I2.
 size_t walk(const Links &below, const std::vector<double> &inv1, const std::vector<double> &inv2)
 {
-    constexpr double nothing = std::numeric_limits<double>::infinity();
+    const double nothing = std::numeric_limits<double>::infinity();
     std::vector<double> least(inv1.size());
     size_t found = 0;
     for (size_t i = 0; i < inv1.size(); ++i) {

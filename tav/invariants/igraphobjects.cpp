@@ -15,7 +15,8 @@ IgraphGraph::IgraphGraph(const SmallGraph &given)
 {
     [[maybe_unused]] static igraph_error_handler_t *const previousHandler =
         igraph_set_error_handler(igraph_error_handler_ignore);
-    std::array<igraph_integer_t, SmallGraph::maxOrder *(SmallGraph::maxOrder - 1)> ends;
+    constexpr int mostEnds = SmallGraph::maxOrder * (SmallGraph::maxOrder - 1);
+    std::array<igraph_integer_t, mostEnds> ends;
     igraph_integer_t count = 0;
     for (int v = 1; v < given.order; ++v) {
         for (int u = 0; u < v; ++u) {
