@@ -139,9 +139,13 @@ private:
         if (allMatch(met, x, match)) {
             return Verdict::Listed;
         }
-        if (match != Match::Equal || !canHaveBarrier(x)) {
-            return Verdict::NotListed;
-        }
+        return match == Match::Equal && canHaveBarrier(x) ? judgeBehindBarriers(graph, met) : Verdict::NotListed;
+    }
+
+    /// The verdict if not all that the record meets match. It stands apart, since most walks never need it.
+    Verdict judgeBehindBarriers(const TAVGraph &graph, const Range &met) const
+    {
+        const double x = graph.getInv1();
         if (isFailureIn(met, x)) {
             return Verdict::Undecided;
         }
