@@ -4,6 +4,18 @@ target_compile_definitions(tst_layout PRIVATE
     TAVOLINE_SOURCES="${PROJECT_SOURCE_DIR}"
     TAVOLINE_BUILD="${PROJECT_BINARY_DIR}")
 
+# The programs.
+tavoline_test(tst_hardening)
+target_compile_definitions(tst_hardening PRIVATE
+    READELF_PROGRAM="${CMAKE_READELF}"
+    TAVOLINE_PROGRAM="$<TARGET_FILE:tavoline>"
+    $<$<BOOL:${TAVOLINE_TAV}>:TAVOLINE_TAV="$<TARGET_FILE:tav>">
+    $<$<NOT:$<CONFIG:Debug>>:TAVOLINE_CHECKED>)
+add_dependencies(tst_hardening tavoline)
+if(TAVOLINE_TAV)
+    add_dependencies(tst_hardening tav)
+endif()
+
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_record)
 tavoline_test(tst_inputfile tavoline_files)
