@@ -6,6 +6,8 @@ import re
 import shlex
 import subprocess
 
+MOST_LINES = 20  # of a mutant that the compiler refuses in its last line
+
 
 def copy_tree(root, copy):
     """Makes the copy the same as the tree; a file that is the same already keeps its time, so that it is not built."""
@@ -106,8 +108,9 @@ def refused_mutants(output, copy, texts):
     for name, line, column in re.findall(r'^(\S+?):(\d+):(\d+):\s+(?:error:|required from here)', output, re.MULTILINE):
         text = texts.get(os.path.relpath(os.path.realpath(os.path.join(copy, 'build/mutants', name)), copy))
         if text is not None:
-            line_text = text.split(b'\n')[int(line) - 1].decode()
-            # The compiler points behind the number, or at the parenthesis before it.
-            before = re.findall(r'Mutant\((\d+)\)', line_text[:int(column) + len('99999)')])
+            lines = text.decode().split('\n')[:int(line)]
+            # The compiler points behind the number, or at the parenthesis before it; a mutant may have several lines.
+            lines[-1] = lines[-1][:int(column) + len('99999)')]
+            before = re.findall(r'Mutant\((\d+)\)', '\n'.join(lines[-MOST_LINES:]))
             refused |= {int(number) for number in before[-1:]}
     return refused

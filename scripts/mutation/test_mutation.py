@@ -207,6 +207,11 @@ class TestMutants(unittest.TestCase):
         output = f'{self.folder}/source.cpp:1:28: error: different types\n/usr/include/x.h:1:2: error: this\n'
         self.assertEqual(planting.refused_mutants(output, self.folder, {'source.cpp': text}), {7})
 
+    def test_what_does_not_compile_may_have_several_lines(self):
+        text = b'int i = (tavolineMutant(7) ? (2) : (1));\nint j = (tavolineMutant(8) ? (1\n  >>\n  "") : (1));\n'
+        output = f'{self.folder}/source.cpp:3:3: error: no such operator\n'
+        self.assertEqual(planting.refused_mutants(output, self.folder, {'source.cpp': text}), {8})
+
 
 class TestTrials(unittest.TestCase):
     """Without the name space, which not every machine allows."""
