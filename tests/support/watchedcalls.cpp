@@ -112,7 +112,7 @@ namespace
 mode_t modeOf(int flags, va_list arguments)
 {
     const bool makesFile = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-    return makesFile ? va_arg(arguments, mode_t) : 0; // NOLINT(clang-analyzer-valist.Uninitialized): open() starts it
+    return makesFile ? va_arg(arguments, mode_t) : 0;
 }
 
 bool isUnnamed(int flags)
