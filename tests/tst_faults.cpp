@@ -15,10 +15,10 @@ namespace
 /// of the program that do not depend on the file.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr qint64 memoryOverhead = 4;
-constexpr qint64 memoryKept = 400 * 1000 * 1000;
+constexpr int memoryKept = 400 * 1000 * 1000;
 #else
 constexpr qint64 memoryOverhead = 1;
-constexpr qint64 memoryKept = 5000000;
+constexpr int memoryKept = 5000000;
 #endif
 
 const QString database = QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav");

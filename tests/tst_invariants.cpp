@@ -14,7 +14,7 @@
 namespace
 {
 using Value = std::optional<double>;
-const Value NA;
+const Value missing;
 const double pi = std::acos(-1.0);
 
 SmallGraph decoded(const QByteArray &name)
@@ -207,7 +207,7 @@ Known ofPath(int n)
                   {"average-degree", 2 - 2.0 / n},
                   {"triangles", 0},
                   {"components", 1},
-                  {"girth", NA},
+                  {"girth", missing},
                   {"diameter", n - 1},
                   {"radius", n / 2},
                   {"clique-number", 2},
@@ -243,7 +243,7 @@ Known ofCompleteBipartite(int a, int b)
                   {"average-degree", 2.0 * a * b / n},
                   {"triangles", 0},
                   {"components", 1},
-                  {"girth", std::min(a, b) == 1 ? NA : 4},
+                  {"girth", std::min(a, b) == 1 ? missing : 4},
                   {"diameter", 2},
                   {"radius", std::min(a, b) == 1 ? 1 : 2},
                   {"clique-number", 2},
@@ -651,7 +651,7 @@ void TestInvariants::texts()
 
 void TestInvariants::names()
 {
-    QCOMPARE(invariantText(NA), QByteArray("NA"));
+    QCOMPARE(invariantText(missing), QByteArray("NA"));
     QVERIFY(findInvariant(QStringLiteral("Girth")) == nullptr);
     QVERIFY(findInvariant(QString()) == nullptr);
     for (const Invariant &invariant : invariants()) {

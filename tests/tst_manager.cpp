@@ -117,7 +117,7 @@ Q_DECLARE_METATYPE(FileOperation)
 
 QString TestManager::write(const QByteArray &content)
 {
-    const QString path = directory.filePath(QStringLiteral("%1.txt").arg(files++));
+    QString path = directory.filePath(QStringLiteral("%1.txt").arg(files++));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
         qFatal("cannot write %s", qPrintable(path));

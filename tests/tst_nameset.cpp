@@ -83,13 +83,14 @@ private slots:
     {
         std::mt19937 random(8);
         for (const int count : {1, 2, 3, 100, 16383, 16384, 16385, 50000}) {
+            const int bound = 2 * count;
             QStringList list;
             for (int i = 0; i < count; ++i) {
-                list.append(QString::number(random() % (2 * count)));
+                list.append(QString::number(random() % bound));
             }
             const NameSet names(list);
             const QSet<QString> expected(list.begin(), list.end());
-            for (int i = 0; i < 2 * count; ++i) {
+            for (int i = 0; i < bound; ++i) {
                 QCOMPARE(names.contains(QString::number(i)), expected.contains(QString::number(i)));
             }
         }

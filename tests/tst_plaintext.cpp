@@ -56,7 +56,7 @@ private slots:
     /// As where a name is cut in the middle of a character.
     void halvesOfCharacters()
     {
-        const QString replacement(QChar(QChar::ReplacementCharacter));
+        const QString replacement = QChar(QChar::ReplacementCharacter);
         QCOMPARE(plainText(QString(QChar(0xd83d))), replacement);
         QCOMPARE(plainText(QString(QChar(0xde00))), replacement);
         QCOMPARE(plainText(QString(QChar(0xd83d)) + QLatin1Char('a')), replacement + QLatin1Char('a'));

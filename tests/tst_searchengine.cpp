@@ -241,7 +241,7 @@ private:
 
 QString TestSearchEngine::write(const QByteArray &content)
 {
-    const QString path = directory.filePath(QStringLiteral("%1.tav").arg(files++));
+    QString path = directory.filePath(QStringLiteral("%1.tav").arg(files++));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
         qFatal("cannot write %s", qPrintable(path));
@@ -401,8 +401,8 @@ void TestSearchEngine::fileThatChangesBetweenThePasses_data()
     shortened("cut off within a line", "truncate -s 3", progress, "2 of 3 lines were read, 3 of 8");
     shortened("cut off behind a line", "truncate -s 6", progress, "2 of 3 lines were read, 6 of 8");
     shortened("without the last byte", "truncate -s 7", progress, "3 of 3 lines were read, 7 of 8");
-    shortened("fewer lines, more bytes", "printf 'A\\nBBBBBBBBB\\n' >", progress, "2 of 3 lines were read, 12 of 8");
-    QTest::newRow("grown") << QByteArray("printf 'D\\t2\\nE\\t4\\n' >>")
+    shortened("fewer lines, more bytes", R"(printf 'A\nBBBBBBBBB\n' >)", progress, "2 of 3 lines were read, 12 of 8");
+    QTest::newRow("grown") << QByteArray(R"(printf 'D\t2\nE\t4\n' >>)")
                            << QStringList{text("progress 0 3"), text("console Data loaded : 5 nodes and 3 links."),
                                           text("load_succedded")}
                            << QStringList{text("A sub[] over[1]"), text("B sub[0] over[]"), text("C sub[] over[3]"),

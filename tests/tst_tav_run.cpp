@@ -122,9 +122,9 @@ QString nameIn(const QString &line)
 
 /// What a process may take beside a script of 16 MB; with the sanitizers, for which each byte takes several.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr qint64 allowedMemory = 900 * 1000 * 1000;
+constexpr int allowedMemory = 900 * 1000 * 1000;
 #else
-constexpr qint64 allowedMemory = 100 * 1000 * 1000;
+constexpr int allowedMemory = 100 * 1000 * 1000;
 #endif
 
 /// The highest memory, in bytes, of the companion program, whose standard error goes to the file @p errors.

@@ -125,7 +125,7 @@ private:
 
     void editTheGraph()
     {
-        Graph *view = window.findChild<Graph *>();
+        auto *view = window.findChild<Graph *>();
         view->setFocus();
         for (const int vertex : {0, 1}) {
             QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
@@ -151,7 +151,7 @@ private:
 
     void saveAndPrintTheGraph()
     {
-        Graph *view = window.findChild<Graph *>();
+        auto *view = window.findChild<Graph *>();
         emit view->customContextMenuRequested(view->viewport()->rect().center());
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         expect(menu != nullptr, "the context menu opens");
