@@ -11,8 +11,10 @@ from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 
 # A mutant may signal any process, make processes without end, and fill memory and disk. A shell is the first process
-# of a name space for processes, as it asks for every child that ends; with it all others end.
-CONTAINMENT = ['unshare', *([] if os.geteuid() == 0 else ['--map-current-user']), '--pid', '--fork', '--kill-child',
+# of a name space for processes, as it asks for every child that ends; with it all others end. Signals that this script
+# ignores, as nohup lets it, are not ignored in a test.
+CONTAINMENT = ['env', '--default-signal',
+               'unshare', *([] if os.geteuid() == 0 else ['--map-current-user']), '--pid', '--fork', '--kill-child',
                '--mount-proc', 'bash', '-c', 'ulimit -c 0 -f 8000000 -v 8000000; "$@"; exit $?', 'bash']
 MOST_PROCESSES = 500
 
