@@ -11,6 +11,7 @@
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -324,6 +325,7 @@ private slots:
     void startsAsARandomGraphOnTenVertices();
     void constructionFollowsTheRandomNumbers();
     void interactiveGraphHasAPreparedScene();
+    void originStaysInTheMiddleWithoutScrollBars();
     void sceneRectangleStays();
     void plainGraphHasNoScene();
     void itemAccessorsStopAtTheSlots();
@@ -443,6 +445,22 @@ void TestGraphModel::interactiveGraphHasAPreparedScene()
     QCOMPARE(rectangles[0]->pen().color(), QColor(Qt::red));
     QCOMPARE(rectangles[0]->zValue(), 1000.0);
     QCOMPARE(rectangles[0]->opacity(), 0.5);
+}
+
+/// However small the view is or becomes: the drawing is around the origin.
+void TestGraphModel::originStaysInTheMiddleWithoutScrollBars()
+{
+    Graph graph(latin1("middle"), true);
+    const auto middle = [&] { return graph.mapToScene(graph.viewport()->rect()).boundingRect().center(); };
+    graph.resize(300, 300);
+    graph.show();
+    for (const QSize &size : {QSize(300, 300), QSize(60, 300), QSize(300, 60), QSize(700, 500), QSize(300, 300)}) {
+        graph.resize(size);
+        QCoreApplication::processEvents();
+        QVERIFY(qAbs(middle().x()) <= 1.0 && qAbs(middle().y()) <= 1.0);
+        QVERIFY(!graph.horizontalScrollBar()->isVisible());
+        QVERIFY(!graph.verticalScrollBar()->isVisible());
+    }
 }
 
 void TestGraphModel::sceneRectangleStays()
