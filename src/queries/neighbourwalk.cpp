@@ -142,8 +142,8 @@ private:
         return match == Match::Equal && canHaveBarrier(x) ? judgeBehindBarriers(graph, met) : Verdict::NotListed;
     }
 
-    /// The verdict if not all that the record meets match. It stands apart, since most walks never need it.
-    Verdict judgeBehindBarriers(const TAVGraph &graph, const Range &met) const
+    /// The verdict if not all that the record meets match. Most walks never need it, and are slower when it is inlined.
+    [[gnu::noinline]] Verdict judgeBehindBarriers(const TAVGraph &graph, const Range &met) const
     {
         const double x = graph.getInv1();
         if (isFailureIn(met, x)) {
