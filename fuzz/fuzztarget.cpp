@@ -1,3 +1,5 @@
+// What the targets share: nothing is printed, and the input stands in a file that is only in memory.
+
 #include "fuzztarget.h"
 
 #include <cstdio>

@@ -1,3 +1,6 @@
+// Shared by all targets. A target is a source file with LLVMFuzzerInitialize(), which is called once, and
+// LLVMFuzzerTestOneInput(), which is called for every input. They are called by libFuzzer, or in a build without it,
+// by replay.cpp.
 #ifndef TAVOLINE_FUZZ_FUZZTARGET_H
 #define TAVOLINE_FUZZ_FUZZTARGET_H
 
@@ -7,10 +10,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-
-// Shared by all targets. A target is a source file with LLVMFuzzerInitialize(), which is called once, and
-// LLVMFuzzerTestOneInput(), which is called for every input. They are called by libFuzzer, or in a build without it,
-// by replay.cpp.
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);

@@ -1,3 +1,5 @@
+// Looks at all that is visible of a graph in the viewer, and requires that it is consistent.
+
 #include "viewerchecks.h"
 
 #include "fuzztarget.h"

@@ -1,3 +1,4 @@
+// What holds for a viewer's graph after any operation.
 #ifndef TAVOLINE_FUZZ_VIEWERCHECKS_H
 #define TAVOLINE_FUZZ_VIEWERCHECKS_H
 

@@ -1,11 +1,14 @@
+// Lists from files, and browsing a list graph by graph in the viewer.
+
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
 #include "graphlist.h"
 #include "node.h"
+#include "support/literals.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QApplication>
@@ -22,7 +25,6 @@
 #include <cmath>
 #include <optional>
 
-/// Lists from files, and browsing a list graph by graph in the viewer.
 class TestBrowsing : public QObject
 {
     Q_OBJECT
@@ -212,9 +214,8 @@ void TestBrowsing::firstStepsOnAFreshList()
 void TestBrowsing::theWholeListBothWays()
 {
     Browser browser;
-    QFile file(example("regular-8.g6"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QStringList names = QString::fromLatin1(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList names =
+        QString::fromLatin1(contents(example("regular-8.g6"))).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(names.size(), 17);
     browser.addNames("regular", names);
     for (int step = 1; step <= 20; ++step) {

@@ -1,9 +1,12 @@
+// Every button of the lists, invariants and comparison panels, pressed in the window on a real database.
+
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
+#include "support/literals.h"
 #include "support/loadgate.h"
 #include "support/mainwindowfixture.h"
 #include "support/stderrcapture.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QComboBox>
@@ -17,7 +20,6 @@
 #include <optional>
 #include <vector>
 
-/// Every button of the lists, invariants and comparison panels, pressed in the window on the real database.
 class TestCommands : public QObject
 {
     Q_OBJECT

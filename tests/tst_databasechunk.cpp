@@ -1,3 +1,5 @@
+// Reading a database in chunks.
+
 #include "databasechunk.h"
 #include "support/plainreading.h"
 #include "support/threads.h"
@@ -107,7 +109,6 @@ QByteArray randomFile(std::mt19937 &random)
 }
 } // namespace
 
-/// Reading a database in chunks.
 class TestDatabaseChunk : public QObject
 {
     Q_OBJECT

@@ -1,4 +1,7 @@
+// The parsing of one line of a database file.
+
 #include "databaseline.h"
+#include "support/literals.h"
 #include "support/plainreading.h"
 
 #include <QtTest>
@@ -9,12 +12,6 @@
 
 namespace
 {
-/// The bytes of a literal, NUL bytes included.
-template<size_t size> QByteArray bytes(const char (&literal)[size])
-{
-    return QByteArray(literal, int(size) - 1);
-}
-
 /// What a line says, as text: the name and the indices separated by bars, or "no graph".
 QString describe(bool isGraph, const DatabaseLine &line)
 {
@@ -107,7 +104,6 @@ private:
 };
 } // namespace
 
-/// One line of a database file.
 class TestDatabaseLine : public QObject
 {
     Q_OBJECT

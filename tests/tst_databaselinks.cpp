@@ -1,4 +1,5 @@
 // Linking the records of a database both ways, on all processors.
+
 #include "databaselinks.h"
 
 #include <QtTest>

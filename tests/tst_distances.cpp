@@ -1,3 +1,5 @@
+// The distances in a graph, and its diametral pairs.
+
 #include "distances.h"
 
 #include <QtTest>
@@ -5,7 +7,6 @@
 #include <algorithm>
 #include <random>
 
-/// The distances in a graph, and its diametral pairs.
 class TestDistances : public QObject
 {
     Q_OBJECT

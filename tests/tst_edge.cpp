@@ -1,3 +1,5 @@
+// The edge item: the line between two vertices.
+
 #include "edge.h"
 #include "node.h"
 #include "support/itemimage.h"
@@ -11,7 +13,6 @@
 #include <QVector>
 #include <QtTest>
 
-/// The line between two vertices.
 class TestEdge : public QObject
 {
     Q_OBJECT

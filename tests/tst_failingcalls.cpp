@@ -1,12 +1,12 @@
-/// Every call of the operating system that the window makes in a save fails once: the old file is whole then, or the
-/// new one complete, and the window says which.
+// Every call of the operating system that the window makes in a save fails once: the old file is whole then, or the
+// new one complete, and the window says which.
 
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
 #include "support/callfailures.h"
 #include "support/mainwindowfixture.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/watchedcalls.h"
 #include "support/windowdriver.h"
 
@@ -140,7 +140,7 @@ void TestFailingCalls::saves()
     CallCounts counts;
     const auto save = [&](const QByteArray &kind, int occurrence, int error) {
         counts.clear();
-        makeFile(window.file(), oldText);
+        write(window.file(), oldText);
         std::unique_ptr<CallWatch> watch;
         window.save(button, [&] {
             watch = std::make_unique<CallWatch>(window.folder().toStdString(), [&](const SystemCall &call) {

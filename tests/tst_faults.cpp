@@ -1,5 +1,6 @@
-/// What can go wrong outside the program, seen from outside: the companion program runs the same list manager.
+// What can go wrong outside the program, seen from outside: the companion program runs the same list manager.
 
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QtTest>
@@ -27,20 +28,6 @@ const QString database = QStringLiteral(TAVOLINE_EXAMPLES "/connected-8.tav");
 ToolResult runScript(const QByteArray &script, const QString &folder)
 {
     return runTav({QStringLiteral("run")}, script, folder);
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
-void write(const QString &path, const QByteArray &text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-        qFatal("cannot write a file of the test");
-    }
 }
 
 /// The names of the graphs of the database, as the program writes them.
@@ -79,12 +66,10 @@ class TestFaults : public QObject
 
 private:
     QTemporaryDir counts;
-    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<TestFolder> folder;
 
-    QString path(const QString &name) const { return folder->filePath(name); }
     /// The highest memory of the program after a script whose output is @p output; -1 when the output is another.
     qint64 memoryOf(const QByteArray &script, const QByteArray &output) const;
-    QStringList files() const { return QDir(folder->path()).entryList(QDir::Files | QDir::Hidden); }
 
 private slots:
     /// A program that is killed or may not write spoils the file in which a build that measures coverage adds up what
@@ -97,9 +82,8 @@ private slots:
 
     void init()
     {
-        folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(folder->isValid());
-        write(path(QStringLiteral("three.g6")), "@\nA_\nBw\n");
+        folder = std::make_unique<TestFolder>();
+        folder->write("three.g6", "@\nA_\nBw\n");
     }
 
     void aPathOfAnyLetters()
@@ -110,7 +94,7 @@ private slots:
                                    "list-from-file again \"Größe \\\" 'x' \\\\ – 図 .g6\"\nshow again\n"),
                       folder->path());
         QCOMPARE(result.status, 0);
-        QCOMPARE(contents(path(name)), QByteArray("@\nA_\nBw"));
+        QCOMPARE(contents(folder->path(name)), QByteArray("@\nA_\nBw"));
         QVERIFY(result.output.endsWith("@\nA_\nBw\n"));
     }
 
@@ -127,10 +111,10 @@ private slots:
     {
         QFETCH(QByteArray, save);
         QFETCH(QByteArray, message);
-        write(path(QStringLiteral("kept.txt")), "kept");
+        folder->write("kept.txt", "kept");
         // What anybody may write over is not: a write that fails would have emptied it.
-        write(path(QStringLiteral("open.txt")), "open");
-        QCOMPARE(::chmod(QFile::encodeName(path(QStringLiteral("open.txt"))).constData(), 0666), 0);
+        folder->write("open.txt", "open");
+        QCOMPARE(::chmod(QFile::encodeName(folder->path("open.txt")).constData(), 0666), 0);
         // The administrator can write everywhere; nobody else can here.
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0555), 0);
         QStringList command = {QStringLiteral(TAVOLINE_TAV), QStringLiteral("run")};
@@ -147,9 +131,9 @@ private slots:
             QCOMPARE(result.status, 1);
         }
         QCOMPARE(::chmod(QFile::encodeName(folder->path()).constData(), 0755), 0);
-        QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
-        QCOMPARE(contents(path(QStringLiteral("open.txt"))), QByteArray("open"));
-        QCOMPARE(files(),
+        QCOMPARE(contents(folder->path("kept.txt")), QByteArray("kept"));
+        QCOMPARE(contents(folder->path("open.txt")), QByteArray("open"));
+        QCOMPARE(folder->files(),
                  (QStringList{QStringLiteral("kept.txt"), QStringLiteral("open.txt"), QStringLiteral("three.g6")}));
     }
 
@@ -164,10 +148,10 @@ private slots:
     void aFullDisk()
     {
         QFETCH(QByteArray, command);
-        write(path(QStringLiteral("kept.txt")), "kept");
-        write(path(QStringLiteral("all.g6")), namesOfDatabase());
+        folder->write("kept.txt", "kept");
+        folder->write("all.g6", namesOfDatabase());
         // No file of the process grows beyond 16 blocks of 512 bytes: the write fails on the way.
-        write(path(QStringLiteral("script")), afterLoading(command));
+        folder->write("script", afterLoading(command));
         const ToolResult result =
             runProgram(QStringLiteral("sh"),
                        {QStringLiteral("-c"),
@@ -175,8 +159,8 @@ private slots:
                        {}, folder->path());
         QVERIFY2(result.output.endsWith("Unable to write file :kept.txt\n"), result.output.constData());
         QCOMPARE(result.status, 1);
-        QCOMPARE(contents(path(QStringLiteral("kept.txt"))), QByteArray("kept"));
-        QCOMPARE(files().size(), 4);
+        QCOMPARE(contents(folder->path("kept.txt")), QByteArray("kept"));
+        QCOMPARE(folder->files().size(), 4);
     }
 
     void killedWhileItWrites_data()
@@ -191,8 +175,8 @@ private slots:
     {
         // Whatever moment it is killed at, the file is the old one or the new one, whole.
         QFETCH(QByteArray, save);
-        const QString target = path(QStringLiteral("new.txt"));
-        write(path(QStringLiteral("all.g6")), namesOfDatabase());
+        const QString target = folder->path("new.txt");
+        folder->write("all.g6", namesOfDatabase());
         const QByteArray start = afterLoading("list-from-file all all.g6\n");
         QCOMPARE(runScript(start + save, folder->path()).status, 0);
         const QByteArray whole = contents(target);
@@ -214,10 +198,10 @@ private slots:
             // Between getting a name and taking the place of the old file the new one stands beside it, whole.
             const QStringList copies = QDir(folder->path()).entryList({QStringLiteral("new.txt.*")}, QDir::Files);
             for (const QString &copy : copies) {
-                QCOMPARE(contents(path(copy)), whole);
-                QVERIFY(QFile::remove(path(copy)));
+                QCOMPARE(contents(folder->path(copy)), whole);
+                QVERIFY(QFile::remove(folder->path(copy)));
             }
-            QCOMPARE(files(),
+            QCOMPARE(folder->files(),
                      (QStringList{QStringLiteral("all.g6"), QStringLiteral("new.txt"), QStringLiteral("three.g6")}));
         }
     }
@@ -244,7 +228,7 @@ private slots:
     {
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, lastLine);
-        QCOMPARE(::mkfifo(QFile::encodeName(path(QStringLiteral("pipe"))).constData(), 0600), 0);
+        QCOMPARE(::mkfifo(QFile::encodeName(folder->path("pipe")).constData(), 0600), 0);
         const ToolResult result = runScript(command, folder->path());
         QVERIFY2(result.output.endsWith(lastLine), result.output.constData());
         QCOMPARE(result.status, 1);
@@ -302,8 +286,8 @@ private slots:
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, output);
         QFETCH(int, factor);
-        write(path(QStringLiteral("one")), "A\n");
-        write(path(QStringLiteral("odd")), bytes);
+        folder->write("one", "A\n");
+        folder->write("odd", bytes);
         const qint64 program = memoryOf("-list-from-file x missing\n", "Unable to open file :missing\n");
         const qint64 memory = memoryOf(command, output);
         QVERIFY(program > 0);
@@ -337,16 +321,16 @@ private slots:
     {
         QFETCH(QByteArray, name);
         QFETCH(QByteArray, saved);
-        write(path(QStringLiteral("names.tav")), name + "\nB\t0\n");
-        write(path(QStringLiteral("names.g6")), name + "\nB\n");
+        folder->write("names.tav", name + "\nB\t0\n");
+        folder->write("names.g6", name + "\nB\n");
         const ToolResult result = runScript("load names.tav\nsave-graphs graphs.g6\n"
                                             "list-from-file list names.g6\nsave-list list list.g6\n",
                                             folder->path());
         QCOMPARE(result.status, 0);
         QVERIFY(result.output.contains("Data loaded : 2 nodes and 1 links.\n"));
         QVERIFY(result.output.contains("List added : list [ 2 element(s)]\n"));
-        QCOMPARE(contents(path(QStringLiteral("graphs.g6"))), saved + "\nB\n");
-        QCOMPARE(contents(path(QStringLiteral("list.g6"))), saved + "\nB");
+        QCOMPARE(contents(folder->path("graphs.g6")), saved + "\nB\n");
+        QCOMPARE(contents(folder->path("list.g6")), saved + "\nB");
     }
 };
 

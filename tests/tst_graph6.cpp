@@ -1,13 +1,17 @@
+// graph6 strings read into the viewer and written from it; nauty reads and writes the same.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
-#include "support/latin1.h"
+#include "support/literals.h"
+#include "support/plaingraph6.h"
+#include "support/runprogram.h"
 #include "support/stderrcapture.h"
 
 #include <QtTest>
 
 #include <random>
-#include <vector>
+#include <sstream>
 
 namespace
 {
@@ -26,27 +30,17 @@ Pairs edgesOf(const Graph &graph)
     return pairs;
 }
 
-/// A second encoder: the bits as a list, cut into groups of six.
-QString encode(int n, const Pairs &pairs)
+/// The edges of the next graph in the output of nauty's showg: the number of vertices, the number of edges and their
+/// ends.
+Pairs readEdges(std::istream &in, int &vertices)
 {
-    std::vector<int> bits;
-    for (int column = 1; column < n; ++column) {
-        for (int row = 0; row < column; ++row) {
-            bits.push_back(pairs.contains({row, column}) ? 1 : 0);
-        }
+    int count = 0;
+    in >> vertices >> count;
+    Pairs edges(count);
+    for (QPair<int, int> &edge : edges) {
+        in >> edge.first >> edge.second;
     }
-    while (bits.size() % 6 != 0) {
-        bits.push_back(0);
-    }
-    QString text = QChar(n + 63);
-    for (size_t at = 0; at < bits.size(); at += 6) {
-        int value = 0;
-        for (size_t k = 0; k < 6; ++k) {
-            value = 2 * value + bits[at + k];
-        }
-        text += QChar(value + 63);
-    }
-    return text;
+    return edges;
 }
 
 Pairs randomPairs(int n, std::mt19937 &random)
@@ -64,7 +58,6 @@ Pairs randomPairs(int n, std::mt19937 &random)
 }
 } // namespace
 
-/// graph6 strings read into the viewer and written from it.
 class TestGraph6 : public QObject
 {
     Q_OBJECT
@@ -83,6 +76,13 @@ private slots:
     void missingAndStrangeCharacters_data();
     void missingAndStrangeCharacters();
     void agreesWithASecondCodec();
+    void agreesWithNautyOnSmallGraphs_data();
+    void agreesWithNautyOnSmallGraphs();
+    void agreesWithNautyOnRandomGraphs_data();
+    void agreesWithNautyOnRandomGraphs();
+
+private:
+    static void compareWithNauty(const QByteArray &lines);
 };
 
 void TestGraph6::reads_data()
@@ -256,12 +256,75 @@ void TestGraph6::agreesWithASecondCodec()
     for (int n = 2; n <= 31; ++n) {
         for (int round = 0; round < 4; ++round) {
             const Pairs pairs = randomPairs(n, random);
-            const QString text = encode(n, pairs);
+            const QString text = QString::fromLatin1(plainGraph6(n, [&pairs](int i, int j) {
+                return pairs.contains({i, j});
+            }));
             QVERIFY(graph.loadg6(text, round % 2 == 0));
             QCOMPARE(edgesOf(graph), pairs);
             QCOMPARE(graph.g6currentGraphData(), text);
         }
     }
+}
+
+/// Reads every line as a string and from a stream, and writes it again.
+void TestGraph6::compareWithNauty(const QByteArray &lines)
+{
+    Graph graph(latin1("test"), false);
+    std::istringstream stream(lines.toStdString());
+    std::istringstream shown(outputOf(QStringLiteral("nauty-showg"), {QStringLiteral("-eq")}, lines).toStdString());
+    for (const QByteArray &line : lines.trimmed().split('\n')) {
+        int vertices = 0;
+        const Pairs edges = readEdges(shown, vertices);
+        const QString name = QString::fromLatin1(line);
+
+        QVERIFY2(graph.loadg6(name, true), line.constData());
+        QVERIFY2(graph.getNbNodes() == vertices && edgesOf(graph) == edges, line.constData());
+        QCOMPARE(graph.g6currentGraphData(), name);
+
+        QVERIFY2(graph.loadg6(stream), line.constData());
+        QVERIFY2(graph.getNbNodes() == vertices && edgesOf(graph) == edges, line.constData());
+        QCOMPARE(graph.g6currentGraphData(), name);
+    }
+    QVERIFY(shown.good());
+    QCOMPARE(stream.get(), std::char_traits<char>::eof());
+}
+
+void TestGraph6::agreesWithNautyOnSmallGraphs_data()
+{
+    QTest::addColumn<int>("vertices");
+    QTest::addColumn<int>("graphs");
+    QTest::newRow("2") << 2 << 2;
+    QTest::newRow("3") << 3 << 4;
+    QTest::newRow("4") << 4 << 11;
+    QTest::newRow("5") << 5 << 34;
+    QTest::newRow("6") << 6 << 156;
+    QTest::newRow("7") << 7 << 1044;
+}
+
+void TestGraph6::agreesWithNautyOnSmallGraphs()
+{
+    QFETCH(int, vertices);
+    QFETCH(int, graphs);
+    const QByteArray lines = outputOf(QStringLiteral("nauty-geng"), {QStringLiteral("-q"), QString::number(vertices)});
+    QCOMPARE(lines.count('\n'), graphs);
+    compareWithNauty(lines);
+}
+
+void TestGraph6::agreesWithNautyOnRandomGraphs_data()
+{
+    QTest::addColumn<int>("vertices");
+    for (int vertices = 8; vertices < Graph::MAX_NODES; ++vertices) {
+        QTest::newRow(qPrintable(QString::number(vertices))) << vertices;
+    }
+}
+
+void TestGraph6::agreesWithNautyOnRandomGraphs()
+{
+    QFETCH(int, vertices);
+    const QByteArray lines = outputOf(QStringLiteral("nauty-genrang"),
+                                      {QStringLiteral("-gqS1"), QString::number(vertices), QStringLiteral("20")});
+    QCOMPARE(lines.count('\n'), 20);
+    compareWithNauty(lines);
 }
 
 QTEST_MAIN(TestGraph6)

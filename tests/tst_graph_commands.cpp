@@ -1,3 +1,5 @@
+// The commands that change the structure of the viewer's graph.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
@@ -14,7 +16,6 @@
 using Command = void (Graph::*)();
 Q_DECLARE_METATYPE(Command)
 
-/// The commands that change the structure of the viewer's graph.
 class TestGraphCommands : public QObject
 {
     Q_OBJECT

@@ -1,11 +1,15 @@
+// The viewer's files: graphs, edge lists and the file that keeps the graph between two runs; its texts of a count and
+// bits, and its file dialogs.
+
 #include "graph.h"
 #include "node.h"
 #include "random.h"
 #include "support/fulldisk.h"
-#include "support/latin1.h"
+#include "support/literals.h"
 #include "support/patience.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 #include "support/withoutrights.h"
 
@@ -15,7 +19,6 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -23,12 +26,6 @@
 
 namespace
 {
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-}
-
 /// The edges of the current graph: "0-1 1-2".
 QString edgesOf(const Graph &graph)
 {
@@ -198,30 +195,18 @@ private slots:
     void saveAndExport_inAFolderWithoutRights();
 
 private:
-    QString path(const QString &name) const { return QDir(directory->path()).filePath(name); }
-    QString write(const QString &name, const QByteArray &bytes) const;
-
-    std::unique_ptr<QTemporaryDir> directory;
+    std::unique_ptr<TestFolder> folder;
 };
 
 void TestGraphFiles::init()
 {
     qsrand(1);
-    directory = std::make_unique<QTemporaryDir>();
+    folder = std::make_unique<TestFolder>();
 }
 
 void TestGraphFiles::cleanup()
 {
-    directory.reset();
-}
-
-QString TestGraphFiles::write(const QString &name, const QByteArray &bytes) const
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    }
-    return file.fileName();
+    folder.reset();
 }
 
 void TestGraphFiles::save_writesCountVerticesAndMatrix()
@@ -229,12 +214,12 @@ void TestGraphFiles::save_writesCountVerticesAndMatrix()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "3 101");
     graph.setPos(0, QPointF(12.5, 40.0));
-    QVERIFY(graph.save(path(QStringLiteral("g.golm3"))));
-    QCOMPARE(contents(path(QStringLiteral("g.golm3"))), QByteArray("3\n"
-                                                                   "Node 1\t12.5\t40\n"
-                                                                   "Node 2\t10\t-0.333333\n"
-                                                                   "Node 3\t20\t-0.666667\n"
-                                                                   "0\t1\t0\t1\t0\t1\t0\t1\t0\t"));
+    QVERIFY(graph.save(folder->path("g.golm3")));
+    QCOMPARE(contents(folder->path("g.golm3")), QByteArray("3\n"
+                                                           "Node 1\t12.5\t40\n"
+                                                           "Node 2\t10\t-0.333333\n"
+                                                           "Node 3\t20\t-0.666667\n"
+                                                           "0\t1\t0\t1\t0\t1\t0\t1\t0\t"));
 }
 
 void TestGraphFiles::save_writesTheBestGraphsMatrix()
@@ -245,12 +230,12 @@ void TestGraphFiles::save_writesTheBestGraphsMatrix()
     graph.addNode();
     graph.setPos(2, QPointF(1, 2));
     graph.remEdge(0, 1);
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("3\n"
-                                                             "Node 1\t0\t0\n"
-                                                             "Node 2\t10\t-0.333333\n"
-                                                             "Node 3\t1\t2\n"
-                                                             "0\t1\t0\t1\t0\t0\t0\t0\t0\t"));
+    QVERIFY(graph.save(folder->path("g")));
+    QCOMPARE(contents(folder->path("g")), QByteArray("3\n"
+                                                     "Node 1\t0\t0\n"
+                                                     "Node 2\t10\t-0.333333\n"
+                                                     "Node 3\t1\t2\n"
+                                                     "0\t1\t0\t1\t0\t0\t0\t0\t0\t"));
 }
 
 void TestGraphFiles::save_writesTheDiagonalAsStored()
@@ -259,19 +244,19 @@ void TestGraphFiles::save_writesTheDiagonalAsStored()
     fill(graph, "2 1");
     graph.invert();
     graph.changeBest();
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n1\t0\t0\t1\t"));
+    QVERIFY(graph.save(folder->path("g")));
+    QCOMPARE(contents(folder->path("g")), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n1\t0\t0\t1\t"));
 }
 
 void TestGraphFiles::save_ofGraphWithoutEdges()
 {
     Graph graph(QStringLiteral("g"), false);
     fill(graph, "2 0");
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t0\t0\t0\t"));
+    QVERIFY(graph.save(folder->path("g")));
+    QCOMPARE(contents(folder->path("g")), QByteArray("2\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t0\t0\t0\t"));
     fill(graph, "0 ");
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("0\n"));
+    QVERIFY(graph.save(folder->path("g")));
+    QCOMPARE(contents(folder->path("g")), QByteArray("0\n"));
 }
 
 void TestGraphFiles::save_writesLatin1()
@@ -279,10 +264,10 @@ void TestGraphFiles::save_writesLatin1()
     Graph graph(QStringLiteral("g"), false);
     fill(graph, "1 ");
     graph.node(0)->setName(latin1("caf\xe9"));
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
-    QCOMPARE(contents(path(QStringLiteral("g"))), QByteArray("1\ncaf\xe9\t0\t0\n0\t"));
+    QVERIFY(graph.save(folder->path("g")));
+    QCOMPARE(contents(folder->path("g")), QByteArray("1\ncaf\xe9\t0\t0\n0\t"));
     graph.node(0)->setName(QString());
-    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QVERIFY(graph.open(folder->path("g")));
     QCOMPARE(graph.node(0)->getName(), latin1("caf\xe9"));
 }
 
@@ -298,7 +283,7 @@ void TestGraphFiles::save_failures_data()
 void TestGraphFiles::save_failures()
 {
     QFETCH(QString, target);
-    target = target.isEmpty() ? target : path(target);
+    target = target.isEmpty() ? target : folder->path(target);
     Graph graph(QStringLiteral("g"), false);
     QVERIFY(!graph.save(target));
     QVERIFY(!graph.export_graph(target));
@@ -310,7 +295,7 @@ void TestGraphFiles::save_failures()
 void TestGraphFiles::save_failureKeepsTheOldFile()
 {
     Graph graph(QStringLiteral("g"), false);
-    const QString old = write(QStringLiteral("old"), "the old file");
+    const QString old = folder->write("old", "the old file");
     bool saved = true;
     bool exported = true;
     {
@@ -321,25 +306,25 @@ void TestGraphFiles::save_failureKeepsTheOldFile()
     QVERIFY(!saved);
     QVERIFY(!exported);
     QCOMPARE(contents(old), QByteArray("the old file"));
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("old")});
 }
 
 void TestGraphFiles::save_replacesTheOldFile()
 {
     Graph graph(QStringLiteral("g"), false);
     fill(graph, "1 ");
-    const QString file = write(QStringLiteral("old"), "a much longer file than the new one");
+    const QString file = folder->write("old", "a much longer file than the new one");
     QVERIFY(graph.save(file));
     QCOMPARE(contents(file), QByteArray("1\nNode 1\t0\t0\n0\t"));
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("old")});
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("old")});
 }
 
 void TestGraphFiles::open_readsTheExample()
 {
     Graph graph(QStringLiteral("g"), true);
     StderrCapture errors;
-    QVERIFY(graph.open(write(QStringLiteral("g"), "3\nNode 1\t12.5\t40\n\t-1e2\t.5\nlast one\t0\t7\textra\n"
-                                                  "0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
+    QVERIFY(graph.open(folder->write("g", "3\nNode 1\t12.5\t40\n\t-1e2\t.5\nlast one\t0\t7\textra\n"
+                                          "0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
     QCOMPARE(errors.take(), QByteArray());
     QCOMPARE(verticesOf(graph), QStringLiteral("Node 1(12.5,40) (-100,0.5) last one(0,7)"));
     QCOMPARE(edgesOf(graph), QStringLiteral("0-1 1-2"));
@@ -350,11 +335,11 @@ void TestGraphFiles::open_signals()
 {
     Graph graph(QStringLiteral("g"), true);
     SignalRecorder recorder(graph);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "1\na\t0\t0\n0\t")));
+    QVERIFY(graph.open(folder->write("g", "1\na\t0\t0\n0\t")));
     QCOMPARE(recorder.take(),
              (QStringList{QStringLiteral("console Graph:1 false 1 #a0a0a4"), QStringLiteral("best_graph_changed")}));
     StderrCapture errors;
-    QVERIFY(!graph.open(write(QStringLiteral("g"), "1\na\t0\n0\t")));
+    QVERIFY(!graph.open(folder->write("g", "1\na\t0\n0\t")));
     QCOMPARE(errors.take(), formatError);
     QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:1 false 1 #a0a0a4")});
 }
@@ -364,10 +349,10 @@ void TestGraphFiles::open_ofGraphWithoutEdges()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "3 000");
     graph.node(1)->setName(QStringLiteral("middle"));
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QVERIFY(graph.save(folder->path("g")));
     fill(graph, "5 1111111111");
     graph.node(1)->setName(QStringLiteral("other"));
-    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QVERIFY(graph.open(folder->path("g")));
     QCOMPARE(verticesOf(graph), QStringLiteral("Node 1(0,0) middle(10,-0.333333) Node 3(20,-0.666667)"));
     QCOMPARE(edgesOf(graph), QString());
 }
@@ -378,7 +363,7 @@ void TestGraphFiles::open_ofCountZero()
     for (const char *file : {"0", "0\n", "0\n\n", "0\r\n", "0\nwhatever\tfollows\n", "", "no number\n"}) {
         graph.randomGraph(4);
         SignalRecorder recorder(graph);
-        QVERIFY2(graph.open(write(QStringLiteral("g"), file)), file);
+        QVERIFY2(graph.open(folder->write("g", file)), file);
         QCOMPARE(graph.getNbNodes(), 0);
         QCOMPARE(graph.graphData(), QStringLiteral("0 "));
         QCOMPARE(recorder.take(), (QStringList{QStringLiteral("console Graph:0 false 1 #a0a0a4"),
@@ -389,14 +374,14 @@ void TestGraphFiles::open_ofCountZero()
 void TestGraphFiles::open_usesTheUpperTriangle()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n1\t0\t-7\t1\t1\t0\t0\t1\t1")));
+    QVERIFY(graph.open(folder->write("g", "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n1\t0\t-7\t1\t1\t0\t0\t1\t1")));
     QCOMPARE(edgesOf(graph), QStringLiteral("0-2"));
 }
 
 void TestGraphFiles::open_acceptsLineEndsOfOtherSystems()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "2\r\na\t1\t2\r\nb\t3\t4\r\n0\t1\t1\t0\t\r\n")));
+    QVERIFY(graph.open(folder->write("g", "2\r\na\t1\t2\r\nb\t3\t4\r\n0\t1\t1\t0\t\r\n")));
     QCOMPARE(verticesOf(graph), QStringLiteral("a(1,2) b(3,4)"));
     QCOMPARE(edgesOf(graph), QStringLiteral("0-1"));
 }
@@ -404,7 +389,7 @@ void TestGraphFiles::open_acceptsLineEndsOfOtherSystems()
 void TestGraphFiles::open_fieldsThatAreNoNumbersAreZero()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\tx\t\nb\tnan\tinf\n0\tx\t\t0\t")));
+    QVERIFY(graph.open(folder->write("g", "2\na\tx\t\nb\tnan\tinf\n0\tx\t\t0\t")));
     QCOMPARE(verticesOf(graph), QStringLiteral("a(0,0) b(0,0)"));
     QCOMPARE(edgesOf(graph), QString());
 }
@@ -412,7 +397,7 @@ void TestGraphFiles::open_fieldsThatAreNoNumbersAreZero()
 void TestGraphFiles::open_ofDistantVerticesCanBeShown()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\t1e300\t-1e300\nb\t0\t0\n0\t1\t1\t0\t")));
+    QVERIFY(graph.open(folder->write("g", "2\na\t1e300\t-1e300\nb\t0\t0\n0\t1\t1\t0\t")));
     QCOMPARE(graph.node(0)->position(), QPointF(1e300, -1e300));
     graph.update_display();
     graph.show();
@@ -430,10 +415,10 @@ void TestGraphFiles::open_ofANameOfEveryByte()
     }
     const QByteArray text = "1\n" + name + "\t0\t0\n0\t";
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(graph.open(write(QStringLiteral("g.golm3"), text)));
+    QVERIFY(graph.open(folder->write("g.golm3", text)));
     QCOMPARE(graph.node(0)->getName(), QString::fromLatin1(name));
-    QVERIFY(graph.save(path(QStringLiteral("again.golm3"))));
-    QCOMPARE(contents(path(QStringLiteral("again.golm3"))), text);
+    QVERIFY(graph.save(folder->path("again.golm3")));
+    QCOMPARE(contents(folder->path("again.golm3")), text);
 }
 
 void TestGraphFiles::open_deselectsTheVertices()
@@ -442,7 +427,7 @@ void TestGraphFiles::open_deselectsTheVertices()
     for (int slot = 0; slot < 3; ++slot) {
         graph.node(slot)->setSelected(true);
     }
-    QVERIFY(graph.open(write(QStringLiteral("g"), "2\na\t0\t0\nb\t0\t0\n0\t0\t0\t0\t")));
+    QVERIFY(graph.open(folder->write("g", "2\na\t0\t0\nb\t0\t0\n0\t0\t0\t0\t")));
     QVERIFY(!graph.node(0)->isSelected());
     QVERIFY(!graph.node(1)->isSelected());
     QVERIFY(graph.node(2)->isSelected());
@@ -469,13 +454,13 @@ void TestGraphFiles::open_ofUnreadableFile()
 {
     QFETCH(QString, file);
     QFETCH(QByteArray, bytes);
-    file = file.isEmpty() ? file : path(file);
+    file = file.isEmpty() ? file : folder->path(file);
     if (!bytes.isNull()) {
-        write(file, bytes);
+        folder->write(file, bytes);
     }
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "2 1");
-    graph.setWD(directory->path());
+    graph.setWD(folder->path());
     const int id = graph.getID();
     SignalRecorder recorder(graph);
     StderrCapture errors;
@@ -515,7 +500,7 @@ void TestGraphFiles::open_ofMalformedFile()
     Graph graph(QStringLiteral("g"), true);
     SignalRecorder recorder(graph);
     StderrCapture errors;
-    QVERIFY(!graph.open(write(QStringLiteral("g"), file)));
+    QVERIFY(!graph.open(folder->write("g", file)));
     QCOMPARE(errors.take(), formatError);
     QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:%1 false 1 #a0a0a4").arg(count)});
     QCOMPARE(edgesOf(graph), QString());
@@ -529,7 +514,7 @@ void TestGraphFiles::open_keepsWhatWasRead()
     fill(graph, "2 1");
     graph.node(0)->setSelected(true);
     StderrCapture errors;
-    QVERIFY(!graph.open(write(QStringLiteral("g"), "2\na\t1\t2\nb\n0\t1\t1\t0\t")));
+    QVERIFY(!graph.open(folder->write("g", "2\na\t1\t2\nb\n0\t1\t1\t0\t")));
     QCOMPARE(errors.take(), formatError);
     QCOMPARE(graph.getNbNodes(), 2);
     QCOMPARE(graph.node(0)->getName(), QStringLiteral("a"));
@@ -540,7 +525,7 @@ void TestGraphFiles::open_keepsWhatWasRead()
     graph.lock();
     graph.unlock();
     // The matrix line is too short.
-    QVERIFY(!graph.open(write(QStringLiteral("g"), "2\na\t1\t2\nb\t3\t4\n0\t1\t1")));
+    QVERIFY(!graph.open(folder->write("g", "2\na\t1\t2\nb\t3\t4\n0\t1\t1")));
     QCOMPARE(verticesOf(graph), QStringLiteral("a(1,2) b(3,4)"));
     QCOMPARE(edgesOf(graph), QString());
 }
@@ -551,12 +536,12 @@ void TestGraphFiles::open_neverMeetsTheEndOfAFullGraph()
     graph.randomGraph(32);
     graph.changeBest();
     const QString data = graph.graphData();
-    QVERIFY(graph.save(path(QStringLiteral("g"))));
+    QVERIFY(graph.save(folder->path("g")));
     graph.randomGraph(3);
-    QVERIFY(graph.open(path(QStringLiteral("g"))));
+    QVERIFY(graph.open(folder->path("g")));
     QCOMPARE(graph.graphData(), data);
-    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
-    QCOMPARE(contents(path(QStringLiteral("e"))).count('\n'), graph.getNbEdges());
+    QVERIFY(graph.export_graph(folder->path("e")));
+    QCOMPARE(contents(folder->path("e")).count('\n'), graph.getNbEdges());
 }
 
 void TestGraphFiles::openAndImport_countFromARandomNumber()
@@ -565,12 +550,12 @@ void TestGraphFiles::openAndImport_countFromARandomNumber()
     qsrand(5);
     const int drawn = olm_rand(1000000);
     qsrand(5);
-    QVERIFY(graph.open(write(QStringLiteral("g"), "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
+    QVERIFY(graph.open(folder->write("g", "3\na\t0\t0\nb\t0\t0\nc\t0\t0\n0\t1\t0\t1\t0\t1\t0\t1\t0\t")));
     // Three vertices and their pairs, the end of the reading, the publication.
     QCOMPARE(graph.getID(), drawn + 3 + 3 + 1 + 1);
     qsrand(5);
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\ta\na\tc\n")));
+    QVERIFY(graph.import_el(folder->write("e", "b\ta\na\tc\n")));
     // Three vertices and two edges, the end of the reading, the publication.
     QCOMPARE(graph.getID(), drawn + 3 + 2 + 1 + 1);
 }
@@ -578,17 +563,17 @@ void TestGraphFiles::openAndImport_countFromARandomNumber()
 void TestGraphFiles::autosave_writesTheCounter()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(directory->path());
+    graph.setWD(folder->path());
     fill(graph, "2 1");
     graph.autosave();
-    QCOMPARE(contents(path(QStringLiteral(".olmgr"))),
+    QCOMPARE(contents(folder->path(".olmgr")),
              "2\n" + QByteArray::number(graph.getID()) + "\nNode 1\t0\t0\nNode 2\t10\t-0.333333\n0\t1\t1\t0\t");
 }
 
 void TestGraphFiles::autosave_withoutWorkDirectory()
 {
     const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(directory->path()));
+    QVERIFY(QDir::setCurrent(folder->path()));
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "1 ");
     graph.autosave();
@@ -597,26 +582,26 @@ void TestGraphFiles::autosave_withoutWorkDirectory()
     QVERIFY(QDir::setCurrent(before));
     QVERIFY(loaded);
     QCOMPARE(graph.graphData(), QStringLiteral("1 "));
-    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+    QVERIFY(QFile::exists(folder->path(".olmgr")));
 }
 
 void TestGraphFiles::autosave_failsSilently()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(path(QStringLiteral("missing")));
+    graph.setWD(folder->path("missing"));
     SignalRecorder recorder(graph);
     StderrCapture errors;
     graph.autosave();
     QCOMPARE(errors.take(), QByteArray());
     QCOMPARE(recorder.take(), QStringList());
-    QVERIFY(!QFile::exists(path(QStringLiteral("missing"))));
+    QVERIFY(!QFile::exists(folder->path("missing")));
 }
 
 void TestGraphFiles::autoload_readsTheCounter()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(directory->path());
-    write(QStringLiteral(".olmgr"), "2\n1000\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
+    graph.setWD(folder->path());
+    folder->write(".olmgr", "2\n1000\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
     SignalRecorder recorder(graph);
     QVERIFY(graph.autoload());
     QCOMPARE(recorder.take(), QStringList{QStringLiteral("best_graph_changed")});
@@ -630,7 +615,7 @@ void TestGraphFiles::autoload_failures()
 {
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "2 1");
-    graph.setWD(directory->path());
+    graph.setWD(folder->path());
     SignalRecorder recorder(graph);
     {
         StderrCapture errors;
@@ -639,7 +624,7 @@ void TestGraphFiles::autoload_failures()
         QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
     }
     for (const char *file : {"2", "2\n5\na\t0\t0\nb\n", "33\n5\n", "-2\n5\n", "2\n5\na\t0\t0\nb\t0\t0\n0\t1\t1"}) {
-        write(QStringLiteral(".olmgr"), file);
+        folder->write(".olmgr", file);
         StderrCapture errors;
         QVERIFY2(!graph.autoload(), file);
         QCOMPARE(errors.take(), formatError);
@@ -653,14 +638,14 @@ void TestGraphFiles::export_writesTheEdgesOfTheCurrentGraph()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "4 101001");
     graph.addEdge(3, 0);
-    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
-    QCOMPARE(contents(path(QStringLiteral("e"))), QByteArray("0\t1\n0\t3\n1\t2\n2\t3\n"));
+    QVERIFY(graph.export_graph(folder->path("e")));
+    QCOMPARE(contents(folder->path("e")), QByteArray("0\t1\n0\t3\n1\t2\n2\t3\n"));
 }
 
 void TestGraphFiles::export_failures()
 {
     Graph graph(QStringLiteral("g"), true);
-    const QString old = write(QStringLiteral("old"), "old");
+    const QString old = folder->write("old", "old");
     QVERIFY(!graph.export_graph(old + QStringLiteral("/below")));
     QCOMPARE(contents(old), QByteArray("old"));
     QVERIFY(!graph.export_graph(QStringLiteral("/dev/full")));
@@ -670,22 +655,22 @@ void TestGraphFiles::import_sortsTheLabels()
 {
     Graph graph(QStringLiteral("g"), true);
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\ta\n\nlonely\na\tc\tmore\r\n")));
+    QVERIFY(graph.import_el(folder->write("e", "b\ta\n\nlonely\na\tc\tmore\r\n")));
     QCOMPARE(errors.take(), QByteArray("a\nb\nc\n1 0\n0 2\nImport complete\n"));
     QCOMPARE(graph.getNbNodes(), 3);
     QCOMPARE(graph.node(0)->getName(), QStringLiteral("a"));
     QCOMPARE(graph.node(1)->getName(), QStringLiteral("b"));
     QCOMPARE(graph.node(2)->getName(), QStringLiteral("c"));
     QCOMPARE(graph.graphData(), QStringLiteral("3 110"));
-    QVERIFY(graph.export_graph(path(QStringLiteral("e"))));
-    QCOMPARE(contents(path(QStringLiteral("e"))), QByteArray("0\t1\n0\t2\n"));
+    QVERIFY(graph.export_graph(folder->path("e")));
+    QCOMPARE(contents(folder->path("e")), QByteArray("0\t1\n0\t2\n"));
 }
 
 void TestGraphFiles::import_ofAnEmptyLabel()
 {
     Graph graph(QStringLiteral("g"), true);
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "\tb\n")));
+    QVERIFY(graph.import_el(folder->write("e", "\tb\n")));
     QCOMPARE(errors.take(), QByteArray("\nb\n0 1\nImport complete\n"));
     QCOMPARE(graph.getNbNodes(), 2);
     QCOMPARE(graph.node(0)->getName(), QString());
@@ -697,7 +682,7 @@ void TestGraphFiles::import_sortsByCodeUnit()
 {
     Graph graph(QStringLiteral("g"), true);
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "\xe9\tz\nZ\tz\n")));
+    QVERIFY(graph.import_el(folder->write("e", "\xe9\tz\nZ\tz\n")));
     QCOMPARE(graph.getNbNodes(), 3);
     QCOMPARE(graph.node(0)->getName(), QStringLiteral("Z"));
     QCOMPARE(graph.node(1)->getName(), QStringLiteral("z"));
@@ -711,7 +696,7 @@ void TestGraphFiles::import_signals()
     SignalRecorder recorder(graph);
     StderrCapture errors;
     // By code unit: capitals first, "10" before "9"; a loop and a double edge change nothing.
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "b\tB\n9\t10\n9\t9\n10\t9")));
+    QVERIFY(graph.import_el(folder->write("e", "b\tB\n9\t10\n9\t9\n10\t9")));
     QCOMPARE(errors.take(), QByteArray("10\n9\nB\nb\n3 2\n1 0\n1 1\n0 1\nImport complete\n"));
     QCOMPARE(recorder.take(),
              (QStringList{QStringLiteral("console Graph:4 false 1 #a0a0a4"), QStringLiteral("best_graph_changed")}));
@@ -723,7 +708,7 @@ void TestGraphFiles::import_ofNoLabels()
     Graph graph(QStringLiteral("g"), true);
     for (const char *file : {"", "\n\n", "one\ntwo"}) {
         StderrCapture errors;
-        QVERIFY(graph.import_el(write(QStringLiteral("e"), file)));
+        QVERIFY(graph.import_el(folder->write("e", file)));
         QCOMPARE(errors.take(), QByteArray("Import complete\n"));
         QCOMPARE(graph.graphData(), QStringLiteral("0 "));
     }
@@ -734,7 +719,7 @@ void TestGraphFiles::import_ofDefaultNames()
     // Unused slots keep their names, which are no vertices.
     Graph graph(QStringLiteral("g"), true);
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), "Node 30\tNode 31\n")));
+    QVERIFY(graph.import_el(folder->write("e", "Node 30\tNode 31\n")));
     QCOMPARE(errors.take(), QByteArray("Node 30\nNode 31\n0 1\nImport complete\n"));
     QCOMPARE(edgesOf(graph), QStringLiteral("0-1"));
 }
@@ -747,7 +732,7 @@ void TestGraphFiles::import_of32Labels()
         file += label + QByteArray("\t") + char(label + 1) + '\n';
     }
     StderrCapture errors;
-    QVERIFY(graph.import_el(write(QStringLiteral("e"), file)));
+    QVERIFY(graph.import_el(folder->write("e", file)));
     QVERIFY(errors.take().endsWith("\n30 31\nImport complete\n"));
     QCOMPARE(graph.getNbNodes(), 32);
     QCOMPARE(graph.getNbEdges(), 31);
@@ -762,7 +747,7 @@ void TestGraphFiles::import_ofTooManyLabels()
     }
     SignalRecorder recorder(graph);
     StderrCapture errors;
-    QVERIFY(!graph.import_el(write(QStringLiteral("e"), file)));
+    QVERIFY(!graph.import_el(folder->write("e", file)));
     QCOMPARE(errors.take(), QByteArray());
     QCOMPARE(recorder.take(), QStringList{QStringLiteral("console Graph:33 false 1 #a0a0a4")});
     QCOMPARE(graph.getNbNodes(), 0);
@@ -790,7 +775,7 @@ void TestGraphFiles::import_ofUnknownLabels()
     Importer graph(QStringLiteral("g"), true);
     {
         StderrCapture ignored;
-        QVERIFY(graph.import_el(write(QStringLiteral("e"), "a\tb\n")));
+        QVERIFY(graph.import_el(folder->write("e", "a\tb\n")));
     }
     StderrCapture errors;
     QVERIFY(!graph.importEdges("b\ta\n" + line + "\na\tb\n"));
@@ -803,7 +788,7 @@ void TestGraphFiles::import_ofUnreadableFile()
 {
     Graph graph(QStringLiteral("g"), true);
     Dialogs dialogs({});
-    QVERIFY(!graph.import_el(path(QStringLiteral("missing"))));
+    QVERIFY(!graph.import_el(folder->path("missing")));
     QCOMPARE(dialogs.seen, QStringList{openingBox});
 }
 
@@ -987,26 +972,26 @@ void TestGraphFiles::unselectAll()
 void TestGraphFiles::slotOpen()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
-    const QString file = write(QStringLiteral("sub/g.golm3"), "2\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
-    graph.setWD(directory->path());
+    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub")));
+    const QString file = folder->write("sub/g.golm3", "2\na\t1\t2\nb\t3\t4\n0\t1\t1\t0\t");
+    graph.setWD(folder->path());
     Dialogs dialogs({file, file});
     graph.slot_open();
     QCOMPARE(graph.graphData(), QStringLiteral("2 1"));
     QVERIFY(graph.node(1)->isVisible());
     QVERIFY(!graph.node(2)->isVisible());
     graph.slot_open();
-    QCOMPARE(dialogs.seen, (QStringList{QStringLiteral("Choose graph to load|%1|*.golm3").arg(directory->path()),
-                                        QStringLiteral("Choose graph to load|%1/sub|*.golm3").arg(directory->path())}));
+    QCOMPARE(dialogs.seen, (QStringList{QStringLiteral("Choose graph to load|%1|*.golm3").arg(folder->path()),
+                                        QStringLiteral("Choose graph to load|%1/sub|*.golm3").arg(folder->path())}));
 }
 
 void TestGraphFiles::slotOpen_failures()
 {
     Graph graph(QStringLiteral("g"), true);
-    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
-    const QString file = write(QStringLiteral("sub/g.golm3"), "2\n");
-    graph.setWD(directory->path());
-    const QString dialog = QStringLiteral("Choose graph to load|%1|*.golm3").arg(directory->path());
+    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub")));
+    const QString file = folder->write("sub/g.golm3", "2\n");
+    graph.setWD(folder->path());
+    const QString dialog = QStringLiteral("Choose graph to load|%1|*.golm3").arg(folder->path());
     const QString warning = QStringLiteral("Warning|Failed to load graph.|OK");
     Dialogs dialogs({file, QString()});
     StderrCapture errors;
@@ -1023,7 +1008,7 @@ void TestGraphFiles::slotOpen_cancelled()
 {
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "2 1");
-    graph.setWD(directory->path());
+    graph.setWD(folder->path());
     Dialogs dialogs({QString()});
     graph.slot_open();
     QCOMPARE(dialogs.seen.mid(1), (QStringList{openingBox, QStringLiteral("Warning|Failed to load graph.|OK")}));
@@ -1035,39 +1020,39 @@ void TestGraphFiles::slotSave_suffix()
 {
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "1 ");
-    QVERIFY(QDir(directory->path()).mkdir(QStringLiteral("sub")));
-    graph.setWD(directory->path());
-    Dialogs dialogs({path(QStringLiteral("a.golm3")), path(QStringLiteral("b")), path(QStringLiteral("c.txt")),
-                     path(QStringLiteral("d.GOLM3")), path(QStringLiteral("sub/e.x.golm3"))});
+    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub")));
+    graph.setWD(folder->path());
+    Dialogs dialogs({folder->path("a.golm3"), folder->path("b"), folder->path("c.txt"), folder->path("d.GOLM3"),
+                     folder->path("sub/e.x.golm3")});
     for (int i = 0; i < 5; ++i) {
         graph.slot_save();
     }
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files),
+    QCOMPARE(QDir(folder->path()).entryList(QDir::Files),
              (QStringList{QStringLiteral("a.golm3"), QStringLiteral("b.golm3"), QStringLiteral("c.txt.golm3"),
                           QStringLiteral("d.GOLM3.golm3")}));
-    QCOMPARE(contents(path(QStringLiteral("sub/e.x.golm3"))), QByteArray("1\nNode 1\t0\t0\n0\t"));
-    QCOMPARE(dialogs.seen.first(), QStringLiteral("Save graph as|%1|*.golm3").arg(directory->path()));
+    QCOMPARE(contents(folder->path("sub/e.x.golm3")), QByteArray("1\nNode 1\t0\t0\n0\t"));
+    QCOMPARE(dialogs.seen.first(), QStringLiteral("Save graph as|%1|*.golm3").arg(folder->path()));
     graph.autosave();
-    QVERIFY(QFile::exists(path(QStringLiteral("sub/.olmgr"))));
+    QVERIFY(QFile::exists(folder->path("sub/.olmgr")));
 }
 
 void TestGraphFiles::slotSave_failures()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(directory->path());
-    const QString dialog = QStringLiteral("Save graph as|%1|*.golm3").arg(directory->path());
+    graph.setWD(folder->path());
+    const QString dialog = QStringLiteral("Save graph as|%1|*.golm3").arg(folder->path());
     const QString warning = QStringLiteral("Warning|Failed to save graph.|OK");
-    Dialogs dialogs({path(QStringLiteral("missing/g.golm3")), QString()});
+    Dialogs dialogs({folder->path("missing/g.golm3"), QString()});
     graph.slot_save();
     graph.slot_save();
     QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, warning}));
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    QCOMPARE(folder->files(), QStringList());
 }
 
 void TestGraphFiles::slotImport()
 {
     Graph graph(QStringLiteral("g"), true);
-    const QString file = write(QStringLiteral("g.edgelist"), "x\ty\n");
+    const QString file = folder->write("g.edgelist", "x\ty\n");
     graph.setWD(QDir::rootPath());
     Dialogs dialogs({file});
     StderrCapture errors;
@@ -1077,19 +1062,19 @@ void TestGraphFiles::slotImport()
     QVERIFY(graph.node(1)->isVisible());
     QVERIFY(!graph.node(2)->isVisible());
     graph.autosave();
-    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+    QVERIFY(QFile::exists(folder->path(".olmgr")));
 }
 
 void TestGraphFiles::slotImport_failures()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(directory->path());
+    graph.setWD(folder->path());
     QByteArray tooLarge;
     for (int label = 0; label < 40; ++label) {
         tooLarge += "hub\t" + QByteArray::number(label) + '\n';
     }
-    Dialogs dialogs({write(QStringLiteral("large.edgelist"), tooLarge), QString()});
-    const QString dialog = QStringLiteral("Choose graph to import|%1|*.edgelist").arg(directory->path());
+    Dialogs dialogs({folder->write("large.edgelist", tooLarge), QString()});
+    const QString dialog = QStringLiteral("Choose graph to import|%1|*.edgelist").arg(folder->path());
     const QString warning = QStringLiteral("Warning|Failed to import graph.|OK");
     graph.slot_import_graph();
     QCOMPARE(dialogs.seen, (QStringList{dialog, warning}));
@@ -1103,49 +1088,48 @@ void TestGraphFiles::slotExport()
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "3 101");
     graph.setWD(QDir::rootPath());
-    Dialogs dialogs({path(QStringLiteral("plain"))});
+    Dialogs dialogs({folder->path("plain")});
     graph.slot_export_graph();
     QCOMPARE(dialogs.seen, QStringList{QStringLiteral("Export graph as|/|*.edgelist")});
-    QCOMPARE(contents(path(QStringLiteral("plain"))), QByteArray("0\t1\n1\t2\n"));
+    QCOMPARE(contents(folder->path("plain")), QByteArray("0\t1\n1\t2\n"));
     graph.autosave();
-    QVERIFY(QFile::exists(path(QStringLiteral(".olmgr"))));
+    QVERIFY(QFile::exists(folder->path(".olmgr")));
 }
 
 void TestGraphFiles::slotExport_failures()
 {
     Graph graph(QStringLiteral("g"), true);
-    graph.setWD(directory->path());
-    const QString dialog = QStringLiteral("Export graph as|%1|*.edgelist").arg(directory->path());
+    graph.setWD(folder->path());
+    const QString dialog = QStringLiteral("Export graph as|%1|*.edgelist").arg(folder->path());
     const QString warning = QStringLiteral("Warning|Failed to export graph.|OK");
-    Dialogs dialogs({path(QStringLiteral("missing/g.edgelist")), QString()});
+    Dialogs dialogs({folder->path("missing/g.edgelist"), QString()});
     graph.slot_export_graph();
     graph.slot_export_graph();
     QCOMPARE(dialogs.seen, (QStringList{dialog, warning, dialog, warning}));
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    QCOMPARE(folder->files(), QStringList());
 }
 
 void TestGraphFiles::saveAndExport_inAFolderWithoutRights()
 {
     Graph graph(QStringLiteral("g"), true);
     fill(graph, "2 1");
-    graph.setWD(directory->path());
-    write(QStringLiteral("kept.golm3"), "kept");
-    write(QStringLiteral("kept.edgelist"), "kept");
-    Dialogs dialogs({path(QStringLiteral("new.golm3")), path(QStringLiteral("new.edgelist"))});
+    graph.setWD(folder->path());
+    folder->write("kept.golm3", "kept");
+    folder->write("kept.edgelist", "kept");
+    Dialogs dialogs({folder->path("new.golm3"), folder->path("new.edgelist")});
     {
-        const WithoutRights folder(directory->path(), 0555);
+        const WithoutRights rights(folder->path(), 0555);
         graph.slot_save();
         graph.slot_export_graph();
-        QVERIFY(!graph.save(path(QStringLiteral("kept.golm3"))));
-        QVERIFY(!graph.export_graph(path(QStringLiteral("kept.edgelist"))));
+        QVERIFY(!graph.save(folder->path("kept.golm3")));
+        QVERIFY(!graph.export_graph(folder->path("kept.edgelist")));
     }
     QCOMPARE(dialogs.seen.filter(QStringLiteral("Warning")),
              (QStringList{QStringLiteral("Warning|Failed to save graph.|OK"),
                           QStringLiteral("Warning|Failed to export graph.|OK")}));
-    QCOMPARE(QDir(directory->path()).entryList(QDir::Files | QDir::Hidden),
-             (QStringList{QStringLiteral("kept.edgelist"), QStringLiteral("kept.golm3")}));
-    QCOMPARE(contents(path(QStringLiteral("kept.golm3"))), QByteArray("kept"));
-    QCOMPARE(contents(path(QStringLiteral("kept.edgelist"))), QByteArray("kept"));
+    QCOMPARE(folder->files(), (QStringList{QStringLiteral("kept.edgelist"), QStringLiteral("kept.golm3")}));
+    QCOMPARE(contents(folder->path("kept.golm3")), QByteArray("kept"));
+    QCOMPARE(contents(folder->path("kept.edgelist")), QByteArray("kept"));
 }
 
 QTEST_MAIN(TestGraphFiles)

@@ -1,3 +1,5 @@
+// The mouse and the keyboard in the viewer, the selection and the undo history.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
@@ -6,11 +8,14 @@
 #include "support/signalrecorder.h"
 #include "support/windowdriver.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QDialog>
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTime>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -40,7 +45,6 @@ QTime QTime::currentTime()
 using Command = void (Graph::*)();
 Q_DECLARE_METATYPE(Command)
 
-/// The mouse and the keyboard in the viewer, the selection and the undo history.
 class TestGraphInteraction : public QObject
 {
     Q_OBJECT
@@ -70,6 +74,9 @@ private slots:
     void doubleClickOnEmptySpace();
     void rightButtonEditsNothing();
 
+    void claimsItsControlKeys_data();
+    void claimsItsControlKeys();
+    void shortcutsOfTheWindowGiveWay();
     void keys_data();
     void keys();
     void rotationKeys_data();
@@ -524,6 +531,64 @@ void TestGraphInteraction::rightButtonEditsNothing()
     QCOMPARE(view->getNbNodes(), 4);
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1"));
     QCOMPARE(openDialogs().size(), 0);
+}
+
+void TestGraphInteraction::claimsItsControlKeys_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<bool>("claimed");
+    const int control = Qt::ControlModifier;
+    for (const char key : {'P', 'X', 'K', '-', 'O', 'E', 'V', 'C', 'A', 'I', 'R', 'Z', 'U', 'D', 'L'}) {
+        QTest::addRow("Ctrl+%c", key) << int(key) << control << true;
+        QTest::addRow("Ctrl+Shift+%c", key) << int(key) << int(Qt::ControlModifier | Qt::ShiftModifier) << true;
+        QTest::addRow("%c", key) << int(key) << int(Qt::NoModifier) << false;
+        QTest::addRow("Alt+%c", key) << int(key) << int(Qt::AltModifier) << false;
+    }
+    for (const char key : {'Q', 'N', 'H', '+', 'B', 'T', 'M'}) {
+        QTest::addRow("Ctrl+%c", key) << int(key) << control << false;
+    }
+}
+
+void TestGraphInteraction::claimsItsControlKeys()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    Graph graph(QStringLiteral("keys"), true);
+    QKeyEvent event(QEvent::ShortcutOverride, key, Qt::KeyboardModifiers(modifiers));
+    event.ignore();
+    QCoreApplication::sendEvent(&graph, &event);
+    QTEST(event.isAccepted(), "claimed");
+}
+
+void TestGraphInteraction::shortcutsOfTheWindowGiveWay()
+{
+    QWidget window;
+    QAction open;
+    open.setShortcut(QKeySequence(QStringLiteral("Ctrl+O")));
+    QAction quit;
+    quit.setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
+    window.addActions({&open, &quit});
+    QVBoxLayout layout(&window);
+    Graph graph(QStringLiteral("keys"), true);
+    QWidget field;
+    field.setFocusPolicy(Qt::StrongFocus);
+    layout.addWidget(&graph);
+    layout.addWidget(&field);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window, patience));
+    QSignalSpy opened(&open, &QAction::triggered);
+    QSignalSpy closed(&quit, &QAction::triggered);
+
+    graph.setFocus();
+    QTest::keyClick(&graph, Qt::Key_O, Qt::ControlModifier);
+    QTest::keyClick(&graph, Qt::Key_Q, Qt::ControlModifier);
+    QCOMPARE(opened.size(), 0);
+    QCOMPARE(closed.size(), 1);
+    field.setFocus();
+    QTest::keyClick(&field, Qt::Key_O, Qt::ControlModifier);
+    QCOMPARE(opened.size(), 1);
 }
 
 void TestGraphInteraction::keys_data()

@@ -1,9 +1,11 @@
+// Where the vertices stand, how the view moves, and the relabelling that shortens the drawing.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
 #include "support/closeto.h"
 #include "support/graphtext.h"
-#include "support/latin1.h"
+#include "support/literals.h"
 
 #include <QAbstractEventDispatcher>
 #include <QColor>
@@ -248,7 +250,6 @@ QVariantList consoleLine(const QString &text, bool flag, int number, const QColo
 
 Q_DECLARE_METATYPE(Point)
 
-/// Where the vertices stand, how the view moves, and the relabelling that shortens the drawing.
 class TestGraphLayout : public QObject
 {
     Q_OBJECT

@@ -1,8 +1,11 @@
+// The context menu of the viewer.
+
 #include "graph.h"
 #include "node.h"
 #include "support/graphtext.h"
 #include "support/patience.h"
 #include "support/signalrecorder.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QAction>
@@ -15,7 +18,6 @@
 
 #include <memory>
 
-/// The context menu of the viewer.
 class TestGraphMenu : public QObject
 {
     Q_OBJECT

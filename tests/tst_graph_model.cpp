@@ -1,10 +1,12 @@
+// The model of the viewer's graph, its display and the decoration of its items.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
 #include "support/closeto.h"
 #include "support/graphtext.h"
 #include "support/itemimage.h"
-#include "support/latin1.h"
+#include "support/literals.h"
 #include "support/patience.h"
 #include "support/stderrcapture.h"
 
@@ -316,7 +318,6 @@ QImage drawnAfter(const Change &change)
 Q_DECLARE_METATYPE(Decorate)
 Q_DECLARE_METATYPE(Change)
 
-/// The model of the viewer's graph, its display and the decoration of its items.
 class TestGraphModel : public QObject
 {
     Q_OBJECT

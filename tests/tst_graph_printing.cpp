@@ -1,17 +1,18 @@
+// Printing the graph into PDF files: the page and what is drawn where, read back by poppler.
+
 #include "edge.h"
 #include "graph.h"
 #include "node.h"
 #include "support/fulldisk.h"
-#include "support/patience.h"
+#include "support/runprogram.h"
 #include "support/signalrecorder.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QImage>
 #include <QPainter>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 namespace
@@ -20,23 +21,12 @@ constexpr int margin = 50;
 /// The side of the page in pixels at 300 dots per inch.
 constexpr int pagePixels = 945;
 
-/// What one of poppler's programs writes.
-QString poppler(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(patience) || process.exitCode() != 0) {
-        qFatal("%s: %s", qPrintable(program), process.readAllStandardError().constData());
-    }
-    return QString::fromLatin1(process.readAllStandardOutput());
-}
-
 /// The page of the file at the resolution at which it was printed: a pixel is a unit of the painter.
 QImage rendered(const QString &pdf)
 {
     const QString image = pdf + QStringLiteral("-page");
-    poppler(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("300"), QStringLiteral("-singlefile"),
-                                         QStringLiteral("-png"), pdf, image});
+    outputOf(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QStringLiteral("300"), QStringLiteral("-singlefile"),
+                                          QStringLiteral("-png"), pdf, image});
     return QImage(image + QStringLiteral(".png"));
 }
 
@@ -136,23 +126,22 @@ private slots:
     void print_whileTheBestGraphIsLocked();
 
 private:
-    QString path(const QString &name) const { return QDir(directory.path()).filePath(name); }
     /// Prints with the dialog and returns the file.
     QString printed(Graph &graph) const;
 
-    QTemporaryDir directory;
+    TestFolder folder;
 };
 
 void TestGraphPrinting::init()
 {
     qsrand(1);
-    QFile::remove(path(QStringLiteral("graph.pdf")));
+    QFile::remove(folder.path("graph.pdf"));
 }
 
 QString TestGraphPrinting::printed(Graph &graph) const
 {
-    QString file = path(QStringLiteral("graph.pdf"));
-    graph.setWD(directory.path());
+    QString file = folder.path("graph.pdf");
+    graph.setWD(folder.path());
     const driver::DialogAnswer answer = driver::DialogAnswer::withFile(file);
     graph.slot_print();
     if (!answer.done()) {
@@ -179,7 +168,7 @@ void TestGraphPrinting::page()
     graph.place_circle(300);
     graph.setLabels(QVector<double>(vertices, 0.5));
     const QString file = printed(graph);
-    const QString info = poppler(QStringLiteral("pdfinfo"), {file});
+    const QString info = QString::fromLatin1(outputOf(QStringLiteral("pdfinfo"), {file}));
     QVERIFY2(info.contains(QRegularExpression(QStringLiteral("^Pages: +1$"), QRegularExpression::MultilineOption)),
              qPrintable(info));
     // 80 mm are 226.77 pt; the page is whole points.
@@ -187,7 +176,7 @@ void TestGraphPrinting::page()
                                               QRegularExpression::MultilineOption)),
              qPrintable(info));
     // Two lines of heading and no raster image.
-    QCOMPARE(poppler(QStringLiteral("pdfimages"), {QStringLiteral("-list"), file}).count(QLatin1Char('\n')), 2);
+    QCOMPARE(outputOf(QStringLiteral("pdfimages"), {QStringLiteral("-list"), file}).count('\n'), 2);
 }
 
 void TestGraphPrinting::emptyGraph()
@@ -291,7 +280,7 @@ void TestGraphPrinting::labels()
     graph.setLabels({12, -0.25});
     graph.setELabels({{}, {7.5}}, true);
     const QString file = printed(graph);
-    const QString text = poppler(QStringLiteral("pdftotext"), {file, QStringLiteral("-")});
+    const QString text = QString::fromLatin1(outputOf(QStringLiteral("pdftotext"), {file, QStringLiteral("-")}));
     QStringList words = text.simplified().split(QLatin1Char(' '));
     words.sort();
     QCOMPARE(words, (QStringList{QStringLiteral("-0.25"), QStringLiteral("12"), QStringLiteral("7.5")}));
@@ -351,10 +340,10 @@ void TestGraphPrinting::selectionRectangleAndBackgroundAreNotPrinted()
 void TestGraphPrinting::dialog()
 {
     Graph graph(QStringLiteral("graph"), true);
-    QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("sub")));
-    graph.setWD(directory.path());
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("sub")));
+    graph.setWD(folder.path());
     QStringList seen;
-    for (const QString &name : {path(QStringLiteral("sub/first.pdf")), path(QStringLiteral("second.pdf"))}) {
+    for (const QString &name : {folder.path("sub/first.pdf"), folder.path("second.pdf")}) {
         const driver::DialogAnswer answer([&](QDialog *shown) {
             auto *fileDialog = qobject_cast<QFileDialog *>(shown);
             QCOMPARE(fileDialog->acceptMode(), QFileDialog::AcceptSave);
@@ -365,19 +354,17 @@ void TestGraphPrinting::dialog()
         graph.slot_print();
         QVERIFY(QFile::exists(name));
     }
-    QCOMPARE(seen, (QStringList{QStringLiteral("Save  graphs as |%1|*.pdf").arg(directory.path()),
-                                QStringLiteral("Save  graphs as |%1/sub|*.pdf").arg(directory.path())}));
+    QCOMPARE(seen, (QStringList{QStringLiteral("Save  graphs as |%1|*.pdf").arg(folder.path()),
+                                QStringLiteral("Save  graphs as |%1/sub|*.pdf").arg(folder.path())}));
 }
 
 void TestGraphPrinting::nameIsUsedAsEntered()
 {
     Graph graph(QStringLiteral("graph"), true);
-    const driver::DialogAnswer answer = driver::DialogAnswer::withFile(path(QStringLiteral("plain")));
+    const driver::DialogAnswer answer = driver::DialogAnswer::withFile(folder.path("plain"));
     graph.slot_print();
-    QFile file(path(QStringLiteral("plain")));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.read(5), QByteArray("%PDF-"));
-    QVERIFY(!QFile::exists(path(QStringLiteral("plain.pdf"))));
+    QCOMPARE(contents(folder.path("plain")).left(5), QByteArray("%PDF-"));
+    QVERIFY(!QFile::exists(folder.path("plain.pdf")));
 }
 
 void TestGraphPrinting::layoutIsRefittedAfterwards()
@@ -436,7 +423,7 @@ void TestGraphPrinting::cancelledDialogDoesNothing()
     fill(graph, QStringLiteral("2 1"));
     graph.setPos(0, 1, 2, 3);
     graph.setPos(1, 4, 5, 6);
-    graph.setWD(directory.path());
+    graph.setWD(folder.path());
     const driver::DialogAnswer answer = driver::DialogAnswer::cancelling();
     graph.slot_print();
     QVERIFY(answer.done());
@@ -444,7 +431,7 @@ void TestGraphPrinting::cancelledDialogDoesNothing()
     QCOMPARE(graph.node(1)->position(), QPointF(4, 5));
     QCOMPARE(graph.node(1)->getCoordZ(), 6.0);
     graph.autosave();
-    QVERIFY(QFile::remove(path(QStringLiteral(".olmgr"))));
+    QVERIFY(QFile::remove(folder.path(".olmgr")));
 }
 
 void TestGraphPrinting::unwritableFileLeavesTheLayout_data()
@@ -461,10 +448,10 @@ void TestGraphPrinting::unwritableFileLeavesTheLayout()
     fill(graph, QStringLiteral("2 1"));
     graph.setPos(0, 1, 2, 3);
     graph.setPos(1, 4, 5, 6);
-    const driver::DialogAnswer answer = driver::DialogAnswer::withFile(path(file));
+    const driver::DialogAnswer answer = driver::DialogAnswer::withFile(folder.path(file));
     graph.slot_print();
     QVERIFY(answer.done());
-    QVERIFY(!QFile::exists(path(file)));
+    QVERIFY(!QFile::exists(folder.path(file)));
     QCOMPARE(graph.node(0)->position(), QPointF(1, 2));
     QCOMPARE(graph.node(1)->position(), QPointF(4, 5));
     QCOMPARE(graph.node(1)->getCoordZ(), 6.0);
@@ -474,23 +461,20 @@ void TestGraphPrinting::fullDiskKeepsTheOldFile()
 {
     Graph graph(QStringLiteral("graph"), true);
     fill(graph, QStringLiteral("2 1"));
-    QFile old(printed(graph));
-    QVERIFY(old.open(QIODevice::ReadOnly));
-    const QByteArray bytes = old.readAll();
+    const QString old = printed(graph);
+    const QByteArray bytes = contents(old);
     const driver::DialogAnswer answer([&](QDialog *shown) {
         auto *dialog = qobject_cast<QFileDialog *>(shown);
         dialog->setOption(QFileDialog::DontConfirmOverwrite);
-        driver::chooseFile(dialog, old.fileName());
+        driver::chooseFile(dialog, old);
     });
     {
         const FullDisk disk;
         graph.slot_print();
     }
     QVERIFY(answer.done());
-    QFile file(old.fileName());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), bytes);
-    QCOMPARE(QDir(directory.path()).entryList({QStringLiteral("graph.pdf.*")}, QDir::AllEntries | QDir::Hidden),
+    QCOMPARE(contents(old), bytes);
+    QCOMPARE(QDir(folder.path()).entryList({QStringLiteral("graph.pdf.*")}, QDir::AllEntries | QDir::Hidden),
              QStringList());
 }
 

@@ -1,8 +1,9 @@
+// A named list of graph names.
+
 #include "graphlist.h"
 
 #include <QtTest>
 
-/// A named list of graph names.
 class TestGraphList : public QObject
 {
     Q_OBJECT

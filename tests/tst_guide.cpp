@@ -1,4 +1,7 @@
-#include "support/testdata.h"
+// The guide does what it says: its commands are run, and their output is compared.
+
+#include "support/literals.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QFileInfo>
@@ -39,7 +42,6 @@ std::vector<Block> blocksOfTheGuide()
 }
 } // namespace
 
-/// The guide does what it says.
 class TestGuide : public QObject
 {
     Q_OBJECT

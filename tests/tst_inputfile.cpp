@@ -1,3 +1,5 @@
+// Which files are read.
+
 #include "inputfile.h"
 #include "support/withoutrights.h"
 
@@ -6,7 +8,6 @@
 
 #include <sys/stat.h>
 
-/// Which files are read.
 class TestInputFile : public QObject
 {
     Q_OBJECT

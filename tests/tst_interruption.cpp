@@ -1,3 +1,5 @@
+// The signals that end the companion program: noted in a scope, restored behind it.
+
 #include "interruption.h"
 #include "support/endingsignals.h"
 

@@ -1,7 +1,10 @@
+// The engine's invariant files and its file of graph names.
+
 #include "support/fulldisk.h"
+#include "support/literals.h"
 #include "support/loadedengine.h"
 #include "support/signalrecorder.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/threads.h"
 
 #include <QFileInfo>
@@ -9,7 +12,6 @@
 
 #include <limits>
 
-/// The invariant files and the graph file.
 class TestInvariantFiles : public QObject
 {
     Q_OBJECT

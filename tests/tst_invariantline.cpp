@@ -1,4 +1,7 @@
+// The parsing and writing of one line of an invariant file.
+
 #include "invariantline.h"
+#include "support/literals.h"
 
 #include <QtTest>
 
@@ -9,17 +12,6 @@
 
 namespace
 {
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-/// The bytes of a literal, NUL bytes included.
-template<size_t size> QByteArray bytes(const char (&literal)[size])
-{
-    return QByteArray(literal, int(size) - 1);
-}
-
 bool parse(const QByteArray &line, InvariantLine &result)
 {
     return parseInvariantLine(std::string_view(line.constData(), line.size()), result);
@@ -53,7 +45,6 @@ QByteArray lineOf(const QString &name, double value, bool missing)
 }
 } // namespace
 
-/// The lines of an invariant file.
 class TestInvariantLine : public QObject
 {
     Q_OBJECT

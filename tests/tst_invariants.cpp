@@ -1,7 +1,9 @@
+// The companion program's invariants, held against closed formulas, literal definitions and the examples.
+
 #include "commandline.h"
 #include "invariant.h"
 #include "support/stderrcapture.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 
 #include <QtTest>
 

@@ -1,8 +1,8 @@
-/// The arrows between the rooms of src/ and tav/: what the sources include, and what their include roots let them
-/// include.
+// The arrows between the rooms of src/ and tav/: what the sources include, and what their include roots let them
+// include.
 
 #include "support/runprogram.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 
 #include <QDirIterator>
 #include <QJsonArray>

@@ -1,3 +1,5 @@
+// The lines of a device.
+
 #include "linereader.h"
 
 #include <QBuffer>
@@ -93,7 +95,6 @@ QList<QByteArray> linesOf(const QByteArray &content)
 }
 } // namespace
 
-/// The lines of a device.
 class TestLineReader : public QObject
 {
     Q_OBJECT

@@ -1,15 +1,16 @@
+// Loads that meet other loads, resets and the end of the manager, each at every moment of a load.
+
 #include "TAVmanager.h"
 #include "support/loadgate.h"
 #include "support/loading.h"
 #include "support/patience.h"
 #include "support/signalrecorder.h"
+#include "support/testfiles.h"
 #include "support/threads.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QPointer>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -23,7 +24,6 @@ struct Database {
 };
 } // namespace
 
-/// Loads that meet other loads, resets and the end of the manager.
 class TestLoading : public QObject
 {
     Q_OBJECT
@@ -55,7 +55,7 @@ private:
     void addMoments() const;
     void loadUpToTheMoment();
 
-    QTemporaryDir directory;
+    TestFolder folder;
     Database large;
     Database small;
     Database malformed;
@@ -67,12 +67,8 @@ private:
 
 Database TestLoading::write(const char *name, const QByteArray &content, const QStringList &expected)
 {
-    const QString path = directory.filePath(QString::fromLatin1(name));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-    return {path, QStringList{QStringLiteral("console Loading data ... please wait.")} + expected};
+    return {folder.write(name, content),
+            QStringList{QStringLiteral("console Loading data ... please wait.")} + expected};
 }
 
 /// Asks for a load as a queued call does.
@@ -100,7 +96,7 @@ void TestLoading::initTestCase()
     malformed = write("malformed.tav", "A\nB\t7\n",
                       {QStringLiteral("console 2 lines."), QStringLiteral("progress 0 2"),
                        QStringLiteral("console ERROR in database format."), QStringLiteral("database_empty")});
-    missing = {directory.filePath(QStringLiteral("missing.tav")),
+    missing = {folder.path("missing.tav"),
                {QStringLiteral("console Loading data ... please wait."), QStringLiteral("database_empty")}};
 }
 
@@ -190,7 +186,7 @@ void TestLoading::resetDuringLoad()
     QCOMPARE(recorder->recorded(), empty);
     QCoreApplication::sendPostedEvents();
     QCOMPARE(recorder->take(), empty);
-    const QString saved = directory.filePath(QStringLiteral("saved.g6"));
+    const QString saved = folder.path("saved.g6");
     QVERIFY(!manager->saveGraphs(saved));
     QCOMPARE(recorder->take(),
              (QStringList{QStringLiteral("console No data to save."), QStringLiteral("manager_ready")}));

@@ -1,18 +1,22 @@
+// Requests that meet a load at any moment of it: while it counts lines, while it reads records, while it links them,
+// and when it is over but its last signals still wait for delivery. The moments are random times after its start; what
+// is expected holds at each of them.
+
 #include "TAVgraph.h"
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "TAVsearchengine.h"
+#include "support/literals.h"
 #include "support/loading.h"
 #include "support/mainwindowfixture.h"
 #include "support/patience.h"
 #include "support/signalrecorder.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
@@ -55,9 +59,6 @@ QByteArray namesSaved(TAVManager &manager, const QString &path)
 }
 } // namespace
 
-/// Requests that meet a load at any moment of it: while it counts lines, while it reads records, while it links them,
-/// and when it is over but its last signals still wait for delivery. The moments are random times after its start; what
-/// is expected holds at each of them.
 class TestLoadRaces : public QObject
 {
     Q_OBJECT
@@ -77,14 +78,13 @@ private slots:
 private:
     Database write(const char *name, const QByteArray &content, const QStringList &expected, const QByteArray &names);
     QVector<Command> commands() const;
-    QString path(const char *name) const { return directory.filePath(QLatin1String(name)); }
     int random(int first, int last) { return std::uniform_int_distribution<int>(first, last)(generator); }
     void pass(qint64 microseconds);
     void passPartOfALoad();
 
     const int repetitions = repetitionCount();
     std::mt19937 generator{20200229};
-    QTemporaryDir directory;
+    TestFolder folder;
     Database large;
     Database small;
     Database malformed;
@@ -97,11 +97,8 @@ private:
 Database TestLoadRaces::write(const char *name, const QByteArray &content, const QStringList &expected,
                               const QByteArray &names)
 {
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("cannot write %s", name);
-    }
-    return {file.fileName(), QStringList{QStringLiteral("console Loading data ... please wait.")} + expected, names};
+    return {folder.write(name, content),
+            QStringList{QStringLiteral("console Loading data ... please wait.")} + expected, names};
 }
 
 void TestLoadRaces::initTestCase()
@@ -124,7 +121,7 @@ void TestLoadRaces::initTestCase()
     malformed =
         write("malformed.tav", "A\nB\t7\n",
               words({"console 2 lines.", "progress 0 2", "console ERROR in database format.", "database_empty"}), "");
-    missing = {path("missing.tav"), words({"console Loading data ... please wait.", "database_empty"}), ""};
+    missing = {folder.path("missing.tav"), words({"console Loading data ... please wait.", "database_empty"}), ""};
 
     init();
     for (int i = 0; i < 2; ++i) { // the first one also warms up
@@ -183,7 +180,7 @@ void TestLoadRaces::loadDuringLoad()
         manager->loadDatabase(other.path);
         QVERIFY(waitForOutcome(*manager, *recorder));
         QCOMPARE(recorder->take(), other.expected);
-        QCOMPARE(namesSaved(*manager, path("names.g6")), other.names);
+        QCOMPARE(namesSaved(*manager, folder.path("names.g6")), other.names);
         recorder->take();
     }
 }
@@ -200,7 +197,7 @@ void TestLoadRaces::clearDuringLoad()
         passPartOfALoad();
         QCoreApplication::processEvents();
         QCOMPARE(recorder->take(), empty);
-        QCOMPARE(namesSaved(*manager, path("names.g6")), QByteArray());
+        QCOMPARE(namesSaved(*manager, folder.path("names.g6")), QByteArray());
         recorder->take();
         manager->loadDatabase(small.path);
         QVERIFY(waitForOutcome(*manager, *recorder));
@@ -229,9 +226,9 @@ QVector<Command> TestLoadRaces::commands() const
     }
     const QString a = QStringLiteral("a");
     const QString b = QStringLiteral("b");
-    const QString written = path("written.txt");
-    const QString saved = path("saved.g6");
-    const QString listFile = path("list.g6");
+    const QString written = folder.path("written.txt");
+    const QString saved = folder.path("saved.g6");
+    const QString listFile = folder.path("list.g6");
     all += {
         {[a](TAVManager &m) { m.addSubsList(QStringLiteral("subs"), a); }, refusal},
         {[a](TAVManager &m) { m.addOverList(QStringLiteral("over"), a); }, refusal},
@@ -267,10 +264,7 @@ QVector<Command> TestLoadRaces::commands() const
 
 void TestLoadRaces::everyCommandDuringLoad()
 {
-    QFile list(path("list.g6"));
-    QVERIFY(list.open(QIODevice::WriteOnly));
-    list.write("G1\nG2\n");
-    list.close();
+    folder.write("list.g6", "G1\nG2\n");
     QVector<Command> all = commands();
     const auto isRare = [this](const Command &command) { return command.meetings < repetitions; };
     while (std::any_of(all.begin(), all.end(), isRare)) {
@@ -297,8 +291,8 @@ void TestLoadRaces::everyCommandDuringLoad()
             ofTheLoad += recorder->take();
         }
         QCOMPARE(ofTheLoad, large.expected);
-        QVERIFY(!QFile::exists(path("written.txt")));
-        QCOMPARE(namesSaved(*manager, path("names.g6")), large.names);
+        QVERIFY(!QFile::exists(folder.path("written.txt")));
+        QCOMPARE(namesSaved(*manager, folder.path("names.g6")), large.names);
     }
 }
 

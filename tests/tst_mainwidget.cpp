@@ -1,11 +1,14 @@
+// The central widget: its panels, modes, console and database commands.
+
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
 #include "node.h"
+#include "support/literals.h"
 #include "support/loadgate.h"
 #include "support/mainwindowfixture.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QComboBox>
@@ -25,7 +28,6 @@
 
 #include <memory>
 
-/// The central widget: its panels, modes, console and database commands.
 class TestMainWidget : public QObject
 {
     Q_OBJECT

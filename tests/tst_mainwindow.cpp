@@ -1,3 +1,5 @@
+// The main window: actions, menu, tool bar, About box and shortcuts.
+
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
@@ -18,7 +20,6 @@
 
 #include <memory>
 
-/// The main window: actions, menu, tool bar, About box and shortcuts.
 class TestMainWindow : public QObject
 {
     Q_OBJECT

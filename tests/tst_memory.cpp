@@ -1,11 +1,12 @@
 // Every large allocation of the operations behind the window fails once: the failure is told, the lists survive, and
 // what is said to have succeeded is right.
+
 #include "TAVmanager.h"
 #include "support/failingallocations.h"
+#include "support/literals.h"
 #include "support/loading.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <functional>
@@ -39,11 +40,9 @@ public:
         return all;
     }
 
-    QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
-
     TAVManager manager;
     QStringList console;
-    QTemporaryDir folder;
+    TestFolder folder;
 };
 
 const QString newName = QStringLiteral("new");
@@ -111,10 +110,10 @@ void TestMemory::operations_data()
     QTest::newRow("list from a file") << Operation(
         [](Desk &desk) { return desk.manager.addListFromFile(newName, example("connected-8.averagedistance.txt")); });
     QTest::newRow("save a list") << Operation(
-        [](Desk &desk) { return desk.manager.saveList(QStringLiteral("all"), desk.path("saved")); });
+        [](Desk &desk) { return desk.manager.saveList(QStringLiteral("all"), desk.folder.path("saved")); });
     QTest::newRow("save the names") << Operation(
-        [](Desk &desk) { return desk.manager.saveGraphs(desk.path("saved")); });
-    QTest::newRow("save I1") << Operation([](Desk &desk) { return desk.manager.saveInv1(desk.path("saved")); });
+        [](Desk &desk) { return desk.manager.saveGraphs(desk.folder.path("saved")); });
+    QTest::newRow("save I1") << Operation([](Desk &desk) { return desk.manager.saveInv1(desk.folder.path("saved")); });
 }
 
 void TestMemory::operations()
@@ -123,14 +122,15 @@ void TestMemory::operations()
     Desk untroubled;
     QVERIFY(operation(untroubled));
     const QMap<QString, QStringList> expected = untroubled.lists();
-    const QByteArray saved = QFile::exists(untroubled.path("saved")) ? contents(untroubled.path("saved")) : "";
+    const QByteArray saved =
+        QFile::exists(untroubled.folder.path("saved")) ? contents(untroubled.folder.path("saved")) : "";
 
     for (const Shortage shortage : {Shortage::Once, Shortage::FromThenOn}) {
         Desk desk;
         const QMap<QString, QStringList> before = desk.lists();
         bool isShort = true;
         for (int number = 1; isShort; ++number) {
-            QFile old(desk.path("saved"));
+            QFile old(desk.folder.path("saved"));
             if (!saved.isEmpty()) {
                 QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
                 old.close();
@@ -150,7 +150,7 @@ void TestMemory::operations()
             }
             QCOMPARE(desk.lists(), before);
             if (!saved.isEmpty()) {
-                QCOMPARE(contents(desk.path("saved")), succeeded ? saved : QByteArray("old"));
+                QCOMPARE(contents(desk.folder.path("saved")), succeeded ? saved : QByteArray("old"));
                 QCOMPARE(QDir(desk.folder.path()).entryList(QDir::Files | QDir::Hidden), words({"saved"}));
             }
             QVERIFY2(number < 1000, "the same allocation again and again");
@@ -184,7 +184,7 @@ void TestMemory::loads()
             ++failures;
             QVERIFY(isShort);
             QCOMPARE(desk.console.last(), QStringLiteral("Not enough memory."));
-            QVERIFY(!desk.manager.saveGraphs(desk.path("saved")));
+            QVERIFY(!desk.manager.saveGraphs(desk.folder.path("saved")));
             QCOMPARE(desk.console.last(), QStringLiteral("No data to save."));
         }
         QCOMPARE(desk.lists(), before);

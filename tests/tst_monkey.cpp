@@ -1,10 +1,13 @@
+// Random use of the whole window. TAVOLINE_MONKEY_ACTIONS, TAVOLINE_MONKEY_SEED and TAVOLINE_MONKEY_LOG say how much,
+// of which kind, and where it is written down.
+
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
 #include "node.h"
 #include "support/mainwindowfixture.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QAbstractButton>
@@ -199,11 +202,7 @@ Monkey::Monkey(int givenSeed, const QString &logPath) : seed(givenSeed), logFile
 
 void Monkey::write(const char *name, const QByteArray &bytes)
 {
-    QFile output(file(name));
-    if (!output.open(QIODevice::WriteOnly) || output.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", name);
-    }
-    inputs.append(output.fileName());
+    inputs.append(::write(file(name), bytes));
 }
 
 void Monkey::prepareFiles()
@@ -727,8 +726,6 @@ void Monkey::closeWindow()
     }
 }
 
-/// Random use of the whole window. TAVOLINE_MONKEY_ACTIONS, TAVOLINE_MONKEY_SEED and TAVOLINE_MONKEY_LOG say how much,
-/// of which kind, and where it is written down.
 class TestMonkey : public QObject
 {
     Q_OBJECT

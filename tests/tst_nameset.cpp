@@ -1,3 +1,5 @@
+// The table of names that lists are looked up in.
+
 #include "nameset.h"
 
 #include <QtTest>
@@ -5,7 +7,6 @@
 #include <algorithm>
 #include <random>
 
-/// The table of names that lists are looked up in.
 class TestNameSet : public QObject
 {
     Q_OBJECT

@@ -1,3 +1,5 @@
+// The vertex item: its place, look, state and mouse handling.
+
 #include "edge.h"
 #include "node.h"
 #include "nodedisplay.h"
@@ -21,7 +23,6 @@
 #include <limits>
 #include <memory>
 
-/// The vertex item: its place, look, state and mouse handling.
 class TestNode : public QObject
 {
     Q_OBJECT

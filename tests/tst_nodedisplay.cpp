@@ -1,3 +1,5 @@
+// The dialog with the values of one vertex.
+
 #include "nodedisplay.h"
 #include "support/patience.h"
 
@@ -7,7 +9,6 @@
 #include <QTableWidget>
 #include <QtTest>
 
-/// The dialog with the values of one vertex.
 class TestNodeDisplay : public QObject
 {
     Q_OBJECT

@@ -1,11 +1,12 @@
+// Saves that are complete or leave the old file, and writing into what is there.
+
 #include "outputfile.h"
 #include "support/fulldisk.h"
 #include "support/patience.h"
+#include "support/redirection.h"
+#include "support/testfiles.h"
 #include "support/watchedcalls.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cerrno>
@@ -22,37 +23,6 @@
 
 namespace
 {
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
-}
-
-/// Lets a standard stream of the process be a file while the object lives.
-class Redirection
-{
-public:
-    Redirection(int standardStream, const QString &path, int flags)
-        : stream(standardStream)
-        , saved(::dup(standardStream))
-    {
-        const int file = ::open(path.toLocal8Bit().constData(), flags, 0600);
-        ::dup2(file, stream);
-        ::close(file);
-    }
-    ~Redirection()
-    {
-        ::dup2(saved, stream);
-        ::close(saved);
-    }
-    Redirection(const Redirection &) = delete;
-    Redirection &operator=(const Redirection &) = delete;
-
-private:
-    int stream;
-    int saved;
-};
-
 std::function<void(OutputFile &)> text(const QByteArray &bytes)
 {
     return [bytes](OutputFile &file) { file.write(bytes); };
@@ -64,7 +34,7 @@ class TestOutputFile : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { directory = std::make_unique<QTemporaryDir>(); }
+    void init() { folder = std::make_unique<TestFolder>(); }
 
     void writesANewFile();
     void replacesAFile();
@@ -84,27 +54,24 @@ private slots:
     void theSignalOfTheFileSizeLimit();
 
 private:
-    QString path(const char *name) const { return directory->filePath(QString::fromLatin1(name)); }
-    QStringList files() const { return QDir(directory->path()).entryList(QDir::Files | QDir::Hidden); }
-
-    std::unique_ptr<QTemporaryDir> directory;
+    std::unique_ptr<TestFolder> folder;
 };
 
 void TestOutputFile::writesANewFile()
 {
-    QCOMPARE(writeFile(path("file"), text("some text")), WriteResult::Written);
-    QCOMPARE(contents(path("file")), QByteArray("some text"));
-    QCOMPARE(writeFile(path("empty"), text(QByteArray())), WriteResult::Written);
-    QCOMPARE(contents(path("empty")), QByteArray());
-    QCOMPARE(files(), (QStringList{QStringLiteral("empty"), QStringLiteral("file")}));
+    QCOMPARE(writeFile(folder->path("file"), text("some text")), WriteResult::Written);
+    QCOMPARE(contents(folder->path("file")), QByteArray("some text"));
+    QCOMPARE(writeFile(folder->path("empty"), text(QByteArray())), WriteResult::Written);
+    QCOMPARE(contents(folder->path("empty")), QByteArray());
+    QCOMPARE(folder->files(), (QStringList{QStringLiteral("empty"), QStringLiteral("file")}));
 }
 
 void TestOutputFile::replacesAFile()
 {
-    QCOMPARE(writeFile(path("file"), text("a long first text")), WriteResult::Written);
-    QCOMPARE(writeFile(path("file"), text("short")), WriteResult::Written);
-    QCOMPARE(contents(path("file")), QByteArray("short"));
-    QCOMPARE(files(), QStringList{QStringLiteral("file")});
+    QCOMPARE(writeFile(folder->path("file"), text("a long first text")), WriteResult::Written);
+    QCOMPARE(writeFile(folder->path("file"), text("short")), WriteResult::Written);
+    QCOMPARE(contents(folder->path("file")), QByteArray("short"));
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("file")});
 }
 
 void TestOutputFile::fullDiskKeepsTheOldFile_data()
@@ -120,7 +87,7 @@ void TestOutputFile::fullDiskKeepsTheOldFile()
 {
     QFETCH(int, blocks);
     QFETCH(int, size);
-    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
+    QCOMPARE(writeFile(folder->path("file"), text("old")), WriteResult::Written);
     WriteResult result = WriteResult::Written;
     QString reason;
     {
@@ -130,12 +97,12 @@ void TestOutputFile::fullDiskKeepsTheOldFile()
                 file.write(QByteArray(size, 'x'));
             }
         };
-        result = writeFile(path("file"), write, &reason);
+        result = writeFile(folder->path("file"), write, &reason);
     }
     QCOMPARE(result, WriteResult::Failed);
     QCOMPARE(reason, QStringLiteral("File too large"));
-    QCOMPARE(contents(path("file")), QByteArray("old"));
-    QCOMPARE(files(), QStringList{QStringLiteral("file")});
+    QCOMPARE(contents(folder->path("file")), QByteArray("old"));
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("file")});
 }
 
 void TestOutputFile::fullDiskLeavesNoNewFile()
@@ -144,12 +111,12 @@ void TestOutputFile::fullDiskLeavesNoNewFile()
     WriteResult fitting = WriteResult::Failed;
     {
         const FullDisk disk;
-        tooLong = writeFile(path("long"), text("more than sixteen bytes"));
-        fitting = writeFile(path("fitting"), text("sixteen bytes..."));
+        tooLong = writeFile(folder->path("long"), text("more than sixteen bytes"));
+        fitting = writeFile(folder->path("fitting"), text("sixteen bytes..."));
     }
     QCOMPARE(tooLong, WriteResult::Failed);
     QCOMPARE(fitting, WriteResult::Written);
-    QCOMPARE(files(), QStringList{QStringLiteral("fitting")});
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("fitting")});
 }
 
 void TestOutputFile::targetsThatCannotBeOpened()
@@ -157,11 +124,11 @@ void TestOutputFile::targetsThatCannotBeOpened()
     QString reason;
     QCOMPARE(writeFile(QString(), text("x"), &reason), WriteResult::NotOpened);
     QCOMPARE(reason, QStringLiteral("No such file or directory"));
-    QCOMPARE(writeFile(directory->path(), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(writeFile(folder->path(), text("x"), &reason), WriteResult::NotOpened);
     QCOMPARE(reason, QStringLiteral("Is a directory"));
-    QCOMPARE(writeFile(path("missing/file"), text("x"), &reason), WriteResult::NotOpened);
+    QCOMPARE(writeFile(folder->path("missing/file"), text("x"), &reason), WriteResult::NotOpened);
     QCOMPARE(reason, QStringLiteral("No such file or directory"));
-    QCOMPARE(files(), QStringList());
+    QCOMPARE(folder->files(), QStringList());
 }
 
 void TestOutputFile::devices()
@@ -176,9 +143,9 @@ void TestOutputFile::devices()
 
 void TestOutputFile::aFifo()
 {
-    const std::string name = path("fifo").toStdString();
+    const std::string name = folder->path("fifo").toStdString();
     QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
-    QCOMPARE(writeFile(path("fifo"), text("x")), WriteResult::NotOpened);
+    QCOMPARE(writeFile(folder->path("fifo"), text("x")), WriteResult::NotOpened);
 
     // More than the FIFO holds: the writer waits for its reader.
     const std::string longText(1000000, 'x');
@@ -188,7 +155,7 @@ void TestOutputFile::aFifo()
     });
     WriteResult result = WriteResult::NotOpened;
     const auto isOpened = [&] {
-        result = writeFile(path("fifo"), text(longText.c_str()));
+        result = writeFile(folder->path("fifo"), text(longText.c_str()));
         return result != WriteResult::NotOpened;
     };
     QVERIFY(QTest::qWaitFor(isOpened, patience));
@@ -207,7 +174,7 @@ void TestOutputFile::standardStreams_data()
 
 void TestOutputFile::aSlowReader()
 {
-    const std::string name = path("fifo").toStdString();
+    const std::string name = folder->path("fifo").toStdString();
     QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
     const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
     auto arrived = std::async(std::launch::async, [&] {
@@ -226,7 +193,7 @@ void TestOutputFile::aSlowReader()
             writes += qstrcmp(call.kind, "write") == 0 ? 1 : 0;
             return 0;
         });
-        result = writeFile(path("fifo"), text(QByteArray(1000000, 'x')));
+        result = writeFile(folder->path("fifo"), text(QByteArray(1000000, 'x')));
     }
     QVERIFY(arrived.get() == std::string(1000000, 'x'));
     ::close(reader);
@@ -237,7 +204,7 @@ void TestOutputFile::aSlowReader()
 
 void TestOutputFile::aFifoThatCannotBeClosed()
 {
-    const std::string name = path("fifo").toStdString();
+    const std::string name = folder->path("fifo").toStdString();
     QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
     const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
     for (const auto &[error, expected] : {std::pair(EIO, WriteResult::Failed), {EINTR, WriteResult::Written}}) {
@@ -245,7 +212,7 @@ void TestOutputFile::aFifoThatCannotBeClosed()
         const CallWatch watch(
             name, [closing](const SystemCall &call) { return qstrcmp(call.kind, "close") == 0 ? closing : 0; });
         QString reason;
-        QCOMPARE(writeFile(path("fifo"), text("x"), &reason), expected);
+        QCOMPARE(writeFile(folder->path("fifo"), text("x"), &reason), expected);
         QCOMPARE(reason, error == EIO ? QStringLiteral("Input/output error") : QString());
     }
     ::close(reader);
@@ -253,13 +220,13 @@ void TestOutputFile::aFifoThatCannotBeClosed()
 
 void TestOutputFile::aFifoThatIsOpenedWhileSignalsCome()
 {
-    const std::string name = path("fifo").toStdString();
+    const std::string name = folder->path("fifo").toStdString();
     QCOMPARE(::mkfifo(name.c_str(), 0600), 0);
     const int reader = ::open(name.c_str(), O_RDWR | O_CLOEXEC);
     int signalsLeft = 3;
     const CallWatch watch(
         name, [&](const SystemCall &call) { return qstrcmp(call.kind, "open") == 0 && signalsLeft-- > 0 ? EINTR : 0; });
-    QCOMPARE(writeFile(path("fifo"), text("x")), WriteResult::Written);
+    QCOMPARE(writeFile(folder->path("fifo"), text("x")), WriteResult::Written);
     ::close(reader);
 }
 
@@ -271,44 +238,44 @@ void TestOutputFile::standardStreams()
     bool deviceIsReplaced = true;
     bool fileIsReplaced = true;
     bool otherIsReplaced = false;
-    QCOMPARE(writeFile(path("other"), text("other")), WriteResult::Written);
+    QCOMPARE(writeFile(folder->path("other"), text("other")), WriteResult::Written);
     {
-        const Redirection redirection(stream, path("file"), O_RDWR | O_CREAT);
+        const Redirection redirection(stream, folder->path("file"), O_RDWR | O_CREAT);
         QCOMPARE(::write(stream, "first\n", 6), ssize_t(6));
         deviceIsReplaced = isReplaced(device);
-        fileIsReplaced = isReplaced(path("file"));
-        otherIsReplaced = isReplaced(path("other"));
+        fileIsReplaced = isReplaced(folder->path("file"));
+        otherIsReplaced = isReplaced(folder->path("other"));
         QCOMPARE(writeFile(device, text("second\n")), WriteResult::Written);
-        QCOMPARE(writeFile(path("file"), text("third\n")), WriteResult::Written);
+        QCOMPARE(writeFile(folder->path("file"), text("third\n")), WriteResult::Written);
         QCOMPARE(::write(stream, "fourth\n", 7), ssize_t(7));
     }
-    QCOMPARE(contents(path("file")), QByteArray("first\nsecond\nthird\nfourth\n"));
+    QCOMPARE(contents(folder->path("file")), QByteArray("first\nsecond\nthird\nfourth\n"));
     QVERIFY(!deviceIsReplaced);
     QVERIFY(!fileIsReplaced);
     QVERIFY(otherIsReplaced);
-    QVERIFY(isReplaced(path("file")));
-    QVERIFY(isReplaced(path("missing")));
+    QVERIFY(isReplaced(folder->path("file")));
+    QVERIFY(isReplaced(folder->path("missing")));
 }
 
 void TestOutputFile::standardInputIsNotWrittenTo()
 {
-    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
-    const Redirection redirection(STDIN_FILENO, path("file"), O_RDONLY);
-    QVERIFY(isReplaced(path("file")));
-    QCOMPARE(writeFile(path("file"), text("new")), WriteResult::Written);
-    QCOMPARE(contents(path("file")), QByteArray("new"));
+    QCOMPARE(writeFile(folder->path("file"), text("old")), WriteResult::Written);
+    const Redirection redirection(STDIN_FILENO, folder->path("file"), O_RDONLY);
+    QVERIFY(isReplaced(folder->path("file")));
+    QCOMPARE(writeFile(folder->path("file"), text("new")), WriteResult::Written);
+    QCOMPARE(contents(folder->path("file")), QByteArray("new"));
 }
 
 void TestOutputFile::givingUpKeepsTheOldFile()
 {
-    QCOMPARE(writeFile(path("file"), text("old")), WriteResult::Written);
-    const WriteResult result = writeFile(path("file"), [](OutputFile &file) {
+    QCOMPARE(writeFile(folder->path("file"), text("old")), WriteResult::Written);
+    const WriteResult result = writeFile(folder->path("file"), [](OutputFile &file) {
         file.write("new");
         file.giveUp();
     });
     QCOMPARE(result, WriteResult::Failed);
-    QCOMPARE(contents(path("file")), QByteArray("old"));
-    QCOMPARE(files(), QStringList{QStringLiteral("file")});
+    QCOMPARE(contents(folder->path("file")), QByteArray("old"));
+    QCOMPARE(folder->files(), QStringList{QStringLiteral("file")});
 }
 
 /// Which ends a process that does not know it, whatever it has not saved yet.

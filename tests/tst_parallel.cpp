@@ -1,3 +1,5 @@
+// Work that is shared out among threads.
+
 #include "parallel.h"
 #include "support/threads.h"
 
@@ -21,7 +23,6 @@ QByteArray numbers(int begin, int end)
 }
 } // namespace
 
-/// Work that is shared out among threads.
 class TestParallel : public QObject
 {
     Q_OBJECT

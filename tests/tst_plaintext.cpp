@@ -1,3 +1,5 @@
+// Texts that may hold any character, made safe for a terminal.
+
 #include "plaintext.h"
 
 #include <QtTest>

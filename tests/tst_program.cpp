@@ -2,7 +2,7 @@
 
 #include "TAVmainwindow.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 
 #include <QApplication>
 #include <QIcon>

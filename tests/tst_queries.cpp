@@ -1,6 +1,9 @@
+// The queries over the records: derived invariants, closures of lists and comparisons of I1 with I2.
+
+#include "support/literals.h"
 #include "support/loadedengine.h"
 #include "support/signalrecorder.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 
 #include <QtTest>
 

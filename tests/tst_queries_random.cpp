@@ -1,3 +1,5 @@
+// The queries on random databases, held against what their definitions say literally.
+
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"
 #include "support/stderrcapture.h"

@@ -1,3 +1,6 @@
+// The random numbers of the viewer, and the change counter of a graph, which starts at a random number.
+
+#include "graph.h"
 #include "random.h"
 #include "support/stderrcapture.h"
 
@@ -16,7 +19,6 @@ int qrand()
     return scriptedNumber;
 }
 
-/// The random numbers of the viewer.
 class TestRandom : public QObject
 {
     Q_OBJECT
@@ -29,6 +31,7 @@ private slots:
     void greatestNumberIsReportedAndCutOff();
     void odd_data();
     void odd();
+    void theCounterOfAGraphStartsAtARandomNumber();
 };
 
 void TestRandom::unitInterval_data()
@@ -102,5 +105,14 @@ void TestRandom::odd()
     QTEST(is_odd(n), "expected");
 }
 
-QTEST_GUILESS_MAIN(TestRandom)
+void TestRandom::theCounterOfAGraphStartsAtARandomNumber()
+{
+    scriptedNumber = std::numeric_limits<int>::max();
+    Graph graph(QStringLiteral("wrapping"), false);
+    // 496 removals of clear(), 10 vertices, 45 pairs; the first of them steps over the end.
+    QCOMPARE(graph.getID(), std::numeric_limits<int>::min() + 496 + 10 + 45 - 1);
+    QCOMPARE(graph.getNbEdges(), 45);
+}
+
+QTEST_MAIN(TestRandom)
 #include "tst_random.moc"

@@ -1,7 +1,8 @@
-/// What a file that is saved over another one keeps of it, and what is left when a step of the save fails.
+// What a file that is saved over another one keeps of it, and what is left when a step of the save fails.
 
 #include "outputfile.h"
 #include "replacement.h"
+#include "support/testfiles.h"
 #include "support/watchedcalls.h"
 #include "support/withoutrights.h"
 
@@ -33,16 +34,15 @@ const char defaultList[] = "system.posix_acl_default";
 
 QByteArray contents(const QByteArray &path)
 {
-    QFile file(QFile::decodeName(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no such file");
+    return contents(QFile::decodeName(path));
 }
 
 /// Makes a file of the mode, whatever the umask is.
 void makeFile(const QByteArray &path, const QByteArray &text, mode_t mode = 0644)
 {
-    QFile file(QFile::decodeName(path));
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || ::chmod(path.constData(), mode) != 0) {
-        qFatal("cannot make %s", path.constData());
+    write(QFile::decodeName(path), text);
+    if (::chmod(path.constData(), mode) != 0) {
+        qFatal("cannot set the mode of %s", path.constData());
     }
 }
 
@@ -254,10 +254,7 @@ private:
     QByteArray folder() const { return QFile::encodeName(directory->path()); }
     QByteArray path(const QByteArray &name) const { return folder() + '/' + name; }
     QByteArray file() const { return path("file"); }
-    QStringList files() const
-    {
-        return QDir(directory->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    }
+    QStringList files() const { return filesIn(directory->path()); }
     bool isAlone(const char *name) const { return files() == QStringList{QString::fromLatin1(name)}; }
     std::unique_ptr<CallWatch> watch(const CallHook &hook) const
     {

@@ -1,13 +1,16 @@
+// The engine's database and its two loaders.
+
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"
+#include "support/literals.h"
 #include "support/signalrecorder.h"
 #include "support/stderrcapture.h"
+#include "support/testfiles.h"
 #include "support/threads.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <algorithm>
@@ -33,34 +36,25 @@ bool QThread::isInterruptionRequested() const
 
 namespace
 {
-QString text(const char *utf8)
+void appendNumbers(QString &text, const QVector<int> &values)
 {
-    return QString::fromUtf8(utf8);
-}
-
-/// The bytes of a literal, NUL bytes included.
-template<size_t size> QByteArray bytes(const char (&literal)[size])
-{
-    return QByteArray(literal, int(size) - 1);
-}
-
-QByteArray fileContent(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString numbers(const QVector<int> &values)
-{
-    QStringList words;
-    std::transform(values.begin(), values.end(), std::back_inserter(words),
-                   [](int value) { return QString::number(value); });
-    return words.join(QLatin1Char(' '));
+    for (const int value : values) {
+        text += QString::number(value);
+        text += QLatin1Char(' ');
+    }
+    if (!values.isEmpty()) {
+        text.chop(1);
+    }
 }
 
 QString describe(const QString &name, const QVector<int> &sub, const QVector<int> &over)
 {
-    return name + QStringLiteral(" sub[") + numbers(sub) + QStringLiteral("] over[") + numbers(over) + QLatin1Char(']');
+    QString text = name + QStringLiteral(" sub[");
+    appendNumbers(text, sub);
+    text += QStringLiteral("] over[");
+    appendNumbers(text, over);
+    text += QLatin1Char(']');
+    return text;
 }
 
 /// The database as text, one record a line: its name and the indices of its sub-graphs and super-graphs.
@@ -190,7 +184,6 @@ Load::Load(Loader loader, const QString &path)
 
 Q_DECLARE_METATYPE(Loader)
 
-/// The database and its two loaders.
 class TestSearchEngine : public QObject
 {
     Q_OBJECT
@@ -235,18 +228,13 @@ private:
     QString write(const QByteArray &content);
     void unopenableFiles();
 
-    QTemporaryDir directory;
+    TestFolder folder;
     int files = 0;
 };
 
 QString TestSearchEngine::write(const QByteArray &content)
 {
-    QString path = directory.filePath(QStringLiteral("%1.tav").arg(files++));
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-    return path;
+    return folder.write(QStringLiteral("%1.tav").arg(files++), content);
 }
 
 void TestSearchEngine::run_data()
@@ -351,14 +339,14 @@ void TestSearchEngine::progressEveryTenThousandLines()
 void TestSearchEngine::unopenableFiles()
 {
     QTest::addColumn<QString>("path");
-    const QString dangling = directory.filePath(QStringLiteral("dangling-%1").arg(files++));
-    QVERIFY(QFile::link(directory.filePath(text("nowhere")), dangling));
-    QTest::newRow("missing file") << directory.filePath(text("missing.tav"));
-    QTest::newRow("missing directory") << directory.filePath(text("missing/file.tav"));
+    const QString dangling = folder.path(QStringLiteral("dangling-%1").arg(files++));
+    QVERIFY(QFile::link(folder.path(text("nowhere")), dangling));
+    QTest::newRow("missing file") << folder.path(text("missing.tav"));
+    QTest::newRow("missing directory") << folder.path(text("missing/file.tav"));
     QTest::newRow("file in a file") << write("A\n") + text("/file.tav");
     QTest::newRow("dangling link") << dangling;
-    QTest::newRow("directory") << directory.path();
-    const QString pipe = directory.filePath(QStringLiteral("pipe-%1").arg(files++));
+    QTest::newRow("directory") << folder.path();
+    const QString pipe = folder.path(QStringLiteral("pipe-%1").arg(files++));
     QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QTest::newRow("pipe that nobody writes to") << pipe;
     QTest::newRow("device without an end") << text("/dev/zero");
@@ -464,7 +452,7 @@ void TestSearchEngine::fileThatIsCutOffWhileItIsRead()
 void TestSearchEngine::loadDataTellsTheFaultOfAFile()
 {
     TAVSearchEngine engine;
-    QVERIFY(!engine.loadData(directory.path()));
+    QVERIFY(!engine.loadData(folder.path()));
     QCOMPARE(engine.fileFault(), text("Is a directory"));
     QVERIFY(!engine.loadData(write("A\t7\n")));
     QCOMPARE(engine.fileFault(), QString());
@@ -529,11 +517,12 @@ void TestSearchEngine::bordersOfChunks_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<bool>("wellFormed");
-    // Each line names the one before and the first; a megabyte is read at a time.
+    // Each line names the one before and the first; a megabyte is read at a time. Long names make few records.
     constexpr int chunk = 1 << 20;
+    const QByteArray tail(80, 'x');
     QByteArray lines = "G0\n";
     for (int i = 1; lines.size() < 3 * chunk; ++i) {
-        lines += 'G' + QByteArray::number(i) + '\t' + QByteArray::number(i - 1) + "\t0\n";
+        lines += 'G' + QByteArray::number(i) + tail + '\t' + QByteArray::number(i - 1) + "\t0\n";
     }
     for (const int size : {chunk - 1, chunk, chunk + 1, 2 * chunk, 2 * chunk + 1}) {
         // The last line is made as long as it takes.
@@ -603,7 +592,7 @@ void TestSearchEngine::realDatabase()
     QFETCH(QString, path);
     QFETCH(int, lines);
     QFETCH(int, progressSignals);
-    const ExpectedDatabase expected(fileContent(path));
+    const ExpectedDatabase expected(contents(path));
     QCOMPARE(expected.records.size(), lines);
     for (const int threads : {1, 8}) {
         const ThreadCount count(threads);

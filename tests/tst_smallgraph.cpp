@@ -1,4 +1,5 @@
 // Small graphs as rows of bits, and their strict reading from graph6.
+
 #include "smallgraph.h"
 
 #include <QtTest>

@@ -1,3 +1,5 @@
+// The linear solver.
+
 #include "solve.h"
 #include "support/stderrcapture.h"
 
@@ -114,7 +116,6 @@ Matrix randomMatrix(int n, int rank, std::mt19937 &random)
 }
 } // namespace
 
-/// The linear solver.
 class TestSolve : public QObject
 {
     Q_OBJECT

@@ -1,5 +1,8 @@
+// Why standard output could not be written.
+
 #include "commandline.h"
 #include "standardoutput.h"
+#include "support/redirection.h"
 
 #include <QtTest>
 
@@ -14,23 +17,6 @@
 
 namespace
 {
-/// While one lives, standard output goes to another file.
-class Redirection
-{
-public:
-    explicit Redirection(int target) : kept(::dup(STDOUT_FILENO)) { ::dup2(target, STDOUT_FILENO); }
-    ~Redirection()
-    {
-        ::dup2(kept, STDOUT_FILENO);
-        ::close(kept);
-    }
-    Redirection(const Redirection &) = delete;
-    Redirection &operator=(const Redirection &) = delete;
-
-private:
-    int kept;
-};
-
 /// Why what was printed could not be written; empty when it could.
 QString faultOfFlush()
 {
@@ -69,7 +55,7 @@ private slots:
         const QString text = QStringLiteral("\u00e4\n").repeated(1 << 18);
         QString fault;
         {
-            const Redirection redirection(ends[1]);
+            const Redirection redirection(STDOUT_FILENO, ends[1]);
             print(text);
             fault = faultOfFlush();
         }
@@ -110,7 +96,7 @@ private slots:
         QCommandLineParser parser;
         parser.setApplicationDescription(description);
         {
-            const Redirection redirection(file.handle());
+            const Redirection redirection(STDOUT_FILENO, file.handle());
             parseArguments(parser, {QStringLiteral("command"), QStringLiteral("--help")});
             faultOfFlush();
         }
@@ -128,7 +114,7 @@ private slots:
         QString fault;
         const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
         {
-            const Redirection redirection(full);
+            const Redirection redirection(STDOUT_FILENO, full);
             print(QStringLiteral("a line\n"));
             std::thread([] { std::cerr << std::flush; }).join();
             errno = ENOTTY;

@@ -1,5 +1,8 @@
+// What all commands of the companion program have in common.
+
+#include "support/literals.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QTemporaryDir>
@@ -21,7 +24,6 @@ ToolResult shell(const QByteArray &line, const QStringList &arguments = {})
 }
 } // namespace
 
-/// What all commands of the companion program have in common.
 class TestTav : public QObject
 {
     Q_OBJECT

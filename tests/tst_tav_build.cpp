@@ -1,6 +1,10 @@
+// tav build, held against a second, literal implementation.
+
 #include "support/endingsignals.h"
+#include "support/literals.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/plaingraph6.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QtTest>
@@ -20,12 +24,8 @@ QByteArray generate(int order, const QStringList &options = {})
 {
     QByteArray lines;
     for (int n = 1; n <= order; ++n) {
-        const ToolResult result = runProgram(QStringLiteral("nauty-geng"), QStringList{QStringLiteral("-q")} + options +
-                                                                               QStringList{QString::number(n)});
-        if (result.status != 0) {
-            qFatal("nauty-geng failed: %s", result.errors.constData());
-        }
-        lines += result.output;
+        lines += outputOf(QStringLiteral("nauty-geng"),
+                          QStringList{QStringLiteral("-q")} + options + QStringList{QString::number(n)});
     }
     return lines;
 }
@@ -59,20 +59,7 @@ Graph decode(const QByteArray &name)
 
 QByteArray encode(const Graph &graph)
 {
-    QByteArray bits;
-    for (int v = 1; v < graph.size(); ++v) {
-        for (int u = 0; u < v; ++u) {
-            bits += graph.at(u).at(v) ? '1' : '0';
-        }
-    }
-    while (bits.size() % 6 != 0) {
-        bits += '0';
-    }
-    QByteArray name(1, char(graph.size() + 63));
-    for (int i = 0; i < bits.size(); i += 6) {
-        name += char(bits.mid(i, 6).toInt(nullptr, 2) + 63);
-    }
-    return name;
+    return plainGraph6(graph.size(), [&graph](int u, int v) { return graph.at(u).at(v); });
 }
 
 Graph randomGraph(std::mt19937 &random, int order, int size)
@@ -204,22 +191,9 @@ class TestTavBuild : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir folder;
-
-    QString path(const char *name) const { return folder.filePath(QLatin1String(name)); }
-
-    QString write(const char *name, const QByteArray &text) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
-            qFatal("cannot write a file of the test");
-        }
-        return file.fileName();
-    }
+    TestFolder folder;
 
 private slots:
-    void init() { QVERIFY(folder.isValid()); }
-
     void aSmallDatabaseByHand()
     {
         // The graphs on three vertices, on two and on one, in an order of no meaning.
@@ -271,9 +245,9 @@ private slots:
 
     void strictRefusesIsomorphicStrings()
     {
-        const QString first = write("first.g6", "@\nBW\n");
-        const QString second = write("second.g6", "A_\n\nBo\n");
-        const QString output = path("strict.tav");
+        const QString first = folder.write("first.g6", "@\nBW\n");
+        const QString second = folder.write("second.g6", "A_\n\nBo\n");
+        const QString output = folder.path("strict.tav");
         const ToolResult result =
             runTav(build({QStringLiteral("--strict"), QStringLiteral("-o"), output, first, second}));
         QCOMPARE(result.status, 1);
@@ -288,7 +262,7 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("input");
         QTest::addColumn<QByteArray>("message");
-        const QString empty = write("empty.g6", ">>graph6<<\n");
+        const QString empty = folder.write("empty.g6", ">>graph6<<\n");
         QTest::newRow("standard input") << QStringList() << QByteArray() << QByteArray("standard input:1: no graph");
         QTest::newRow("only disconnected graphs")
             << QStringList{QStringLiteral("--connected")} << QByteArray("A?\nB?\n")
@@ -317,7 +291,7 @@ private slots:
 
     void filesAndStandardInputFollowEachOther()
     {
-        const QString first = write("a.g6", "A_\n");
+        const QString first = folder.write("a.g6", "A_\n");
         const ToolResult result = runTav(build({first, readInput}), "@\n");
         QCOMPARE(result.output, QByteArray("@\nA_\t0\n"));
         QCOMPARE(result.errors, noTrouble);
@@ -351,14 +325,14 @@ private slots:
 
     void theOutputReplacesAFile()
     {
-        const QString output = write("old.tav", "what stood there");
+        const QString output = folder.write("old.tav", "what stood there");
         QCOMPARE(runTav(build({QStringLiteral("-o"), output}), "@\nA_\n").errors, noTrouble);
         QCOMPARE(contents(output), QByteArray("@\nA_\t0\n"));
     }
 
     void aReplacedFileKeepsItsPermissions()
     {
-        const QString output = write("private.tav", "what stood there");
+        const QString output = folder.write("private.tav", "what stood there");
         const QFile::Permissions onlyMine = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
         QVERIFY(QFile::setPermissions(output, onlyMine));
         QCOMPARE(runTav(build({QStringLiteral("-o"), output}), "@\nA_\n").errors, noTrouble);
@@ -368,8 +342,8 @@ private slots:
 
     void aSymbolicLinkStaysOne()
     {
-        const QString target = write("target.tav", "what stood there");
-        const QString link = path("link.tav");
+        const QString target = folder.write("target.tav", "what stood there");
+        const QString link = folder.path("link.tav");
         QVERIFY(QFile::link(target, link));
         QCOMPARE(runTav(build({QStringLiteral("-o"), link}), "@\nA_\n").errors, noTrouble);
         QCOMPARE(QFileInfo(link).symLinkTarget(), target);
@@ -378,7 +352,7 @@ private slots:
 
     void theInputMayBeTheOutput()
     {
-        const QString file = write("same.g6", "A_\n@\n");
+        const QString file = folder.write("same.g6", "A_\n@\n");
         QCOMPARE(runTav(build({QStringLiteral("-o"), file, file})).errors, noTrouble);
         QCOMPARE(contents(file), QByteArray("@\nA_\t0\n"));
     }
@@ -408,13 +382,13 @@ private slots:
     {
         QFETCH(QByteArray, input);
         QFETCH(QByteArray, message);
-        const QString output = path("bad.tav");
+        const QString output = folder.path("bad.tav");
         ToolResult result = runTav(build({QStringLiteral("-o"), output}), input);
         QCOMPARE(result.errors, QByteArray("tav: standard input:" + message + "\n"));
         QCOMPARE(result.status, 1);
         QVERIFY(!QFile::exists(output));
-        const QString file = write("bad.g6", input);
-        const QString old = write("old.tav", "old");
+        const QString file = folder.write("bad.g6", input);
+        const QString old = folder.write("old.tav", "old");
         result = runTav(build({QStringLiteral("-o"), old, file}));
         QCOMPARE(result.errors, QByteArray("tav: " + file.toUtf8() + ":" + message + "\n"));
         QCOMPARE(result.status, 1);
@@ -441,7 +415,7 @@ private slots:
 
     void filesThatCannotBeUsed()
     {
-        const QString missing = path("missing.g6");
+        const QString missing = folder.path("missing.g6");
         ToolResult result = runTav(build({missing}));
         QCOMPARE(result.status, 1);
         QCOMPARE(result.errors,
@@ -449,7 +423,7 @@ private slots:
         result = runTav(build({folder.path()}));
         QCOMPARE(result.status, 1);
         QCOMPARE(result.errors, QByteArray("tav: " + folder.path().toUtf8() + ":1: cannot be read: Is a directory\n"));
-        const QString nowhere = path("no/such/folder.tav");
+        const QString nowhere = folder.path("no/such/folder.tav");
         result = runTav(build({QStringLiteral("-o"), nowhere}), "@\n");
         QCOMPARE(result.status, 1);
         QCOMPARE(result.errors,
@@ -614,7 +588,7 @@ private slots:
         std::mt19937 random(62);
         const QByteArray below = encode(randomGraph(random, 62, 945)) + '\n';
         const QByteArray repeated = encode(randomGraph(random, 62, 946)) + '\n';
-        const QString graphs = write("hard.g6", below + repeated.repeated(20000));
+        const QString graphs = folder.write("hard.g6", below + repeated.repeated(20000));
         QTemporaryDir place;
         const qint64 timeOfOthers = processorTimeOfChildren();
         QProcess process;
@@ -638,7 +612,7 @@ private slots:
 
     void aReaderThatLeavesEndsItQuietly()
     {
-        const QString graphs = write("all-8.g6", generate(8));
+        const QString graphs = folder.write("all-8.g6", generate(8));
         const QString command = QStringLiteral("set -o pipefail; '%1' build '%2' | head -1; echo \"${PIPESTATUS[0]}\"")
                                     .arg(QStringLiteral(TAVOLINE_TAV), graphs);
         const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command});
@@ -683,7 +657,8 @@ private slots:
     void theProgressNeverFalls()
     {
         std::mt19937 random(63);
-        const QString graphs = write("batches.g6", (encode(randomGraph(random, 62, 1000)) + '\n').repeated(4500));
+        const QString graphs =
+            folder.write("batches.g6", (encode(randomGraph(random, 62, 1000)) + '\n').repeated(4500));
         const QString command =
             QStringLiteral("'%1' build -j 1 '%2' >/dev/null").arg(QStringLiteral(TAVOLINE_TAV), graphs);
         const QByteArray shown =
@@ -701,10 +676,9 @@ private slots:
 
     void moreFilesThanMayBeOpenAtATime()
     {
-        const QTemporaryDir place;
+        const TestFolder place;
         for (int i = 0; i < 300; ++i) {
-            QFile file(place.filePath(QString::number(i)));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(i % 2 == 0 ? "@\n" : "A_\n") > 0);
+            place.write(QString::number(i), i % 2 == 0 ? "@\n" : "A_\n");
         }
         const QString command = QStringLiteral("ulimit -n 16; exec '%1' build *").arg(QStringLiteral(TAVOLINE_TAV));
         const ToolResult result =

@@ -1,8 +1,9 @@
-/// Every call of the operating system that tav makes on its files fails once: the old file is whole then, or the new
-/// one complete, and status and message say which.
+// Every call of the operating system that tav makes on its files fails once: the old file is whole then, or the new
+// one complete, and status and message say which.
 
 #include "support/callfailures.h"
-#include "support/testdata.h"
+#include "support/patience.h"
+#include "support/testfiles.h"
 
 #include <QDir>
 #include <QProcess>
@@ -42,16 +43,16 @@ public:
         if (isNamed) {
             environment.insert(QStringLiteral("FAILING_CALLS_NAMED"), QStringLiteral("1"));
         }
-        makeFile(path(QStringLiteral("graphs")), "Bw\nA_\n@\nCF\n");
-        makeFile(path(QStringLiteral("database")), "@\nA_\t0\nBW\t1\nBw\t1\n");
-        makeFile(path(QStringLiteral("invariant")), "GRAPH\tINV1\n@\t0\nA_\t1\nBW\t0.5\nBw\tNA\n");
-        makeFile(path(QStringLiteral("names")), "A_\nBw\n");
-        makeFile(path(QStringLiteral("script")), "load database\n"
-                                                 "list-from-file list names\n"
-                                                 "load-i1 invariant\n"
-                                                 "save-list list target1\n"
-                                                 "save-graphs target2\n"
-                                                 "save-i1 target3\n");
+        write(path(QStringLiteral("graphs")), "Bw\nA_\n@\nCF\n");
+        write(path(QStringLiteral("database")), "@\nA_\t0\nBW\t1\nBw\t1\n");
+        write(path(QStringLiteral("invariant")), "GRAPH\tINV1\n@\t0\nA_\t1\nBW\t0.5\nBw\tNA\n");
+        write(path(QStringLiteral("names")), "A_\nBw\n");
+        write(path(QStringLiteral("script")), "load database\n"
+                                              "list-from-file list names\n"
+                                              "load-i1 invariant\n"
+                                              "save-list list target1\n"
+                                              "save-graphs target2\n"
+                                              "save-i1 target3\n");
         restoreTargets();
         files = filesIn(folder());
     }
@@ -68,7 +69,7 @@ public:
         process.setProcessEnvironment(environment);
         process.start(QStringLiteral(TAVOLINE_TAV), arguments);
         Ending ending;
-        ending.isInTime = process.waitForFinished(60000);
+        ending.isInTime = process.waitForFinished(patience);
         ending.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
         ending.errors = process.readAllStandardError();
         QFile file(countsFile());
@@ -99,7 +100,7 @@ private:
     void restoreTargets() const
     {
         for (const QString &target : targets) {
-            makeFile(path(target), oldText);
+            write(path(target), oldText);
         }
     }
 

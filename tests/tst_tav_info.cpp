@@ -1,3 +1,5 @@
+// tav info: what it tells of a database, and the faults that it finds.
+
 #include "TAVsearchengine.h"
 #include "support/toolprocess.h"
 

@@ -1,7 +1,10 @@
+// tav invariant: its files, messages and signals.
+
 #include "support/endingsignals.h"
+#include "support/literals.h"
 #include "support/loadedengine.h"
 #include "support/patience.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QtTest>

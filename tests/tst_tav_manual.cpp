@@ -1,4 +1,7 @@
-#include "support/testdata.h"
+// The manual page and the completion hold what the program's own help tells.
+
+#include "support/literals.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QRegularExpression>
@@ -95,7 +98,6 @@ private:
 };
 } // namespace
 
-/// The manual page and the completion hold what the program's own help tells.
 class TestTavManual : public QObject
 {
     Q_OBJECT

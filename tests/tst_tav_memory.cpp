@@ -1,21 +1,11 @@
 // Every large allocation of the companion program fails once: it says so and fails, or its output is right.
-#include "support/testdata.h"
+
+#include "support/literals.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
 #include <QProcessEnvironment>
-#include <QTemporaryDir>
 #include <QtTest>
-
-namespace
-{
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
-}
-} // namespace
 
 class TestTavMemory : public QObject
 {
@@ -52,15 +42,15 @@ void TestTavMemory::commands()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, script);
     QFETCH(bool, onwards);
-    const QTemporaryDir folder;
-    write(folder.filePath(QStringLiteral("script")), script);
+    const TestFolder folder;
+    folder.write("script", script);
     QByteArray names;
     for (const QByteArray &line : contents(example("connected-8.tav")).split('\n')) {
         names += line.left(line.indexOf('\t')) + '\n';
     }
-    write(folder.filePath(QStringLiteral("names.g6")), names);
-    const QString saved = folder.filePath(QStringLiteral("saved"));
-    const QString mark = folder.filePath(QStringLiteral("mark"));
+    folder.write("names.g6", names);
+    const QString saved = folder.path("saved");
+    const QString mark = folder.path("mark");
     write(saved, "old");
     const ToolResult expected = runTav(arguments, {}, folder.path());
     QCOMPARE(expected.status, 0);
@@ -91,7 +81,7 @@ void TestTavMemory::commands()
             QVERIFY2((result.errors + result.output).contains("memory"), result.errors.constData());
             QCOMPARE(contents(saved), expectedFile == "old" ? expectedFile : QByteArray("old"));
         }
-        QStringList left = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden);
+        QStringList left = folder.files();
         left.removeAll(QStringLiteral("mark"));
         QCOMPARE(left, words({"names.g6", "saved", "script"}));
         QVERIFY2(number < 1000, "the same allocation again and again");

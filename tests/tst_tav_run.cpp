@@ -1,13 +1,15 @@
+// tav run: each command of a script is the manager's operation; failures, and where scripts come from.
+
 #include "TAVmanager.h"
 #include "commandline.h"
 #include "parallel.h"
 #include "run.h"
 #include "script.h"
+#include "support/literals.h"
 #include "support/loading.h"
-#include "support/testdata.h"
+#include "support/testfiles.h"
 #include "support/toolprocess.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -174,8 +176,8 @@ private slots:
     // Every test has a folder of its own, in which it runs the program, with the examples in it.
     void init()
     {
-        folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(QFile::link(QStringLiteral(TAVOLINE_EXAMPLES), path("examples")));
+        folder = std::make_unique<TestFolder>();
+        QVERIFY(QFile::link(QStringLiteral(TAVOLINE_EXAMPLES), folder->path("examples")));
         startFolder = QDir::currentPath();
         QVERIFY(QDir::setCurrent(folder->path()));
     }
@@ -224,8 +226,8 @@ private slots:
                                         "List added : both\n"
                                         "List added : nothing\n");
         QCOMPARE(result.status, 0);
-        QCOMPARE(contents(path("complete.g6")), QByteArray("Bw\nC~\nD~{\nE~~w\nF~~~w\nG~~~~{"));
-        QCOMPARE(contents(path("graphs.g6")).count('\n'), 12113);
+        QCOMPARE(contents(folder->path("complete.g6")), QByteArray("Bw\nC~\nD~{\nE~~w\nF~~~w\nG~~~~{"));
+        QCOMPARE(contents(folder->path("graphs.g6")).count('\n'), 12113);
     }
 
     void theGuidesExample()
@@ -301,12 +303,12 @@ private slots:
     {
         QFETCH(int, index);
         const Meaning &meaning = meanings()[index];
-        write("small.tav", "@\nA_\t0\n");
-        write("all.g6", "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n");
+        folder->write("small.tav", "@\nA_\t0\n");
+        folder->write("all.g6", "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n");
         QStringList lists;
         const QByteArray expected = playOnManager(meaning.operation, lists);
         for (const char *file : {"i1", "i2", "out"}) {
-            QFile::remove(path(file));
+            QFile::remove(folder->path(file));
         }
 
         QByteArray script = "load examples/connected-8.tav\n"
@@ -448,7 +450,7 @@ private slots:
         const QByteArray mark = "\xef\xbb\xbf";
         const ToolResult result = runFile(mark + "list-from-file a examples/regular-8.g6\nsave-list a " + mark + "b\n");
         QCOMPARE(result.status, 0);
-        QVERIFY(QFile::exists(folder->filePath(QString(QChar(QChar::ByteOrderMark)) + QLatin1Char('b'))));
+        QVERIFY(QFile::exists(folder->path(QString(QChar(QChar::ByteOrderMark)) + QLatin1Char('b'))));
     }
 
     /// A line of words is not split before it is known that it is no command; only the script itself is kept.
@@ -468,7 +470,7 @@ private slots:
         QFETCH(int, count);
         QFETCH(QByteArray, message);
         {
-            QFile script(path("script"));
+            QFile script(folder->path("script"));
             QVERIFY(script.open(QIODevice::WriteOnly));
             const QByteArray pieces = piece.repeated(count / 100);
             for (int i = 0; i < 100; ++i) {
@@ -476,8 +478,8 @@ private slots:
             }
             script.write("x");
         }
-        const qint64 memory = memoryOf(words({"run", "script"}), path("errors"));
-        QCOMPARE(contents(path("errors")), "tav: script:" + message + '\n');
+        const qint64 memory = memoryOf(words({"run", "script"}), folder->path("errors"));
+        QCOMPARE(contents(folder->path("errors")), "tav: script:" + message + '\n');
         QVERIFY2(memory < allowedMemory, QByteArray::number(memory).constData());
     }
 
@@ -504,7 +506,7 @@ private slots:
 
     void namesBeyondLatin1()
     {
-        write("euro.g6", "\xe2\x82\xac\n");
+        folder->write("euro.g6", "\xe2\x82\xac\n");
         const ToolResult result = runFile("list-from-file \xe2\x82\xac euro.g6\nshow \xe2\x82\xac\n");
         QCOMPARE(result.output, QByteArray("List added : \xe2\x82\xac [ 1 element(s)]\nList added : \xe2\x82\xac\n"
                                            "\xe2\x82\xac\n"));
@@ -571,10 +573,10 @@ private slots:
         QFETCH(QByteArray, console);
         QFETCH(QByteArray, diagnosis);
         QFETCH(QByteArray, message);
-        write("good.tav", "@\nA_\t0\n");
-        write("bad.tav", "@\t7\n");
-        write("bad.txt", "GRAPH\tINV1\nA_\t1\n");
-        write("short.txt", "GRAPH\tINV1\n@\t1\n");
+        folder->write("good.tav", "@\nA_\t0\n");
+        folder->write("bad.tav", "@\t7\n");
+        folder->write("bad.txt", "GRAPH\tINV1\nA_\t1\n");
+        folder->write("short.txt", "GRAPH\tINV1\n@\t1\n");
         const QByteArray before = "# failing commands\nload good.tav\nlist-from-file a examples/regular-8.g6\n";
         const QByteArray consoleBefore = "Loading data ... please wait.\n2 lines.\nData loaded : 2 nodes and 1 links.\n"
                                          "List added : a [ 17 element(s)]\nList added : a\n";
@@ -589,7 +591,7 @@ private slots:
         QCOMPARE(goneOn.output, consoleBefore + console + "a\t17\n");
         QCOMPARE(goneOn.errors, errorsBefore + diagnosis + "tav: script:4: " + message + " (ignored)\n");
         QCOMPARE(goneOn.status, 0);
-        QVERIFY(!QFile::exists(path("b.g6")));
+        QVERIFY(!QFile::exists(folder->path("b.g6")));
     }
 
     void withoutADatabase_data()
@@ -623,7 +625,7 @@ private slots:
 
     void anEmptyListIsNoFailureButIsNotThere()
     {
-        write("empty.g6", "\n\n");
+        folder->write("empty.g6", "\n\n");
         const ToolResult result = runFile("list-from-file a empty.g6\nlists\nshow a\n");
         QCOMPARE(result.output, QByteArray("Empty list, not added.\nList added : a\n"));
         QCOMPARE(result.errors, start + "List added : a\ntav: script:3: show failed: there is no list 'a'\n");
@@ -632,9 +634,9 @@ private slots:
 
     void aFailedSaveKeepsTheFile()
     {
-        write("kept", "old");
+        folder->write("kept", "old");
         QVERIFY(runFile("-save-graphs kept\n-save-list a kept\n").status == 0);
-        QCOMPARE(contents(path("kept")), QByteArray("old"));
+        QCOMPARE(contents(folder->path("kept")), QByteArray("old"));
     }
 
     void aFailedLoadLeavesNoDatabase()
@@ -679,7 +681,7 @@ private slots:
 
     void theNumberOfProcessorsIsHeeded()
     {
-        write("script", "# nothing\n");
+        folder->write("script", "# nothing\n");
         const int wanted = threadCount() + 1;
         runScript({QStringLiteral("run"), QStringLiteral("-j"), QString::number(wanted), QStringLiteral("script")});
         const int chosen = threadCount();
@@ -699,7 +701,7 @@ private slots:
 
     void aFullStandardOutput()
     {
-        write("script", "list-from-file a examples/regular-8.g6\nlists\n");
+        folder->write("script", "list-from-file a examples/regular-8.g6\nlists\n");
         QProcess process;
         process.setStandardOutputFile(QStringLiteral("/dev/full"));
         process.start(QStringLiteral(TAVOLINE_TAV), words({"run", "script"}));
@@ -711,8 +713,8 @@ private slots:
 
     void aReaderThatLeavesEndsItQuietly()
     {
-        write("script", "list-from-file a graphs.g6\nshow a\nshow a\n");
-        write("graphs.g6", QByteArray(1 << 20, '\n').replace("\n", "@\n"));
+        folder->write("script", "list-from-file a graphs.g6\nshow a\nshow a\n");
+        folder->write("graphs.g6", QByteArray(1 << 20, '\n').replace("\n", "@\n"));
         const QString command = QStringLiteral("'%1' run script | head -1; echo \"${PIPESTATUS[0]}\"");
         const ToolResult result =
             runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), command.arg(QStringLiteral(TAVOLINE_TAV))});
@@ -723,9 +725,9 @@ private slots:
     /// The saves go on until the signal ends them. It comes while a new file is not yet in the place of the old one.
     void aSignalWaitsForTheEndOfASave()
     {
-        write("script", "load \"" TAVOLINE_BUILD_DATA "/connected-9.tav\"\n" +
-                            QByteArray(10000, '\n').replace("\n", "save-graphs saved\n"));
-        const QString saved = path("saved");
+        folder->write("script", "load \"" TAVOLINE_BUILD_DATA "/connected-9.tav\"\n" +
+                                    QByteArray(10000, '\n').replace("\n", "save-graphs saved\n"));
+        const QString saved = folder->path("saved");
         QProcess process;
         process.start(QStringLiteral(TAVOLINE_TAV), words({"run", "script"}));
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(saved), patience);
@@ -741,8 +743,7 @@ private slots:
         QCOMPARE(process.exitCode(), SIGTERM);
         QVERIFY(fileNumber(saved) != before);
         QCOMPARE(contents(saved).count('\n'), 273193);
-        QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden),
-                 (QStringList{QStringLiteral("saved"), QStringLiteral("script")}));
+        QCOMPARE(folder->files(), words({"examples", "saved", "script"}));
     }
 
     // 273 193 graphs take a while.
@@ -766,11 +767,11 @@ private slots:
                                     "save-list a list\nremove-list a\nsave-graphs names\nsave-i1 i1\n"
                                     "-load missing\n-load-i1 missing\n-list-from-file a missing\n"
                                     "-save-graphs missing/file\n";
-        write("script", commands.repeated(20));
+        folder->write("script", commands.repeated(20));
         const QString line = QStringLiteral("ulimit -n 16; exec '%1' run script").arg(QStringLiteral(TAVOLINE_TAV));
         const ToolResult result = runProgram(QStringLiteral("bash"), {QStringLiteral("-c"), line});
         QVERIFY2(result.status == 0, result.errors.constData());
-        QCOMPARE(contents(path("list")), contents(QStringLiteral("examples/regular-8.g6")).trimmed());
+        QCOMPARE(contents(folder->path("list")), contents(QStringLiteral("examples/regular-8.g6")).trimmed());
     }
 
     void aSignalEndsTheWaitForALine()
@@ -785,18 +786,9 @@ private slots:
     }
 
 private:
-    QString path(const char *name) const { return folder->filePath(QLatin1String(name)); }
-
-    void write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), qint64(bytes.size()));
-    }
-
     ToolResult runFile(const QByteArray &script) const
     {
-        write("script", script);
+        folder->write("script", script);
         return runTav(words({"run", "script"}));
     }
 
@@ -813,7 +805,8 @@ private:
     /// The files that a command may have written, and the invariants after it.
     QByteArray written() const
     {
-        return contentsIfThere(path("i1")) + contentsIfThere(path("i2")) + contentsIfThere(path("out"));
+        return contentsIfThere(folder->path("i1")) + contentsIfThere(folder->path("i2")) +
+               contentsIfThere(folder->path("out"));
     }
 
     /// What the console of a manager shows and the files hold after an operation; @p lists are the lists then.
@@ -838,7 +831,7 @@ private:
         return output + written();
     }
 
-    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<TestFolder> folder;
     QString startFolder;
     QHash<QByteArray, QString> outcomes; // of the commands so far: the line of each
 };

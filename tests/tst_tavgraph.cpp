@@ -1,3 +1,5 @@
+// The record of one database graph.
+
 #include "TAVgraph.h"
 
 #include <QtTest>
@@ -18,7 +20,6 @@ TAVGraph withInv1(const char *name, double value)
 }
 } // namespace
 
-/// The record of one database graph.
 class TestTAVGraph : public QObject
 {
     Q_OBJECT

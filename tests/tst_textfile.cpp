@@ -1,9 +1,10 @@
 // Whole text files, as the viewer reads them, and the parts of a text.
-#include "support/testdata.h"
+
+#include "support/literals.h"
+#include "support/testfiles.h"
 #include "support/withoutrights.h"
 #include "textfile.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -27,8 +28,6 @@ class TestTextFile : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { QVERIFY(folder.isValid()); }
-
     void aTextWithoutItsCarriageReturns()
     {
         QByteArray text("old");
@@ -57,7 +56,7 @@ private slots:
         QVERIFY(!readTextFile(write(QByteArray("1\0", 2)), text));
         QVERIFY(!readTextFile(write(QByteArray("\0", 1)), text));
         QVERIFY(!readTextFile(folder.path(), text));
-        QVERIFY(!readTextFile(folder.filePath(QStringLiteral("missing")), text));
+        QVERIFY(!readTextFile(folder.path("missing"), text));
         QVERIFY(!readTextFile(QString(), text));
         QVERIFY(!readTextFile(QStringLiteral("/dev/zero"), text));
         QVERIFY(!readTextFile(QStringLiteral("/proc/self/mem"), text)); // can be opened, but not read
@@ -99,16 +98,9 @@ private slots:
     }
 
 private:
-    QString write(const QByteArray &content) const
-    {
-        QFile file(folder.filePath(QStringLiteral("text")));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("cannot write a file of the test");
-        }
-        return file.fileName();
-    }
+    QString write(const QByteArray &content) const { return folder.write("text", content); }
 
-    QTemporaryDir folder;
+    TestFolder folder;
 };
 
 QTEST_GUILESS_MAIN(TestTextFile)

@@ -1,4 +1,5 @@
 // The bytes of a line of a text file: what they mean, with and without "\r", and their fields.
+
 #include "textline.h"
 
 #include <QtTest>

@@ -1,3 +1,5 @@
+// Values that are computed by child processes.
+
 #include "commandline.h"
 #include "interruption.h"
 #include "support/patience.h"

@@ -1,18 +1,14 @@
+// For tests that let every call of the operating system fail once: which calls there are, and what their failure means.
+// The kinds of calls are those of SystemCall.
 #ifndef TAVOLINE_TESTS_CALLFAILURES_H
 #define TAVOLINE_TESTS_CALLFAILURES_H
 
 #include <QByteArray>
-#include <QDir>
-#include <QFile>
 #include <QList>
 #include <QMap>
-#include <QString>
-#include <QStringList>
 
 #include <cerrno>
 #include <cstring>
-
-// For tests that let every call of the operating system fail once. The kinds of calls are those of SystemCall.
 
 /// With each of these each call fails.
 constexpr int callErrors[] = {EIO, ENOSPC, EACCES, EINTR};
@@ -52,20 +48,6 @@ inline QByteArray reasonOf(int error)
 inline QByteArray description(const QByteArray &kind, int occurrence, int error)
 {
     return kind + " number " + QByteArray::number(occurrence) + " fails: " + reasonOf(error);
-}
-
-/// The names of all files in the folder.
-inline QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-}
-
-inline void makeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(path));
-    }
 }
 
 #endif

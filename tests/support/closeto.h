@@ -1,3 +1,4 @@
+// Numbers that are equal but for rounding.
 #ifndef TAVOLINE_TESTS_CLOSETO_H
 #define TAVOLINE_TESTS_CLOSETO_H
 

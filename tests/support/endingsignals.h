@@ -1,3 +1,4 @@
+// The signals that end the companion program, as rows of a test.
 #ifndef TAVOLINE_TESTS_ENDINGSIGNALS_H
 #define TAVOLINE_TESTS_ENDINGSIGNALS_H
 

@@ -1,3 +1,5 @@
+// A limit of the size of files stands for the full disk.
+
 #include "fulldisk.h"
 
 #include <csignal>

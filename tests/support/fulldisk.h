@@ -1,3 +1,4 @@
+// A disk that is full.
 #ifndef TAVOLINE_TESTS_FULLDISK_H
 #define TAVOLINE_TESTS_FULLDISK_H
 

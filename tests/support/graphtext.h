@@ -1,3 +1,4 @@
+// A viewer's graph as text, for literals in tests.
 #ifndef TAVOLINE_TESTS_GRAPHTEXT_H
 #define TAVOLINE_TESTS_GRAPHTEXT_H
 

@@ -1,3 +1,5 @@
+// Paints an item of the viewer into an image and looks at its pixels.
+
 #include "itemimage.h"
 
 #include <QGraphicsItem>

@@ -1,3 +1,4 @@
+// What an item of the viewer paints, pixel by pixel.
 #ifndef TAVOLINE_TESTS_ITEMIMAGE_H
 #define TAVOLINE_TESTS_ITEMIMAGE_H
 

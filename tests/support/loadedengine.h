@@ -1,11 +1,11 @@
+// An engine with a small database.
 #ifndef TAVOLINE_TESTS_LOADEDENGINE_H
 #define TAVOLINE_TESTS_LOADEDENGINE_H
 
 #include "TAVgraph.h"
 #include "TAVsearchengine.h"
+#include "testfiles.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QVector>
 
 #include <optional>
@@ -27,17 +27,8 @@ public:
     LoadedEngine(const LoadedEngine &) = delete;
     LoadedEngine &operator=(const LoadedEngine &) = delete;
 
-    QString path(const char *name) const { return directory.filePath(QLatin1String(name)); }
-
-    /// Writes a file and returns its path.
-    QString write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-            qFatal("cannot write %s", name);
-        }
-        return file.fileName();
-    }
+    QString path(const char *name) const { return folder.path(name); }
+    QString write(const char *name, const QByteArray &bytes) const { return folder.write(name, bytes); }
 
     TAVGraph &graph(int position) const { return *engine.records().at(position); }
 
@@ -69,7 +60,7 @@ private:
         return words.join(QLatin1Char(' '));
     }
 
-    QTemporaryDir directory;
+    TestFolder folder;
 };
 
 #endif

@@ -1,3 +1,5 @@
+// Presses the buttons of the window, fills in its fields and waits for its database.
+
 #include "mainwindowfixture.h"
 
 #include "TAVmainwidget.h"
@@ -8,7 +10,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,9 +24,9 @@ MainWindowFixture::MainWindowFixture(const QString &savedWorkDir)
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QApplication::setOrganizationName(QStringLiteral("Tavoline"));
     QApplication::setApplicationName(QStringLiteral("tests"));
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, directory.path());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
     QSettings settings;
-    settings.setValue(QStringLiteral("wd"), savedWorkDir.isNull() ? directory.path() : savedWorkDir);
+    settings.setValue(QStringLiteral("wd"), savedWorkDir.isNull() ? folder.path() : savedWorkDir);
     settings.sync();
 
     window = new TAVMainWindow;
@@ -128,13 +129,4 @@ TAVMainWidget *MainWindowFixture::widget() const
 Graph *MainWindowFixture::view() const
 {
     return window->findChild<Graph *>();
-}
-
-QString MainWindowFixture::write(const QString &name, const QByteArray &bytes) const
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("cannot write %s", qPrintable(file.fileName()));
-    }
-    return file.fileName();
 }

@@ -1,11 +1,12 @@
+// The program's window with settings of its own, and how a user works with it.
 #ifndef TAVOLINE_TESTS_MAINWINDOWFIXTURE_H
 #define TAVOLINE_TESTS_MAINWINDOWFIXTURE_H
 
 #include "TAVmainwindow.h"
+#include "testfiles.h"
 
 #include <QPointer>
 #include <QStringList>
-#include <QTemporaryDir>
 
 #include <functional>
 
@@ -50,15 +51,15 @@ public:
     QString positionText() const;
     TAVMainWidget *widget() const;
     Graph *view() const;
-    /// A path in the fixture's own, empty directory.
-    QString path(const QString &name) const { return directory.filePath(name); }
-    /// Writes a file in that directory and returns its path.
-    QString write(const QString &name, const QByteArray &bytes) const;
+    /// A path in the fixture's own, empty folder.
+    QString path(const QString &name) const { return folder.path(name); }
+    /// Writes a file in that folder and returns its path.
+    QString write(const QString &name, const QByteArray &bytes) const { return folder.write(name, bytes); }
 
     QPointer<TAVMainWindow> window;
 
 private:
-    QTemporaryDir directory;
+    TestFolder folder;
 };
 
 #endif

@@ -1,3 +1,4 @@
+// Runs a program and collects its output.
 #ifndef TAVOLINE_TESTS_RUNPROGRAM_H
 #define TAVOLINE_TESTS_RUNPROGRAM_H
 
@@ -30,6 +31,16 @@ inline ToolResult runProgram(const QString &program, const QStringList &argument
     result.output = process.readAllStandardOutput();
     result.errors = process.readAllStandardError();
     return result;
+}
+
+/// What a program writes that must succeed.
+inline QByteArray outputOf(const QString &program, const QStringList &arguments, const QByteArray &input = {})
+{
+    const ToolResult result = runProgram(program, arguments, input);
+    if (result.status != 0) {
+        qFatal("%s: %s", qPrintable(program), result.errors.constData());
+    }
+    return result.output;
 }
 
 #endif

@@ -1,3 +1,5 @@
+// Receives every signal of an object through its meta-object, and writes out the arguments.
+
 #include "signalrecorder.h"
 
 #include <QVariant>

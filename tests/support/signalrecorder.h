@@ -1,3 +1,4 @@
+// Writes down the signals of an object as text.
 #ifndef TAVOLINE_TESTS_SIGNALRECORDER_H
 #define TAVOLINE_TESTS_SIGNALRECORDER_H
 

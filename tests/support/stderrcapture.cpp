@@ -1,3 +1,5 @@
+// Lets the descriptor of the standard error stream be a temporary file for a while.
+
 #include "stderrcapture.h"
 
 #include <QtGlobal>

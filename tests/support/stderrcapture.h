@@ -1,3 +1,4 @@
+// Collects what the process writes to its standard error stream.
 #ifndef TAVOLINE_TESTS_STDERRCAPTURE_H
 #define TAVOLINE_TESTS_STDERRCAPTURE_H
 

@@ -1,3 +1,4 @@
+// How many threads work is shared out among, and a system that makes none.
 #ifndef TAVOLINE_TESTS_THREADS_H
 #define TAVOLINE_TESTS_THREADS_H
 

@@ -1,3 +1,4 @@
+// Runs the companion program, and watches and stops it while it runs.
 #ifndef TAVOLINE_TESTS_TOOLPROCESS_H
 #define TAVOLINE_TESTS_TOOLPROCESS_H
 

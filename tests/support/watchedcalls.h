@@ -1,3 +1,4 @@
+// The calls of the operating system on files: a test sees each of them, and can let it fail.
 #ifndef TAVOLINE_TESTS_WATCHEDCALLS_H
 #define TAVOLINE_TESTS_WATCHEDCALLS_H
 

@@ -1,3 +1,5 @@
+// Finds the widgets of a window by their labels, uses them, and answers dialogs.
+
 #include "windowdriver.h"
 
 #include "patience.h"

@@ -1,3 +1,4 @@
+// Works with a window as a user does.
 #ifndef TAVOLINE_TESTS_WINDOWDRIVER_H
 #define TAVOLINE_TESTS_WINDOWDRIVER_H
 

@@ -1,3 +1,4 @@
+// Files and folders that the process has no right to use.
 #ifndef TAVOLINE_TESTS_WITHOUTRIGHTS_H
 #define TAVOLINE_TESTS_WITHOUTRIGHTS_H
 
