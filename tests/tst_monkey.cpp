@@ -6,6 +6,7 @@
 #include "graph.h"
 #include "node.h"
 #include "support/mainwindowfixture.h"
+#include "support/otherwork.h"
 #include "support/patience.h"
 #include "support/testfiles.h"
 #include "support/windowdriver.h"
@@ -710,9 +711,14 @@ void Monkey::resizeWindow()
 
 void Monkey::turnEventLoop()
 {
-    const int time = dice.below(30);
-    attempt(QStringLiteral("wait %1 ms").arg(time));
-    QTest::qWait(time);
+    // Not a time to wait: the number of rounds is the seed's, and how far a load comes meanwhile is the machine's.
+    const int rounds = dice.below(1000);
+    attempt(QStringLiteral("%1 rounds of the event loop").arg(rounds));
+    for (int i = 0; i < rounds; ++i) {
+        doOtherWork();
+        QCoreApplication::processEvents();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // which the rounds leave
 }
 
 void Monkey::closeWindow()
