@@ -31,6 +31,7 @@ tavoline_test(tst_textline tavoline_files)
 tavoline_test(tst_searchengine tavoline_core)
 tavoline_test(tst_graphlist tavoline_core)
 tavoline_test(tst_manager tavoline_core)
+tavoline_test(tst_longlines tavoline_core)
 tavoline_test(tst_listalgebra tavoline_lists tavoline_base)
 tavoline_test(tst_loading tavoline_core)
 tavoline_test(tst_invariantline tavoline_database)
@@ -76,7 +77,7 @@ tavoline_test(tst_failingcalls window_fixture watched_calls)
 tavoline_window_test(tst_monkey window_fixture)
 tavoline_patient_test(tst_monkey)
 
-tavoline_slow_tests(tst_failingcalls tst_loadraces tst_monkey tst_queries_random tst_searchengine)
+tavoline_slow_tests(tst_failingcalls tst_loadraces tst_longlines tst_monkey tst_queries_random tst_searchengine)
 
 # The companion program.
 if(NOT TAVOLINE_TAV)

@@ -163,6 +163,15 @@ private slots:
         QCOMPARE(folder->files().size(), 4);
     }
 
+    void aLineOfMoreThanTheLimit()
+    {
+        const QString line = QStringLiteral("(head -c 600000000 /dev/zero | tr '\\0' A) | '%1' info -");
+        const ToolResult result =
+            runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), line.arg(QStringLiteral(TAVOLINE_TAV))});
+        QCOMPARE(result.errors, QByteArray("tav: standard input:1: a line of more than 512 MiB\n"));
+        QCOMPARE(result.status, 1);
+    }
+
     void killedWhileItWrites_data()
     {
         QTest::addColumn<QByteArray>("save");

@@ -34,8 +34,6 @@ private slots:
     void unreadableFile();
     void failedSaveKeepsTheOldFile();
     void fullDevice();
-    void aLineThatIsTooLong_data();
-    void aLineThatIsTooLong();
 };
 
 namespace
@@ -265,34 +263,6 @@ void TestInvariantFiles::fullDevice()
     QVERIFY(!database.engine.saveInv1(QStringLiteral("/dev/full")));
     QCOMPARE(signalsSeen.recorded(), words({"console Unable to write file :/dev/full"}));
     QVERIFY(!QFileInfo(QStringLiteral("/dev/full")).isFile());
-}
-
-void TestInvariantFiles::aLineThatIsTooLong_data()
-{
-    QTest::addColumn<Load>("load");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QString>("inv");
-    QTest::newRow("I1, header") << &TAVSearchEngine::loadInv1 << QByteArray() << QStringLiteral("7 8 9");
-    QTest::newRow("I1, second graph") << &TAVSearchEngine::loadInv1 << QByteArray("h\n@\t5\n")
-                                      << QStringLiteral("5 8 9");
-    QTest::newRow("I2, third graph") << &TAVSearchEngine::loadInv2 << QByteArray("h\n@\t5\nA_\t6\n")
-                                     << QStringLiteral("5 6 9");
-}
-
-void TestInvariantFiles::aLineThatIsTooLong()
-{
-    QFETCH(Load, load);
-    QFETCH(QByteArray, before);
-    LoadedEngine database(threeGraphs);
-    database.setInv1({7.0, 8.0, 9.0});
-    database.setInv2({7.0, 8.0, 9.0});
-    QFile file(database.write("i.txt", before));
-    QVERIFY(file.resize(qint64(1) << 30)); // with zeros, which take no room on the disk
-    const SignalRecorder signalsSeen(database.engine);
-    QVERIFY(!(database.engine.*load)(file.fileName()));
-    QCOMPARE(signalsSeen.recorded(), QStringList{QStringLiteral("console Unable to read file :") + file.fileName()});
-    QCOMPARE(database.engine.fileFault(), QStringLiteral("a line of more than 512 MiB"));
-    QTEST(load == &TAVSearchEngine::loadInv1 ? database.inv1() : database.inv2(), "inv");
 }
 
 QTEST_GUILESS_MAIN(TestInvariantFiles)

@@ -77,7 +77,7 @@ void TestListAlgebra::manyNames()
 {
     QFETCH(int, threads);
     const ThreadCount count(threads);
-    constexpr int many = 300000;
+    constexpr int many = 60000;
     QStringList even;
     QStringList thirds;
     for (int i = 0; i < many; ++i) {

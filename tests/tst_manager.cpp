@@ -141,7 +141,6 @@ private slots:
     void addListFromEmptyFile();
     void addListFromFileThatCannotBeOpened_data();
     void addListFromFileThatCannotBeOpened();
-    void addListFromFileWithAnOverlongLine();
     void addListFromFileWithoutAFreshName_data();
     void addListFromFileWithoutAFreshName();
 
@@ -429,18 +428,6 @@ void TestManager::addListFromFileThatCannotBeOpened()
     Watch watch(manager);
     QVERIFY(!manager.addListFromFile(text("A"), path));
     watch.expect({text("console Unable to open file :") + path, text("manager_ready")}, "Unable to open file\n");
-    QCOMPARE(manager.listNames(), QStringList());
-}
-
-void TestManager::addListFromFileWithAnOverlongLine()
-{
-    QFile file(write("Bw\n"));
-    QVERIFY(file.resize(qint64(1) << 32)); // takes no room on the disk
-    TAVManager manager;
-    Watch watch(manager);
-    QVERIFY(!manager.addListFromFile(text("A"), file.fileName()));
-    watch.expect({text("console Unable to read file :") + file.fileName(), text("manager_ready")}, "");
-    QCOMPARE(manager.fileFault(), text("a line of more than 512 MiB"));
     QCOMPARE(manager.listNames(), QStringList());
 }
 

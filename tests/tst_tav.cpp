@@ -293,13 +293,6 @@ private slots:
                                     "tav: standard input: faults found: 1\n");
     }
 
-    void aLineOfMoreThanTheLimit()
-    {
-        const ToolResult result = shell("(head -c 600000000 /dev/zero | tr '\\0' A) | $1 info -");
-        QCOMPARE(result.errors, QByteArray("tav: standard input:1: a line of more than 512 MiB\n"));
-        QCOMPARE(result.status, 1);
-    }
-
     void bitsBehindTheLastPair()
     {
         // Two vertices have one pair, and the byte has five bits more.
