@@ -343,8 +343,11 @@ void TestReplacement::aFileThatMayNotBeWrittenToIsKept()
 void TestReplacement::ownerAndGroup()
 {
     makeFile(file(), "old", 0660);
-    std::vector<gid_t> groups(size_t(::getgroups(0, nullptr)) + 1, ::getegid());
-    ::getgroups(int(groups.size()) - 1, groups.data());
+    const int groupCount = ::getgroups(0, nullptr);
+    QVERIFY(groupCount >= 0);
+    std::vector<gid_t> groups(groupCount, 0);
+    QCOMPARE(::getgroups(groupCount, groups.data()), groupCount);
+    groups.push_back(::getegid());
     const bool isAdministrator = ::geteuid() == 0;
     const uid_t owner = isAdministrator ? 12345 : ::geteuid();
     const gid_t group = isAdministrator ? 54321 : *std::max_element(groups.begin(), groups.end());
@@ -888,15 +891,17 @@ void TestReplacement::temporaryNamesAreNotFollowed()
     QFETCH(bool, isNamed);
     makeFile(path("precious"), "precious");
     QByteArray name;
+    bool isLinked = false;
     const auto watched = watchKind([&](const SystemCall &call) {
         const QByteArray taken = QByteArray::fromStdString(call.path);
         if (name.isEmpty() && isOf(call, isNamed ? "open" : "link") && taken.startsWith(file() + '.')) {
             name = taken;
-            ::symlink("precious", name.constData());
+            isLinked = ::symlink("precious", name.constData()) == 0;
         }
         return 0;
     });
     QCOMPARE(save(file()).result, WriteResult::Written);
+    QVERIFY(isLinked);
     QCOMPARE(contents(file()), QByteArray("new"));
     QVERIFY(S_ISREG(statusOf(file()).st_mode));
     QCOMPARE(contents(path("precious")), QByteArray("precious"));
