@@ -77,7 +77,8 @@ tavoline_test(tst_failingcalls window_fixture watched_calls)
 tavoline_window_test(tst_monkey window_fixture)
 tavoline_patient_test(tst_monkey)
 
-tavoline_slow_tests(tst_failingcalls tst_loadraces tst_longlines tst_monkey tst_queries_random tst_searchengine)
+tavoline_slow_tests(tst_failingcalls tst_loadraces tst_longlines tst_monkey tst_queries_random tst_searchengine
+    tst_commands tst_graph_commands tst_loading tst_mainwidget)
 
 # The companion program.
 if(NOT TAVOLINE_TAV)
@@ -107,4 +108,4 @@ endif()
 tavoline_tool_test(tst_tav_calls)
 target_compile_definitions(tst_tav_calls PRIVATE TAVOLINE_FAILING_CALLS="$<TARGET_FILE:failing_calls>")
 add_dependencies(tst_tav_calls failing_calls)
-tavoline_slow_tests(tst_tav_calls tst_faults tst_tav_build)
+tavoline_slow_tests(tst_tav_calls tst_faults tst_tav_build tst_tav_invariant tst_tav_run)
