@@ -19,5 +19,6 @@ install_packages() {
 
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
-test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14)
+test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14
+    man-db desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)
 fuzz_packages=(clang libclang-rt-14-dev)

@@ -16,6 +16,19 @@ if(TAVOLINE_TAV)
     add_dependencies(tst_hardening tav)
 endif()
 
+tavoline_test(tst_installation Qt5::Gui)
+target_compile_definitions(tst_installation PRIVATE
+    TAVOLINE_BUILD="${PROJECT_BINARY_DIR}"
+    TAVOLINE_VERSION="${PROJECT_VERSION}"
+    APPSTREAMCLI_PROGRAM="${APPSTREAMCLI}"
+    CMAKE_PROGRAM="${CMAKE_COMMAND}"
+    DESKTOP_FILE_VALIDATE_PROGRAM="${DESKTOP_FILE_VALIDATE}"
+    MAN_PROGRAM="${MAN}"
+    UPDATE_DESKTOP_DATABASE_PROGRAM="${UPDATE_DESKTOP_DATABASE}"
+    UPDATE_MIME_DATABASE_PROGRAM="${UPDATE_MIME_DATABASE}"
+    XDG_MIME_PROGRAM="${XDG_MIME}")
+add_dependencies(tst_installation tavoline)
+
 # The core: no widgets.
 tavoline_test(tst_tavgraph tavoline_record)
 tavoline_test(tst_inputfile tavoline_files)

@@ -1,6 +1,7 @@
 // The manual page and the completion hold what the program's own help tells.
 
 #include "support/literals.h"
+#include "support/matches.h"
 #include "support/testfiles.h"
 #include "support/toolprocess.h"
 
@@ -16,17 +17,6 @@ const QString completionPath = QStringLiteral(TAVOLINE_SOURCES "/tav/tav.bash");
 QString helpOf(const QStringList &command)
 {
     return QString::fromUtf8(runTav(command + QStringList{QStringLiteral("--help")}).output);
-}
-
-/// All that the first group of @p expression takes in @p text.
-QStringList allMatches(const QString &text, const char *expression)
-{
-    QStringList found;
-    const QRegularExpression pattern(QLatin1String(expression), QRegularExpression::MultilineOption);
-    for (auto match = pattern.globalMatch(text); match.hasNext();) {
-        found.append(match.next().captured(1));
-    }
-    return found;
 }
 
 QStringList commands()
