@@ -22,3 +22,5 @@ display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14
     man-db desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)
 fuzz_packages=(clang libclang-rt-14-dev)
+package_packages=(dpkg-dev file lintian)
+package_test_packages=(mmdebstrap xdotool xvfb xauth)
