@@ -1,4 +1,4 @@
-// The guide does what it says: its commands are run, and their output is compared.
+// The guide and the manual do what they say: their commands are run, and their output is compared.
 
 #include "support/literals.h"
 #include "support/testfiles.h"
@@ -13,21 +13,20 @@
 
 namespace
 {
-const QString guidePath = QStringLiteral(TAVOLINE_SOURCES "/docs/guide.md");
-
-/// A fenced block of the guide.
+/// A fenced block of a page.
 struct Block {
     QByteArray language;
     QByteArray text;
     int line; ///< of its first line
 };
 
-std::vector<Block> blocksOfTheGuide()
+std::vector<Block> blocksOf(const char *page)
 {
     std::vector<Block> blocks;
     bool isInside = false;
     int number = 0;
-    for (const QByteArray &line : contents(guidePath).split('\n')) {
+    for (const QByteArray &line :
+         contents(QStringLiteral(TAVOLINE_SOURCES "/docs/") + QLatin1String(page)).split('\n')) {
         ++number;
         if (line.startsWith("```")) {
             isInside = !isInside;
@@ -54,20 +53,23 @@ private slots:
         qputenv("LC_ALL", "C");
     }
 
-    /// The commands are carried out in their order and in the same folder, each block with what it must print.
+    /// The commands are carried out in their order and in the same folder, each block with what it must print. The
+    /// manual has some on the database of the guide.
     void commands_data()
     {
         QTest::addColumn<QByteArray>("commands");
         QTest::addColumn<QByteArray>("output");
-        const std::vector<Block> blocks = blocksOfTheGuide();
-        for (size_t i = 0; i < blocks.size(); ++i) {
-            const bool isAnswered = i + 1 < blocks.size() && blocks[i + 1].language == "text";
-            QTest::addRow("line %d", blocks[i].line)
-                << blocks[i].text << (isAnswered ? blocks[i + 1].text : QByteArray());
-            QVERIFY2(blocks[i].language == "sh", "commands are expected");
-            i += isAnswered ? 1 : 0;
+        for (const char *page : {"guide.md", "manual.md"}) {
+            const std::vector<Block> blocks = blocksOf(page);
+            for (size_t i = 0; i < blocks.size(); ++i) {
+                const bool isAnswered = i + 1 < blocks.size() && blocks[i + 1].language == "text";
+                QTest::addRow("%s, line %d", page, blocks[i].line)
+                    << blocks[i].text << (isAnswered ? blocks[i + 1].text : QByteArray());
+                QVERIFY2(blocks[i].language == "sh", "commands are expected");
+                i += isAnswered ? 1 : 0;
+            }
+            QVERIFY(!blocks.empty());
         }
-        QVERIFY(blocks.size() > 10);
     }
 
     void commands()
@@ -86,7 +88,7 @@ private slots:
     {
         const QRegularExpression link(QStringLiteral("\\]\\(([^)#:]+)\\)"));
         int count = 0;
-        for (const char *page : {"README.md", "docs/guide.md", "docs/tav-run.md"}) {
+        for (const char *page : {"README.md", "docs/guide.md", "docs/manual.md", "docs/tav-run.md"}) {
             const QString path = QStringLiteral(TAVOLINE_SOURCES "/") + QLatin1String(page);
             for (auto match = link.globalMatch(QString::fromUtf8(contents(path))); match.hasNext(); ++count) {
                 const QString target = match.next().captured(1);

@@ -7,6 +7,7 @@
 #include "applicationtitle.h"
 #include "graph.h"
 #include "node.h"
+#include "nodedisplay.h"
 #include "support/windowdriver.h"
 
 #include <QApplication>
@@ -19,8 +20,10 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
+#include <QToolBar>
 #include <QtTest>
 
+#include <algorithm>
 #include <iostream>
 
 namespace
@@ -33,6 +36,7 @@ public:
     void run()
     {
         save("start");
+        lookAround();
         loadDatabase();
         buildListFromFile();
         browse();
@@ -45,6 +49,18 @@ public:
     }
 
 private:
+    void lookAround()
+    {
+        savePicture(*window.findChild<QToolBar *>(), "tool-bar");
+        savePicture(*panel("modePanel"), "mode-panel");
+        const driver::DialogAnswer answer([this](QDialog *dialog) {
+            savePicture(*dialog, "about");
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        driver::click(&window, QStringLiteral("About"));
+        expect(answer.done(), "the About box came up");
+    }
+
     void loadDatabase()
     {
         openFile(QStringLiteral("Load database"), QStringLiteral("connected-8.tav"), "choose-database");
@@ -69,6 +85,7 @@ private:
         driver::click(&window, QStringLiteral("=>>"));
         expect(position->text().startsWith(QStringLiteral("2/17 ")), "the first step shows the second graph");
         save("second-graph");
+        savePicture(*panel("visualizationPanel"), "viewer-panel");
         driver::click(&window, QStringLiteral("=>>"));
         save("third-graph");
         for (int presses = 0; presses < 3; ++presses) {
@@ -95,6 +112,8 @@ private:
         expect(consoleText().contains(QStringLiteral("List added : complete [ 6 element(s)]")),
                "six graphs have no graph below them with a smaller average distance");
         save("comparison-list");
+        savePicture(*panel("invariantsPanel"), "invariants-panel");
+        savePicture(*panel("comparisonPanel"), "comparison-panel");
     }
 
     void combineLists()
@@ -107,6 +126,7 @@ private:
         expect(consoleText().contains(QStringLiteral("List added : both [ 22 element(s)]")),
                "one of the complete graphs is one of the regular graphs on eight vertices");
         save("union");
+        savePicture(*panel("listsPanel"), "lists-panel");
         choose("saveChoice", "both");
         const QString file = results.filePath(QStringLiteral("both.g6"));
         chooseFile(QStringLiteral("Save GraphList :"), file, "save-list");
@@ -147,6 +167,22 @@ private:
         QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
         expect(view->g6currentGraphData() == before, "undo takes the complement back");
         save("undo");
+        lookAtVertex(*view);
+    }
+
+    void lookAtVertex(Graph &view)
+    {
+        const QPoint place = view.mapFromScene(view.node(3)->position());
+        QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        const QWidgetList shown = QApplication::topLevelWidgets();
+        const auto information = std::find_if(shown.begin(), shown.end(), [](const QWidget *widget) {
+            return widget->isVisible() && qobject_cast<const NodeDisplay *>(widget) != nullptr;
+        });
+        expect(information != shown.end(), "a double-click on a vertex shows what is known about it");
+        savePicture(**information, "node-information");
+        driver::click(*information, QStringLiteral("Done"));
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
     }
 
     void saveAndPrintTheGraph()
@@ -225,6 +261,8 @@ private:
         driver::click(&window, button);
         expect(answer.done(), "a file dialog came up");
     }
+
+    QWidget *panel(const char *name) const { return window.findChild<QWidget *>(QLatin1String(name)); }
 
     QString consoleText() const { return window.findChild<QTextEdit *>(QStringLiteral("console"))->toPlainText(); }
 
