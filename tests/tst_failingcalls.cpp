@@ -10,6 +10,7 @@
 #include "support/watchedcalls.h"
 #include "support/windowdriver.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -44,13 +45,14 @@ public:
     QString folder() const { return fixture.path(QStringLiteral("saves")); }
     QString file() const { return folder() + QStringLiteral("/target.golm3"); }
 
-    /// Presses the button, or chooses the entry of the viewer's menu, and saves into the file. Calls @p begin when the
-    /// file has been chosen.
+    /// Presses the button, or chooses the entry of the viewer's menu, and saves into the file. Calls @p begin when all
+    /// dialogs have been answered.
     void save(const QString &button, const std::function<void()> &begin)
     {
         fixture.clearConsole();
         warnings.clear();
         QPointer<QWidget> answered;
+        const bool asksAfterwards = button == QLatin1String("Save..."); // whether to replace the file
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
             QWidget *dialog = QApplication::activeModalWidget();
@@ -60,11 +62,19 @@ public:
             answered = dialog;
             if (auto *files = qobject_cast<QFileDialog *>(dialog)) {
                 files->setOption(QFileDialog::DontConfirmOverwrite);
-                QObject::connect(files, &QDialog::finished, files, begin);
+                if (!asksAfterwards) {
+                    QObject::connect(files, &QDialog::finished, files, begin);
+                }
                 driver::chooseFile(files, file());
+                return;
+            }
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            if (QAbstractButton *replace = box->button(QMessageBox::Yes)) {
+                QObject::connect(box, &QDialog::finished, box, begin);
+                QTest::mouseClick(replace, Qt::LeftButton);
             } else {
-                warnings.append(qobject_cast<QMessageBox *>(dialog)->text());
-                QTest::keyClick(dialog, Qt::Key_Return);
+                warnings.append(box->text());
+                QTest::keyClick(box, Qt::Key_Return);
             }
         });
         timer.start(1);

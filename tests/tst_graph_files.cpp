@@ -19,6 +19,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QTranslator>
 #include <QtTest>
 
 #include <memory>
@@ -66,14 +67,20 @@ void fill(Graph &graph, const char *countAndBits)
 class Dialogs
 {
 public:
-    /// The files that are chosen in the file dialogs; a null string cancels one.
-    explicit Dialogs(QStringList choices) : files(std::move(choices))
+    enum class Answer { No, Yes };
+
+    /// The files that are chosen in the file dialogs; a null string cancels one. @p whetherToReplace answers the
+    /// questions.
+    explicit Dialogs(QStringList choices, Answer whetherToReplace = Answer::No)
+        : files(std::move(choices))
+        , replacing(whetherToReplace)
     {
         QObject::connect(&timer, &QTimer::timeout, &timer, [this] { answer(); });
         timer.start(10);
     }
 
     QStringList seen;
+    QVector<Qt::TextFormat> textFormats; // of the boxes
 
 private:
     void answer()
@@ -90,7 +97,8 @@ private:
             if (file.isNull()) {
                 QTest::keyClick(fileDialog, Qt::Key_Escape);
             } else {
-                driver::chooseFile(fileDialog, file);
+                // Not from here: the timer does not fire again while the dialog puts a question of its own.
+                QTimer::singleShot(0, fileDialog, [=] { driver::chooseFile(fileDialog, file); });
             }
         } else if (auto *box = qobject_cast<QMessageBox *>(dialog)) {
             QStringList buttons;
@@ -99,13 +107,33 @@ private:
             }
             seen.append(box->windowTitle() + QLatin1Char('|') + box->text() + QLatin1Char('|') +
                         buttons.join(QLatin1Char(',')));
-            QTest::keyClick(box, Qt::Key_Return);
+            textFormats.append(box->textFormat());
+            if (replacing == Answer::Yes && box->button(QMessageBox::Yes) != nullptr) {
+                QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+            } else {
+                QTest::keyClick(box, Qt::Key_Return);
+            }
         }
     }
 
     QStringList files;
+    Answer replacing;
     QPointer<QWidget> last;
     QTimer timer;
+};
+
+/// Translates the question of QFileDialog, and nothing else.
+class Translation : public QTranslator
+{
+public:
+    Translation() { QCoreApplication::installTranslator(this); }
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *text, const char * /*disambiguation*/, int /*n*/) const override
+    {
+        const bool isQuestion = qstrcmp(context, "QFileDialog") == 0 &&
+                                qstrcmp(text, "%1 already exists.\nDo you want to replace it?") == 0;
+        return isQuestion ? QStringLiteral("%1 ersetzen?") : QString();
+    }
 };
 
 const QString openingBox = QStringLiteral("Opening|Cannot open graph|OK");
@@ -187,6 +215,12 @@ private slots:
     void slotOpen_failures();
     void slotOpen_cancelled();
     void slotSave_suffix();
+    void slotSave_asksBeforeItReplaces_data();
+    void slotSave_asksBeforeItReplaces();
+    void slotSave_doesNotAskAboutAFileThatIsKept();
+    void slotSave_doesNotAskAboutAFolder();
+    void slotSave_asksAsTheFileDialogDoes();
+    void slotSave_endsWithTheSession();
     void slotSave_failures();
     void slotImport();
     void slotImport_failures();
@@ -1034,6 +1068,122 @@ void TestGraphFiles::slotSave_suffix()
     QCOMPARE(dialogs.seen.first(), QStringLiteral("Save graph as|%1|*.golm3").arg(folder->path()));
     graph.autosave();
     QVERIFY(QFile::exists(folder->path("sub/.olmgr")));
+}
+
+void TestGraphFiles::slotSave_asksBeforeItReplaces_data()
+{
+    QTest::addColumn<QString>("chosen");
+    QTest::newRow("without the suffix") << QStringLiteral("kept");
+    QTest::newRow("with the suffix") << QStringLiteral("kept.golm3");
+}
+
+void TestGraphFiles::slotSave_asksBeforeItReplaces()
+{
+    QFETCH(QString, chosen);
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "1 ");
+    graph.setWD(folder->path());
+    const QString file = folder->write("kept.golm3", "kept");
+    const QString dialog = QStringLiteral("Save graph as|%1|*.golm3").arg(folder->path());
+    const QString question =
+        QStringLiteral("Save graph as|kept.golm3 already exists.\nDo you want to replace it?|Yes,No");
+    {
+        Dialogs dialogs({folder->path(chosen), QString()}); // "No" leads back to the file dialog
+        graph.slot_save();
+        QCOMPARE(dialogs.seen,
+                 (QStringList{dialog, question, dialog, QStringLiteral("Warning|Failed to save graph.|OK")}));
+        QCOMPARE(contents(file), QByteArray("kept"));
+    }
+    {
+        Dialogs dialogs({folder->path(chosen), folder->path("other")});
+        graph.slot_save();
+        QCOMPARE(dialogs.seen, (QStringList{dialog, question, dialog}));
+        QCOMPARE(contents(file), QByteArray("kept"));
+        QCOMPARE(contents(folder->path("other.golm3")), QByteArray("1\nNode 1\t0\t0\n0\t"));
+    }
+    {
+        Dialogs dialogs({folder->path(chosen)}, Dialogs::Answer::Yes);
+        graph.slot_save();
+        QCOMPARE(dialogs.seen, (QStringList{dialog, question}));
+        QCOMPARE(contents(file), QByteArray("1\nNode 1\t0\t0\n0\t"));
+    }
+}
+
+void TestGraphFiles::slotSave_doesNotAskAboutAFileThatIsKept()
+{
+    Graph graph(QStringLiteral("g"), true);
+    fill(graph, "1 ");
+    graph.setWD(folder->path());
+    folder->write("name", "kept");
+    Dialogs dialogs({folder->path("name")});
+    graph.slot_save();
+    QCOMPARE(dialogs.seen, QStringList{QStringLiteral("Save graph as|%1|*.golm3").arg(folder->path())});
+    QCOMPARE(contents(folder->path("name")), QByteArray("kept"));
+    QVERIFY(QFile::exists(folder->path("name.golm3")));
+}
+
+/// A folder cannot be replaced: the save fails.
+void TestGraphFiles::slotSave_doesNotAskAboutAFolder()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(folder->path());
+    QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub.golm3")));
+    Dialogs dialogs({folder->path("sub")}, Dialogs::Answer::Yes);
+    graph.slot_save();
+    QCOMPARE(dialogs.seen.mid(1), QStringList{QStringLiteral("Warning|Failed to save graph.|OK")});
+}
+
+/// The question is that of the file dialog, in its language, but shows the name as plain text.
+void TestGraphFiles::slotSave_asksAsTheFileDialogDoes()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.setWD(folder->path());
+    const QString name = QStringLiteral("<b>name<b>.golm3");
+    folder->write(name, "kept");
+    const auto questions = [&] {
+        Dialogs dialogs({folder->path(name), QString(), folder->path(name), QString()});
+        graph.slot_save();
+        graph.slot_export_graph();
+        return dialogs.seen.filter(name) + QStringList{QString::number(dialogs.textFormats.value(0))};
+    };
+    const QStringList expected{
+        QStringLiteral("Save graph as|%1 already exists.\nDo you want to replace it?|Yes,No").arg(name),
+        QStringLiteral("Export graph as|%1 already exists.\nDo you want to replace it?|Yes,No").arg(name),
+        QString::number(Qt::PlainText)};
+    QCOMPARE(questions(), expected);
+    const Translation german;
+    QCOMPARE(questions().mid(0, 2), (QStringList{QStringLiteral("Save graph as|%1 ersetzen?|Yes,No").arg(name),
+                                                 QStringLiteral("Export graph as|%1 ersetzen?|Yes,No").arg(name)}));
+}
+
+/// The end of a session closes all windows, the question first.
+void TestGraphFiles::slotSave_endsWithTheSession()
+{
+    Graph graph(QStringLiteral("g"), true);
+    graph.show();
+    graph.setWD(folder->path());
+    folder->write("kept.golm3", "kept");
+    QStringList titles;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr || !dialog->isVisible()) {
+            return;
+        }
+        titles.append(dialog->windowTitle());
+        if (auto *files = qobject_cast<QFileDialog *>(dialog)) {
+            driver::chooseFile(files, folder->path("kept"));
+        } else if (graph.isVisible()) {
+            QApplication::closeAllWindows();
+        } else {
+            dialog->close();
+        }
+    });
+    timer.start(10);
+    graph.slot_save();
+    QCOMPARE(titles, (QStringList{QStringLiteral("Save graph as"), QStringLiteral("Save graph as"),
+                                  QStringLiteral("Warning")}));
+    QCOMPARE(contents(folder->path("kept.golm3")), QByteArray("kept"));
 }
 
 void TestGraphFiles::slotSave_failures()

@@ -377,6 +377,8 @@ private:
     bool readGraph(const QByteArray &text, TextKind kind);
     int vertexNamed(const QString &label) const;
     QString autosavePath() const;
+    QString askForGraphFile();
+    bool mayReplace(const QString &title, const QString &fileName);
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
     void warn(const QString &title, const QString &text);
 

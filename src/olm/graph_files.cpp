@@ -433,15 +433,46 @@ void Graph::slot_open()
 
 void Graph::slot_save()
 {
-    const QString extension = QStringLiteral("golm3");
-    QString path =
-        QFileDialog::getSaveFileName(this, QStringLiteral("Save graph as"), workDir, QStringLiteral("*.golm3"));
+    const QString path = askForGraphFile();
     releaseModifiers();
-    const QString suffix = QFileInfo(path).suffix();
-    if (!path.isEmpty() && suffix != extension) {
-        path += QLatin1Char('.') + extension;
-    }
     concludeFileCommand(save(path), path, QStringLiteral("Failed to save graph."));
+}
+
+/// The graph file to write, with its suffix; empty when the dialog was cancelled. QFileDialog would ask about the name
+/// without the suffix before it replaces a file, so that the question is put here.
+QString Graph::askForGraphFile()
+{
+    const QString title = QStringLiteral("Save graph as");
+    const QString suffix = QStringLiteral("golm3");
+    const bool shown = isVisible();
+    QString proposed = workDir;
+    for (;;) {
+        const QString chosen = QFileDialog::getSaveFileName(this, title, proposed, QStringLiteral("*.golm3"), nullptr,
+                                                            QFileDialog::DontConfirmOverwrite);
+        if (chosen.isEmpty()) {
+            return {};
+        }
+        const QString path = QFileInfo(chosen).suffix() == suffix ? chosen : chosen + QLatin1Char('.') + suffix;
+        const QFileInfo file(path);
+        if (!file.exists() || file.isDir() || mayReplace(title, file.fileName())) {
+            return path;
+        }
+        if (shown && !isVisible()) {
+            return {}; // The end of the session closed the question.
+        }
+        proposed = chosen;
+    }
+}
+
+/// Asks whether a file may be replaced, in the words of QFileDialog.
+bool Graph::mayReplace(const QString &title, const QString &fileName)
+{
+    QMessageBox question(QMessageBox::Warning, title,
+                         QFileDialog::tr("%1 already exists.\nDo you want to replace it?").arg(fileName),
+                         QMessageBox::Yes | QMessageBox::No, this);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::No);
+    return question.exec() == QMessageBox::Yes;
 }
 
 void Graph::slot_import_graph()
