@@ -55,9 +55,6 @@ QIcon icon(const char *name)
 TAVMainWidget::TAVMainWidget(QWidget *parent) : QWidget(parent), manager(new TAVManager)
 {
     workDir = QSettings().value(workDirKey()).toString();
-    if (workDir.isEmpty()) {
-        workDir = QStringLiteral("./");
-    }
     connectManager();
     createCombos();
     modePanel = createModePanel();
@@ -90,7 +87,7 @@ void TAVMainWidget::slot_clear()
 
 void TAVMainWidget::slot_set_wd()
 {
-    workDir = QFileDialog::getExistingDirectory(this, tr(applicationTitle), workDir, QFileDialog::ShowDirsOnly);
+    workDir = QFileDialog::getExistingDirectory(this, tr(applicationTitle), startDir(), QFileDialog::ShowDirsOnly);
     QSettings().setValue(workDirKey(), workDir);
 }
 
@@ -359,12 +356,18 @@ void TAVMainWidget::showNothing()
 // The name is empty when the dialog was cancelled. The operation that gets it fails, and says so.
 QString TAVMainWidget::askForFileToOpen(const char *filter)
 {
-    return QFileDialog::getOpenFileName(this, tr(applicationTitle), workDir, tr(filter));
+    return QFileDialog::getOpenFileName(this, tr(applicationTitle), startDir(), tr(filter));
 }
 
 QString TAVMainWidget::askForFileToSave(const char *filter)
 {
-    return QFileDialog::getSaveFileName(this, tr(applicationTitle), workDir, tr(filter));
+    return QFileDialog::getSaveFileName(this, tr(applicationTitle), startDir(), tr(filter));
+}
+
+// Where the file dialogs start. Without a directory QFileDialog would start where it was last, in any program.
+QString TAVMainWidget::startDir() const
+{
+    return workDir.isEmpty() ? QStringLiteral("./") : workDir;
 }
 
 // Construction.

@@ -42,7 +42,8 @@ public slots:
     void slot_open();
     /// Empties the database; lists and panels stay.
     void slot_clear();
-    /// Asks for the directory in which the file dialogs start and keeps it in the settings.
+    /// Asks for the directory in which the file dialogs start and keeps it in the settings; none after a cancelled
+    /// dialog.
     void slot_set_wd();
 
     // The manager's work and what it reports.
@@ -142,6 +143,7 @@ private:
     void arrangePanels();
     void keepLastLineInSight();
 
+    QString startDir() const;
     QString askForFileToOpen(const char *filter);
     QString askForFileToSave(const char *filter);
     void derive(void (TAVManager::*derivation)());
@@ -152,7 +154,7 @@ private:
 
     TAVManager *manager;
     Graph *view = nullptr;
-    QString workDir; // every file dialog starts here
+    QString workDir; // every file dialog starts here, or in "./" when it is empty
 
     QWidget *modePanel = nullptr;
     QWidget *listsPanel = nullptr;

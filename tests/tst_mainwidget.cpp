@@ -560,6 +560,7 @@ void TestMainWidget::cancelledWorkDirectoryIsStoredEmpty()
     fixture.pressAndCancel(QStringLiteral("Set work directory"));
     QVERIFY(QSettings().contains(QStringLiteral("wd")));
     QCOMPARE(QSettings().value(QStringLiteral("wd")).toString(), QString());
+    QCOMPARE(dialogDirectory(fixture), QDir(QStringLiteral("./")).canonicalPath());
 }
 
 void TestMainWidget::everyChooserIsRefilledInRegistryOrder()
