@@ -7,6 +7,7 @@
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QEvent>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -467,9 +468,9 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     grid->addWidget(browseChoice, 0, 1);
     grid->addWidget(zoom, 0, 2);
     grid->addWidget(view, 1, 0, 3, 3);
-    grid->addWidget(createButton({"<<=", &TAVMainWidget::slot_prev_graph}), 4, 0, Qt::AlignLeft);
+    grid->addWidget(previous, 4, 0, Qt::AlignLeft);
     grid->addWidget(positionLabel, 4, 1);
-    grid->addWidget(createButton({"=>>", &TAVMainWidget::slot_next_graph}), 4, 2, Qt::AlignRight);
+    grid->addWidget(next, 4, 2, Qt::AlignRight);
     grid->setColumnStretch(1, 2);
     grid->setColumnStretch(2, 1);
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
@@ -496,6 +497,12 @@ QWidget *TAVMainWidget::createInvariantsPanel()
         grid->addWidget(createButton(command), count / buttonsPerRow, count % buttonsPerRow);
         ++count;
     }
+    QPushButton *previous = createButton({"<<=", &TAVMainWidget::slot_prev_graph});
+    QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph});
+    keepKeyboardInViewer(zoom);
+    keepKeyboardInViewer(previous);
+    keepKeyboardInViewer(next);
+
     panel->hide();
     return panel;
 }
@@ -619,6 +626,22 @@ void TAVMainWidget::keepLastLineInSight()
             [this, scrollBar](int value) { followsConsole = value == scrollBar->maximum(); });
     connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar](int /*start*/, int end) {
         if (followsConsole) {
+// Who steps through a list with the mouse looks at the viewer, and means its Ctrl+D, not that of the window, which
+// empties the database.
+void TAVMainWidget::keepKeyboardInViewer(QWidget *control)
+{
+    control->setFocusPolicy(Qt::TabFocus);
+    control->installEventFilter(this);
+}
+
+bool TAVMainWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        view->setFocus(Qt::MouseFocusReason);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
             scrollBar->setValue(end);
         }
     });

@@ -127,6 +127,9 @@ private:
         const char *text;
         Slot slot;
         const char *icon = nullptr;
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
     };
 
     void connectManager();
@@ -146,6 +149,7 @@ private:
     QString startDir() const;
     QString askForFileToOpen(const char *filter);
     QString askForFileToSave(const char *filter);
+    void keepKeyboardInViewer(QWidget *control);
     void derive(void (TAVManager::*derivation)());
     void compare(bool (TAVManager::*builder)(const QString &));
     void stepThroughList(int step);

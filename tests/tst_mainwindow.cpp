@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTextEdit>
 #include <QToolBar>
 #include <QtTest>
@@ -39,6 +40,9 @@ private slots:
     void openAndClearShortcutsWorkFromAnywhere();
     void shortcutsWorkWithoutTheToolBar();
     void viewerKeepsItsControlKeys();
+    void browsingGivesTheViewerTheKeys_data();
+    void browsingGivesTheViewerTheKeys();
+    void browsingWithTheKeyboard();
     void exitClosesAndDeletesTheWindow();
     void windowOutlivesTheDialogOfItsCommands();
 };
@@ -277,6 +281,76 @@ void TestMainWindow::viewerKeepsItsControlKeys()
     QCoreApplication::processEvents();
     QCOMPARE(empty.count(), 0);
     QVERIFY(!answer.done());
+}
+
+void TestMainWindow::browsingGivesTheViewerTheKeys_data()
+{
+    QTest::addColumn<bool>("viewerHasTheKeys"); // before the click
+    QTest::addColumn<QString>("control");
+    for (const char *control : {"=>>", "<<=", "zoom"}) {
+        QTest::addRow("%s, from the viewer", control) << true << QString::fromLatin1(control);
+        QTest::addRow("%s, from elsewhere", control) << false << QString::fromLatin1(control);
+    }
+}
+
+/// Ctrl+D after a click that steps through the list, or zooms, is that of the viewer: the database stays.
+void TestMainWindow::browsingGivesTheViewerTheKeys()
+{
+    QFETCH(bool, viewerHasTheKeys);
+    QFETCH(QString, control);
+    MainWindowFixture fixture;
+    showViewer(fixture);
+    fixture.widget()->getManager()->addList(QStringLiteral("list"), {QStringLiteral("A_"), QStringLiteral("Bw")});
+    if (viewerHasTheKeys) {
+        QTest::mouseClick(fixture.view()->viewport(), Qt::LeftButton);
+    } else {
+        fixture.press(QStringLiteral("Visualization"));
+        QVERIFY(!fixture.view()->hasFocus());
+    }
+    const QSignalSpy empty(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
+    const QSignalSpy moves(qApp, &QApplication::focusChanged);
+    if (control == QLatin1String("zoom")) {
+        auto *zoom = fixture.window->findChild<QSlider *>(control);
+        QTest::mouseClick(zoom, Qt::LeftButton, Qt::NoModifier, zoom->rect().center());
+    } else {
+        fixture.press(control);
+        QVERIFY(!fixture.positionText().isEmpty());
+    }
+    QCOMPARE(QApplication::focusWidget(), fixture.view());
+    QCOMPARE(moves.count(), viewerHasTheKeys ? 0 : 1);
+    const int vertices = fixture.view()->getNbNodes();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_D, Qt::ControlModifier);
+    QCOMPARE(fixture.view()->getNbNodes(), 2 * vertices);
+    QCOMPARE(empty.count(), 0);
+}
+
+/// With Tab the keyboard comes to the buttons and the slider, and stays there.
+void TestMainWindow::browsingWithTheKeyboard()
+{
+    MainWindowFixture fixture;
+    showViewer(fixture);
+    fixture.widget()->getManager()->addList(QStringLiteral("list"), {QStringLiteral("A_"), QStringLiteral("Bw")});
+    auto *zoom = fixture.window->findChild<QSlider *>(QStringLiteral("zoom"));
+    QSet<QWidget *> wanted{zoom, driver::button(fixture.window, QStringLiteral("=>>")),
+                           driver::button(fixture.window, QStringLiteral("<<="))};
+    const int stops = fixture.window->findChildren<QWidget *>().size();
+    for (int i = 0; i < stops && !wanted.isEmpty(); ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QWidget *reached = QApplication::focusWidget();
+        if (!wanted.remove(reached)) {
+            continue;
+        }
+        if (reached == zoom) {
+            QTest::keyClick(reached, Qt::Key_Right);
+            QCOMPARE(zoom->value(), 301);
+        } else {
+            QTest::keyClick(reached, Qt::Key_Space);
+            QVERIFY(!fixture.positionText().isEmpty());
+        }
+        QCOMPARE(QApplication::focusWidget(), reached);
+    }
+    QVERIFY(wanted.isEmpty());
 }
 
 void TestMainWindow::exitClosesAndDeletesTheWindow()
