@@ -3,17 +3,21 @@
 #include "TAVmanager.h"
 #include "applicationtitle.h"
 #include "graph.h"
+#include "inputfile.h"
 #include "shortened.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QDragEnterEvent>
 #include <QEvent>
+#include <QFile>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -51,6 +55,20 @@ QIcon icon(const char *name)
 {
     return QIcon(QStringLiteral(":/images/%1.png").arg(QLatin1String(name)));
 }
+
+/// The name of the next list. A file that is dragged is no text for it: it is left to the window.
+class NameLine : public QLineEdit
+{
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override
+    {
+        if (event->mimeData()->hasUrls()) {
+            event->ignore();
+        } else {
+            QLineEdit::dragEnterEvent(event);
+        }
+    }
+};
 } // namespace
 
 TAVMainWidget::TAVMainWidget(QWidget *parent) : QWidget(parent), manager(new TAVManager)
@@ -76,7 +94,21 @@ TAVMainWidget::~TAVMainWidget()
 
 void TAVMainWidget::slot_open()
 {
-    const QString file = askForFileToOpen(databaseFilter);
+    startLoading(askForFileToOpen(databaseFilter));
+}
+
+void TAVMainWidget::loadDatabase(const QString &file)
+{
+    QFile database(file);
+    if (openForReading(database)) {
+        startLoading(file);
+    } else {
+        slot_console(tr("Unable to open file :") + file);
+    }
+}
+
+void TAVMainWidget::startLoading(const QString &file)
+{
     slot_manager_busy();
     manager->loadDatabase(file);
 }
@@ -444,6 +476,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     QWidget *panel = createPanel("visualizationPanel");
     view = new Graph(QStringLiteral("VIZ"), true);
     view->setMinimumHeight(smallestViewHeight);
+    view->setAcceptDrops(false); // QGraphicsView takes a file that is dropped from the window, and does nothing with it
     view->slot_set_node_radius(vertexRadius);
     view->clear();
     view->best_backup();
@@ -462,6 +495,12 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     positionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     positionLabel->setAlignment(Qt::AlignCenter);
     positionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long name moves nothing
+
+    QPushButton *previous = createButton({"<<=", &TAVMainWidget::slot_prev_graph});
+    QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph});
+    keepKeyboardInViewer(zoom);
+    keepKeyboardInViewer(previous);
+    keepKeyboardInViewer(next);
 
     auto *grid = new QGridLayout(panel);
     grid->addWidget(new QLabel(tr("GraphList : ")), 0, 0);
@@ -497,12 +536,6 @@ QWidget *TAVMainWidget::createInvariantsPanel()
         grid->addWidget(createButton(command), count / buttonsPerRow, count % buttonsPerRow);
         ++count;
     }
-    QPushButton *previous = createButton({"<<=", &TAVMainWidget::slot_prev_graph});
-    QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph});
-    keepKeyboardInViewer(zoom);
-    keepKeyboardInViewer(previous);
-    keepKeyboardInViewer(next);
-
     panel->hide();
     return panel;
 }
@@ -592,9 +625,25 @@ QRadioButton *TAVMainWidget::createModeButton(const char *text)
     return button;
 }
 
+// Who steps through a list with the mouse looks at the viewer, and means its Ctrl+D, not that of the window, which
+// empties the database.
+void TAVMainWidget::keepKeyboardInViewer(QWidget *control)
+{
+    control->setFocusPolicy(Qt::TabFocus);
+    control->installEventFilter(this);
+}
+
+bool TAVMainWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        view->setFocus(Qt::MouseFocusReason);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void TAVMainWidget::arrangePanels()
 {
-    newListName = new QLineEdit;
+    newListName = new NameLine;
     newListName->setObjectName(QStringLiteral("newListName"));
     console = new QTextEdit;
     console->setObjectName(QStringLiteral("console"));
@@ -626,22 +675,6 @@ void TAVMainWidget::keepLastLineInSight()
             [this, scrollBar](int value) { followsConsole = value == scrollBar->maximum(); });
     connect(scrollBar, &QScrollBar::rangeChanged, this, [this, scrollBar](int /*start*/, int end) {
         if (followsConsole) {
-// Who steps through a list with the mouse looks at the viewer, and means its Ctrl+D, not that of the window, which
-// empties the database.
-void TAVMainWidget::keepKeyboardInViewer(QWidget *control)
-{
-    control->setFocusPolicy(Qt::TabFocus);
-    control->installEventFilter(this);
-}
-
-bool TAVMainWidget::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::MouseButtonPress) {
-        view->setFocus(Qt::MouseFocusReason);
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
             scrollBar->setValue(end);
         }
     });

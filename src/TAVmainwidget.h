@@ -35,6 +35,12 @@ public:
     /// The list manager that the widget drives. Only the tour and the tests ask for it, to wait for its signals.
     TAVManager *getManager() const { return manager; }
 
+    /// Starts to load the database @p file, as slot_open() does with the file that was chosen. A file that cannot be
+    /// opened is told on the console, and what is loaded stays.
+    void loadDatabase(const QString &file);
+    /// Lets the file dialogs start in @p directory, without a change of the settings.
+    void setWorkDir(const QString &directory) { workDir = directory; }
+
 public slots:
     // The database. A cancelled dialog is not caught: the empty name is a file that cannot be opened.
 
@@ -121,15 +127,15 @@ public slots:
     /// Shows the previous graph of the chosen list, before the first one the last.
     void slot_prev_graph();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     using Slot = void (TAVMainWidget::*)();
     struct Command {
         const char *text;
         Slot slot;
         const char *icon = nullptr;
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
     };
 
     void connectManager();
@@ -143,13 +149,14 @@ protected:
     QHBoxLayout *createSentence(std::initializer_list<QWidget *> words);
     QPushButton *createButton(const Command &command);
     QRadioButton *createModeButton(const char *text);
+    void keepKeyboardInViewer(QWidget *control);
     void arrangePanels();
     void keepLastLineInSight();
 
+    void startLoading(const QString &file);
     QString startDir() const;
     QString askForFileToOpen(const char *filter);
     QString askForFileToSave(const char *filter);
-    void keepKeyboardInViewer(QWidget *control);
     void derive(void (TAVManager::*derivation)());
     void compare(bool (TAVManager::*builder)(const QString &));
     void stepThroughList(int step);

@@ -6,12 +6,16 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QToolBar>
+#include <QUrl>
 
 namespace
 {
@@ -29,6 +33,14 @@ QString aboutText()
                           "    takes no responsibility for any damage that may unintentionally be caused"
                           "    through its use.");
 }
+
+/// The one database file that is dragged; empty when it is anything else.
+QString draggedDatabase(const QMimeData *data)
+{
+    const QList<QUrl> urls = data->urls();
+    const QString file = urls.size() == 1 ? urls.first().toLocalFile() : QString();
+    return file.endsWith(QLatin1String(".tav"), Qt::CaseInsensitive) ? file : QString();
+}
 } // namespace
 
 TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
@@ -42,6 +54,7 @@ TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
     setCentralWidget(mainWidget);
     setWindowTitle(tr(applicationTitle));
     setMinimumSize(smallestSide, smallestSide);
+    setAcceptDrops(true);
 }
 
 TAVMainWindow::~TAVMainWindow()
@@ -51,6 +64,16 @@ TAVMainWindow::~TAVMainWindow()
     delete exitAct;
     delete aboutAct;
     delete toolbar;
+}
+
+void TAVMainWindow::loadDatabase(const QString &file)
+{
+    mainWidget->loadDatabase(file);
+}
+
+void TAVMainWindow::setWorkDir(const QString &directory)
+{
+    mainWidget->setWorkDir(directory);
 }
 
 void TAVMainWindow::about()
@@ -68,6 +91,22 @@ bool TAVMainWindow::event(QEvent *event)
         return true;
     }
     return QMainWindow::event(event);
+}
+
+// Only a copy is accepted: a file manager would delete the file that it has moved.
+void TAVMainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->possibleActions().testFlag(Qt::CopyAction) && !draggedDatabase(event->mimeData()).isEmpty()) {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+    }
+}
+
+void TAVMainWindow::dropEvent(QDropEvent *event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    loadDatabase(draggedDatabase(event->mimeData()));
 }
 
 void TAVMainWindow::createActions()

@@ -9,7 +9,7 @@ class QToolBar;
 class TAVMainWidget;
 
 /// The main window: four actions, a menu, a tool bar and the About box around the central widget. It deletes itself
-/// when it is closed, once its dialogs are gone.
+/// when it is closed, once its dialogs are gone. A database file that is dropped onto it is loaded.
 class TAVMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -17,6 +17,11 @@ class TAVMainWindow : public QMainWindow
 public:
     TAVMainWindow();
     ~TAVMainWindow() override;
+
+    /// Loads the database of a file that was named on the command line or dropped.
+    void loadDatabase(const QString &file);
+    /// Lets the file dialogs start in @p directory, without a change of the settings.
+    void setWorkDir(const QString &directory);
 
     // The steps of the constructor, in this order; nothing else calls them.
 
@@ -33,6 +38,8 @@ public slots:
 
 protected:
     bool event(QEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     TAVMainWidget *mainWidget;

@@ -3,20 +3,28 @@
 #include "TAVmainwidget.h"
 #include "TAVmanager.h"
 #include "graph.h"
+#include "support/literals.h"
+#include "support/loadgate.h"
 #include "support/mainwindowfixture.h"
 #include "support/patience.h"
+#include "support/testfiles.h"
 #include "support/windowdriver.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTextEdit>
 #include <QToolBar>
+#include <QUrl>
 #include <QtTest>
 
 #include <memory>
@@ -43,6 +51,13 @@ private slots:
     void browsingGivesTheViewerTheKeys_data();
     void browsingGivesTheViewerTheKeys();
     void browsingWithTheKeyboard();
+    void droppedDatabaseIsLoaded_data();
+    void droppedDatabaseIsLoaded();
+    void otherDropsAreRefused_data();
+    void otherDropsAreRefused();
+    void droppedTextIsAName();
+    void droppedFileThatCannotBeRead();
+    void dropDuringALoad();
     void exitClosesAndDeletesTheWindow();
     void windowOutlivesTheDialogOfItsCommands();
 };
@@ -88,6 +103,52 @@ void showViewer(MainWindowFixture &fixture)
     QVERIFY(QTest::qWaitForWindowActive(fixture.window, patience));
     fixture.view()->setFocus();
     QTRY_VERIFY_WITH_TIMEOUT(fixture.view()->hasFocus(), patience);
+}
+
+/// Drags onto the middle of a widget and drops, as the window system tells it; the action that was accepted, none when
+/// the drag was refused.
+Qt::DropAction drop(QWidget *target, const QMimeData &data, Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction)
+{
+    const QPoint place = target->rect().center();
+    QDragEnterEvent enter(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &enter);
+    if (!enter.isAccepted()) {
+        return Qt::IgnoreAction;
+    }
+    QDropEvent dropped(place, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &dropped);
+    return dropped.isAccepted() ? dropped.dropAction() : Qt::IgnoreAction;
+}
+
+/// The data of files that are dragged from a file manager.
+std::unique_ptr<QMimeData> draggedFiles(const QStringList &files)
+{
+    auto data = std::make_unique<QMimeData>();
+    QList<QUrl> urls;
+    for (const QString &file : files) {
+        urls.append(QUrl::fromLocalFile(file));
+    }
+    data->setUrls(urls);
+    data->setText(files.join(QLatin1Char('\n'))); // for who cannot do with files
+    return data;
+}
+
+QWidget *dropTarget(const MainWindowFixture &fixture, const QString &name)
+{
+    if (name == QLatin1String("tool bar")) {
+        return fixture.window->findChild<QToolBar *>();
+    }
+    if (name == QLatin1String("viewer")) {
+        return fixture.view()->viewport();
+    }
+    auto *widget = fixture.window->findChild<QWidget *>(name);
+    auto *console = qobject_cast<QTextEdit *>(widget);
+    return console != nullptr ? console->viewport() : widget;
+}
+
+bool dataLoads(const QSignalSpy &loaded)
+{
+    return driver::waitUntil([&] { return !loaded.isEmpty(); });
 }
 } // namespace
 
@@ -351,6 +412,107 @@ void TestMainWindow::browsingWithTheKeyboard()
         QCOMPARE(QApplication::focusWidget(), reached);
     }
     QVERIFY(wanted.isEmpty());
+}
+
+void TestMainWindow::droppedDatabaseIsLoaded_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("name");
+    for (const char *target : {"modePanel", "tool bar", "console", "newListName", "visualizationPanel", "viewer"}) {
+        QTest::newRow(target) << QString::fromLatin1(target) << "small.tav";
+    }
+    QTest::newRow("capitals") << "modePanel"
+                              << "SMALL.TAV";
+    QTest::newRow("odd name") << "modePanel"
+                              << "50% #1 \u00e9.tav";
+}
+
+void TestMainWindow::droppedDatabaseIsLoaded()
+{
+    QFETCH(QString, target);
+    QFETCH(QString, name);
+    MainWindowFixture fixture;
+    showViewer(fixture);
+    fixture.clearConsole();
+    const QString file = fixture.write(name, "@\nA_\t0\nBw\t1\n");
+    const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
+    // What a file manager moves, it deletes.
+    QCOMPARE(drop(dropTarget(fixture, target), *draggedFiles({file})), Qt::CopyAction);
+    QVERIFY(!fixture.panel("listsPanel")->isEnabled()); // as after the button
+    QVERIFY(dataLoads(loaded));
+    QCOMPARE(fixture.console(),
+             words({"Loading data ... please wait.", "3 lines.", "Data loaded : 3 nodes and 2 links."}));
+    QVERIFY(QFile::exists(file));
+    QVERIFY(fixture.panel("newListName")->property("text").toString().isEmpty());
+}
+
+void TestMainWindow::otherDropsAreRefused_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::newRow("text") << QStringList();
+    QTest::newRow("list") << words({"/tmp/list.g6"});
+    QTest::newRow("no suffix") << words({"/tmp/tav"});
+    QTest::newRow("two databases") << words({"/tmp/a.tav", "/tmp/b.tav"});
+}
+
+void TestMainWindow::otherDropsAreRefused()
+{
+    QFETCH(QStringList, files);
+    const MainWindowFixture fixture;
+    const auto data = draggedFiles(files);
+    if (files.isEmpty()) {
+        data->clear();
+        data->setText(QStringLiteral("/tmp/a.tav"));
+    }
+    QCOMPARE(drop(fixture.panel("modePanel"), *data), Qt::IgnoreAction);
+    data->clear();
+    data->setUrls({QUrl(QStringLiteral("https://tavoline.example/a.tav"))});
+    QCOMPARE(drop(fixture.panel("modePanel"), *data), Qt::IgnoreAction);
+    QCOMPARE(drop(fixture.panel("modePanel"), *draggedFiles({example("connected-8.tav")}), Qt::MoveAction),
+             Qt::IgnoreAction);
+    QCOMPARE(fixture.console(), QStringList());
+}
+
+void TestMainWindow::droppedTextIsAName()
+{
+    const MainWindowFixture fixture;
+    QMimeData data;
+    data.setText(QStringLiteral("text.tav"));
+    QVERIFY(drop(fixture.panel("newListName"), data) != Qt::IgnoreAction);
+    QCOMPARE(fixture.panel("newListName")->property("text").toString(), QStringLiteral("text.tav"));
+}
+
+/// What is loaded stays.
+void TestMainWindow::droppedFileThatCannotBeRead()
+{
+    MainWindowFixture fixture;
+    showViewer(fixture);
+    fixture.clearConsole();
+    const QSignalSpy empty(fixture.widget()->getManager(), &TAVManager::signal_database_empty);
+    const QString missing = fixture.path(QStringLiteral("missing.tav"));
+    drop(fixture.panel("modePanel"), *draggedFiles({missing}));
+    QCOMPARE(fixture.console(), QStringList{QStringLiteral("Unable to open file :") + missing});
+    QVERIFY(fixture.panel("listsPanel")->isEnabled());
+    QCOMPARE(empty.count(), 0);
+}
+
+/// It takes the place of the load, as the button does.
+void TestMainWindow::dropDuringALoad()
+{
+    MainWindowFixture fixture;
+    const QString small = fixture.write(QStringLiteral("small.tav"), "@\nA_\t0\n");
+    const QSignalSpy loaded(fixture.widget()->getManager(), &TAVManager::signal_database_loaded);
+    LoadGate gate(*fixture.widget()->getManager(), 2);
+    drop(fixture.panel("modePanel"), *draggedFiles({example("connected-8.tav")}));
+    QVERIFY(gate.waitForLoad());
+    QCoreApplication::sendPostedEvents();
+    fixture.clearConsole();
+    drop(fixture.panel("modePanel"), *draggedFiles({small}));
+    QVERIFY(dataLoads(loaded));
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(loaded.count(), 1);
+    QCOMPARE(fixture.console(),
+             words({"Loading data ... please wait.", "2 lines.", "Data loaded : 2 nodes and 1 links."}));
 }
 
 void TestMainWindow::exitClosesAndDeletesTheWindow()

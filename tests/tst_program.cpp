@@ -1,14 +1,19 @@
 // The program itself, as it is started from a shell.
 
 #include "TAVmainwindow.h"
+#include "support/literals.h"
 #include "support/patience.h"
+#include "support/runprogram.h"
 #include "support/testfiles.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
 #include <QIcon>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTextEdit>
 #include <QTimer>
 #include <QtTest>
 
@@ -17,6 +22,7 @@
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 int tavolineMain(int argc, char *argv[]); // main() of the program
 
@@ -46,14 +52,42 @@ TAVMainWindow *shownWindow()
 }
 
 /// Runs main() with @p then when it has started, and returns its result.
-int runMain(const std::function<void()> &then)
+int runMain(const std::function<void()> &then, const QStringList &arguments = {})
 {
-    char name[] = "tavoline";
-    char *arguments[] = {name, nullptr};
+    std::vector<QByteArray> words{"tavoline"};
+    for (const QString &argument : arguments) {
+        words.push_back(QFile::encodeName(argument));
+    }
+    std::vector<char *> pointers;
+    for (QByteArray &word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
     onceStarted = then;
-    const int result = tavolineMain(1, arguments);
+    const int result = tavolineMain(int(words.size()), pointers.data());
     onceStarted = nullptr;
     return result;
+}
+
+/// The lines of the console of the shown window.
+QStringList console()
+{
+    const auto *edit = shownWindow()->findChild<QTextEdit *>(QStringLiteral("console"));
+    return edit->toPlainText().split(QLatin1Char('\n'));
+}
+
+/// Runs the program in a process of its own, on that platform of Qt, where there is no display.
+ToolResult runInProcess(const QStringList &arguments, const char *platform = "offscreen")
+{
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    const QTemporaryDir home;
+    return runProgram(QStringLiteral("env"),
+                      QStringList{QStringLiteral("-u"), QStringLiteral("DISPLAY"),
+                                  QStringLiteral("QT_QPA_PLATFORM=") + QLatin1String(platform),
+                                  QStringLiteral("XDG_RUNTIME_DIR=") + home.path(),
+                                  QStringLiteral("XDG_CONFIG_HOME=") + home.path(), QStringLiteral(TAVOLINE_PROGRAM)} +
+                          arguments);
 }
 } // namespace
 
@@ -62,11 +96,29 @@ class TestProgram : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void staysWhenNobodyReadsItsErrors();
     void namesAndIconOfTheApplication();
     void endsWithItsWindow();
     void signalsThatEndNothing();
+    void helpAndVersion_data();
+    void helpAndVersion();
+    void wrongCommandLines_data();
+    void wrongCommandLines();
+    void answerThatCannotBeWritten();
+    void loadsTheFileOfTheCommandLine();
+    void tellsThatTheFileCannotBeRead_data();
+    void tellsThatTheFileCannotBeRead();
+    void workDirectoryOfTheCommandLine();
+
+private:
+    TestFolder folder; // with settings of its own
 };
+
+void TestProgram::initTestCase()
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+}
 
 /// The reader of the error stream leaves before the program starts. Its first write would end it with SIGPIPE; here it
 /// lives on until SIGTERM.
@@ -158,6 +210,142 @@ void TestProgram::signalsThatEndNothing()
     });
     QVERIFY(isPipeIgnored);
     QVERIFY(isSizeIgnored);
+}
+
+void TestProgram::helpAndVersion_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("platform");
+    QTest::addColumn<QByteArray>("beginning");
+    const QByteArray help = "Usage: tavoline [OPTION...] [FILE.tav]\n";
+    const QByteArray version = "Tavoline version " TAVOLINE_VERSION " alpha\n";
+    const QByteArray none = "xcb"; // which does not start without a display
+    QTest::newRow("--help") << words({"--help"}) << none << help;
+    QTest::newRow("-h") << words({"-h"}) << none << help;
+    QTest::newRow("--version") << words({"--version"}) << none << version;
+    QTest::newRow("with a file") << words({"some.tav", "--version"}) << none << version;
+    QTest::newRow("with an option of Qt") << words({"-style", "fusion", "--help"}) << QByteArray("offscreen") << help;
+    QTest::newRow("the same, two dashes")
+        << words({"--style", "fusion", "--version"}) << QByteArray("offscreen") << version;
+}
+
+void TestProgram::helpAndVersion()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, platform);
+    QFETCH(QByteArray, beginning);
+    const ToolResult result = runInProcess(arguments, platform.constData());
+    QCOMPARE(result.errors, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.output.left(beginning.size()), beginning);
+    QCOMPARE(result.output.contains("--work-dir DIR"), beginning.startsWith("Usage"));
+}
+
+void TestProgram::wrongCommandLines_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("unknown option") << words({"--bogus"}) << QByteArray("Unknown option 'bogus'.");
+    QTest::newRow("unknown short option") << words({"-x"}) << QByteArray("Unknown option 'x'.");
+    QTest::newRow("unknown option and --help") << words({"--bogus", "--help"}) << QByteArray("Unknown option 'bogus'.");
+    QTest::newRow("an option of two lines") << words({"--two\nlines"}) << QByteArray("Unknown option 'two lines'.");
+    QTest::newRow("second file") << words({"a.tav", "b.tav"})
+                                 << QByteArray("Only one file can be loaded, not 'b.tav', too.");
+    QTest::newRow("second file that looks like an option")
+        << words({"--", "a.tav", "--help"}) << QByteArray("Only one file can be loaded, not '--help', too.");
+    QTest::newRow("no directory given") << words({"--work-dir"}) << QByteArray("Missing value after '--work-dir'.");
+    QTest::newRow("no directory") << words({"--work-dir", "/nowhere"}) << QByteArray("Not a directory: '/nowhere'.");
+    QTest::newRow("file for a directory")
+        << words({"--work-dir=/dev/null"}) << QByteArray("Not a directory: '/dev/null'.");
+    QTest::newRow("value for none") << words({"--version=2"}) << QByteArray("Unexpected value after '--version'.");
+}
+
+void TestProgram::wrongCommandLines()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, message);
+    const ToolResult result = runInProcess(arguments);
+    QCOMPARE(result.errors, "tavoline: " + message + '\n');
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.status, 2);
+}
+
+void TestProgram::answerThatCannotBeWritten()
+{
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    const ToolResult result =
+        runProgram(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("exec \"$1\" --version >/dev/full"),
+                                          QStringLiteral("sh"), QStringLiteral(TAVOLINE_PROGRAM)});
+    QCOMPARE(result.status, 1);
+}
+
+void TestProgram::loadsTheFileOfTheCommandLine()
+{
+    QStringList lines;
+    const int status = runMain(
+        [&] {
+            const bool loaded =
+                QTest::qWaitFor([] { return console().last().startsWith(QLatin1String("Data")); }, patience);
+            lines = loaded ? console() : QStringList();
+            shownWindow()->close();
+        },
+        {example("connected-8.tav")});
+    QCOMPARE(status, 0);
+    QCOMPARE(lines,
+             words({"Loading data ... please wait.", "12113 lines.", "Data loaded : 12113 nodes and 71258 links."}));
+}
+
+void TestProgram::tellsThatTheFileCannotBeRead_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("missing") << QStringLiteral("/nowhere/at all.tav");
+    QTest::newRow("directory") << folder.path();
+    QTest::newRow("no name") << QStringLiteral("");
+}
+
+void TestProgram::tellsThatTheFileCannotBeRead()
+{
+    QFETCH(QString, file);
+    QStringList lines;
+    const int status = runMain(
+        [&] {
+            lines = console();
+            shownWindow()->close();
+        },
+        {file});
+    QCOMPARE(status, 0);
+    QCOMPARE(lines, QStringList{QStringLiteral("Unable to open file :") + file});
+}
+
+/// It holds for this run: the settings keep theirs.
+void TestProgram::workDirectoryOfTheCommandLine()
+{
+    const TestFolder other;
+    QString start;
+    QString saved;
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    runMain(
+        [&] {
+            QTimer answer;
+            QObject::connect(&answer, &QTimer::timeout, &answer, [&start] {
+                if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+                    start = dialog->directory().path();
+                    dialog->reject();
+                }
+            });
+            answer.start(10);
+            for (auto *button : shownWindow()->findChildren<QAbstractButton *>()) {
+                if (button->text() == QLatin1String("Save all graphs")) {
+                    button->click();
+                }
+            }
+            saved = QSettings().value(QStringLiteral("wd"), QStringLiteral("none")).toString();
+            shownWindow()->close();
+        },
+        {QStringLiteral("--work-dir"), other.path()});
+    QCOMPARE(start, other.path());
+    QCOMPARE(saved, QStringLiteral("none"));
 }
 
 QTEST_APPLESS_MAIN(TestProgram)
