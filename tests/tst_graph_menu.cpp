@@ -34,6 +34,7 @@ private slots:
     void commands_data();
     void commands();
     void keysAreTextOnly();
+    void everyEntryHasALetterOfItsOwn();
     void history();
     void addModes();
     void edgeMode();
@@ -61,7 +62,7 @@ QStringList describe(const QMenu *menu, const QString &indent = QString())
     QStringList lines;
     const QList<QAction *> actions = menu->actions();
     for (const QAction *action : actions) {
-        const QStringList parts = action->text().split(QLatin1Char('\t'));
+        const QStringList parts = action->text().remove(QLatin1Char('&')).split(QLatin1Char('\t'));
         QString line = indent + (action->isEnabled() ? QString() : QStringLiteral("-")) + parts.value(0);
         if (action->isCheckable()) {
             line += action->isChecked() ? QStringLiteral(" [x]") : QStringLiteral(" [ ]");
@@ -82,7 +83,8 @@ QAction *findEntry(const QMenu *menu, const QString &text)
 {
     const QList<QAction *> actions = menu->actions();
     for (QAction *action : actions) {
-        QAction *found = action->text().section(QLatin1Char('\t'), 0, 0) == text ? action : nullptr;
+        const QString shown = action->text().remove(QLatin1Char('&')).section(QLatin1Char('\t'), 0, 0);
+        QAction *found = shown == text ? action : nullptr;
         if (found == nullptr && action->menu() != nullptr) {
             found = findEntry(action->menu(), text);
         }
@@ -304,6 +306,27 @@ void TestGraphMenu::keysAreTextOnly()
     QVERIFY(!actions.isEmpty());
     for (const QAction *action : actions) {
         QVERIFY(action->shortcut().isEmpty());
+    }
+    menu->close();
+}
+
+/// In the menu and in each of its submenus.
+void TestGraphMenu::everyEntryHasALetterOfItsOwn()
+{
+    QMenu *menu = open();
+    QList<QMenu *> menus = menu->findChildren<QMenu *>();
+    QCOMPARE(menus.size(), 5);
+    menus.append(menu);
+    for (const QMenu *each : qAsConst(menus)) {
+        QStringList letters;
+        const QList<QAction *> actions = each->actions();
+        for (const QAction *action : actions) {
+            if (!action->isSeparator()) {
+                letters.append(QKeySequence::mnemonic(action->text()).toString());
+            }
+        }
+        QVERIFY2(!letters.contains(QString()), qPrintable(letters.join(QLatin1Char(' '))));
+        QCOMPARE(letters.removeDuplicates(), 0);
     }
     menu->close();
 }

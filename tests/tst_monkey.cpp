@@ -649,7 +649,7 @@ void Monkey::fileOfViewer()
     forceFile(file(name));
     const QVector<QAction *> entries = menuEntries(view, QPoint(10, 10));
     for (QAction *action : entries) {
-        if (action->text().startsWith(QLatin1String(command.entry))) {
+        if (action->text().remove(QLatin1Char('&')).startsWith(QLatin1String(command.entry))) {
             action->trigger();
             return;
         }

@@ -196,7 +196,7 @@ private:
         const driver::DialogAnswer saving = driver::DialogAnswer::withFile(graphFile);
         const QList<QAction *> entries = menu->actions();
         for (QAction *entry : entries) {
-            if (entry->text() == QLatin1String("Save...")) {
+            if (entry->text().remove(QLatin1Char('&')) == QLatin1String("Save...")) {
                 QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(entry).center());
                 break;
             }

@@ -50,48 +50,48 @@ QMenu *Graph::createMenu()
     const bool roomForCopy = selection && n + selected <= MAX_NODES;
 
     auto *menu = new QMenu(this);
-    addEntries(menu, {{tr("Undo"), &Graph::slot_undo, historyIndex > 0},
-                      {tr("Redo"), &Graph::slot_redo, historyIndex < history.size() - 1},
+    addEntries(menu, {{tr("&Undo"), &Graph::slot_undo, historyIndex > 0},
+                      {tr("&Redo"), &Graph::slot_redo, historyIndex < history.size() - 1},
                       {}});
-    addModes(menu->addMenu(tr("Double-click adds")),
-             {{tr("Clique vertex"), addMode == NewVertex::Clique, [this](bool) { slot_set_add_k(); }},
-              {tr("Bipartite vertex"), addMode == NewVertex::Bipartite, [this](bool) { slot_set_add_bip(); }},
-              {tr("Tail vertex"), addMode == NewVertex::Tail, [this](bool) { slot_set_add_tail(); }}});
-    addSwitch(menu, {tr("Draw edges"), edgeEditMode, [this](bool on) { setEdgeEditMode(on); }});
+    addModes(menu->addMenu(tr("Double-click &adds")),
+             {{tr("&Clique vertex"), addMode == NewVertex::Clique, [this](bool) { slot_set_add_k(); }},
+              {tr("&Bipartite vertex"), addMode == NewVertex::Bipartite, [this](bool) { slot_set_add_bip(); }},
+              {tr("&Tail vertex"), addMode == NewVertex::Tail, [this](bool) { slot_set_add_tail(); }}});
+    addSwitch(menu, {tr("Draw &edges"), edgeEditMode, [this](bool on) { setEdgeEditMode(on); }});
     menu->addSeparator();
-    addEntries(menu->addMenu(tr("Select")), {{tr("All"), &Graph::slot_select_all, any},
-                                             {tr("None"), &Graph::slot_unselect_all, selection},
-                                             {tr("Invert"), &Graph::slot_invert_selection, any}});
-    addEntries(menu->addMenu(tr("Edit")), {{tr("Add vertex"), &Graph::slot_addv, room},
-                                           {tr("Add clique vertex"), &Graph::addK, room},
-                                           {tr("Add bipartite vertex"), &Graph::addBip, room},
-                                           {tr("Add tail vertex"), &Graph::addTail, room},
-                                           {tr("Remove selected vertices"), &Graph::slot_remv, selection},
-                                           {},
-                                           {tr("Join selected vertices"), &Graph::slot_adde, selectedPair},
-                                           {tr("Separate selected vertices"), &Graph::slot_reme, selectedPair},
-                                           {tr("Complement selection"), &Graph::slot_complement, selectedPair},
-                                           {tr("Cut selection off"), &Graph::slot_remcut, selection},
-                                           {},
-                                           {tr("Link all diametral pairs"), &Graph::slot_link_diameter, pair},
-                                           {tr("Link one diametral pair"), &Graph::slot_link_one_diameter, pair}});
-    addEntries(menu->addMenu(tr("Duplicate selection")),
-               {{tr("Copy"), &Graph::slot_duplicate, roomForCopy},
-                {tr("Copy linked to its source"), &Graph::slot_duplicate_link, roomForCopy},
-                {tr("False twins"), &Graph::slot_duplicate_twins, roomForCopy},
-                {tr("True twins"), &Graph::slot_duplicate_link_twins, roomForCopy}});
-    QMenu *layout = menu->addMenu(tr("Layout"));
-    addEntries(layout, {{tr("Circle"), &Graph::standOnCircle, any, &Graph::update_display},
-                        {tr("Random placement"), &Graph::slot_randomPosition, any, &Graph::update_display},
-                        {tr("Reorganise"), &Graph::slot_reorganize, pair, &Graph::commit},
-                        {tr("Relabel"), &Graph::slot_relabel, pair, &Graph::commit}});
-    addSwitch(layout, {tr("Spin"), rotationTimerId != 0, [this](bool) { toggleAnim(); }});
+    addEntries(menu->addMenu(tr("&Select")), {{tr("&All"), &Graph::slot_select_all, any},
+                                              {tr("&None"), &Graph::slot_unselect_all, selection},
+                                              {tr("&Invert"), &Graph::slot_invert_selection, any}});
+    addEntries(menu->addMenu(tr("Ed&it")), {{tr("&Add vertex"), &Graph::slot_addv, room},
+                                            {tr("Add &clique vertex"), &Graph::addK, room},
+                                            {tr("Add &bipartite vertex"), &Graph::addBip, room},
+                                            {tr("Add &tail vertex"), &Graph::addTail, room},
+                                            {tr("&Remove selected vertices"), &Graph::slot_remv, selection},
+                                            {},
+                                            {tr("&Join selected vertices"), &Graph::slot_adde, selectedPair},
+                                            {tr("&Separate selected vertices"), &Graph::slot_reme, selectedPair},
+                                            {tr("C&omplement selection"), &Graph::slot_complement, selectedPair},
+                                            {tr("Cut selection o&ff"), &Graph::slot_remcut, selection},
+                                            {},
+                                            {tr("&Link all diametral pairs"), &Graph::slot_link_diameter, pair},
+                                            {tr("Link one &diametral pair"), &Graph::slot_link_one_diameter, pair}});
+    addEntries(menu->addMenu(tr("Dup&licate selection")),
+               {{tr("&Copy"), &Graph::slot_duplicate, roomForCopy},
+                {tr("Copy &linked to its source"), &Graph::slot_duplicate_link, roomForCopy},
+                {tr("&False twins"), &Graph::slot_duplicate_twins, roomForCopy},
+                {tr("&True twins"), &Graph::slot_duplicate_link_twins, roomForCopy}});
+    QMenu *layout = menu->addMenu(tr("La&yout"));
+    addEntries(layout, {{tr("&Circle"), &Graph::standOnCircle, any, &Graph::update_display},
+                        {tr("&Random placement"), &Graph::slot_randomPosition, any, &Graph::update_display},
+                        {tr("R&eorganise"), &Graph::slot_reorganize, pair, &Graph::commit},
+                        {tr("Re&label"), &Graph::slot_relabel, pair, &Graph::commit}});
+    addSwitch(layout, {tr("&Spin"), rotationTimerId != 0, [this](bool) { toggleAnim(); }});
     addEntries(menu, {{},
-                      {tr("Open..."), &Graph::slot_open},
-                      {tr("Save..."), &Graph::slot_save},
-                      {tr("Import..."), &Graph::slot_import_graph},
-                      {tr("Export..."), &Graph::slot_export_graph},
-                      {tr("Print..."), &Graph::slot_print}});
+                      {tr("&Open..."), &Graph::slot_open},
+                      {tr("Sa&ve..."), &Graph::slot_save},
+                      {tr("I&mport..."), &Graph::slot_import_graph},
+                      {tr("E&xport..."), &Graph::slot_export_graph},
+                      {tr("&Print..."), &Graph::slot_print}});
     return menu;
 }
 
