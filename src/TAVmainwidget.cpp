@@ -6,6 +6,8 @@
 #include "inputfile.h"
 #include "shortened.h"
 
+#include <QAbstractItemView>
+#include <QAbstractScrollArea>
 #include <QButtonGroup>
 #include <QComboBox>
 #include <QDragEnterEvent>
@@ -45,6 +47,7 @@ constexpr int largestZoom = 1000;
 constexpr int initialZoom = 300;
 constexpr int buttonsPerRow = 3;
 constexpr int longestConsoleLine = 10000; // characters
+constexpr int longestTipLine = 60;        // characters
 
 QString workDirKey()
 {
@@ -54,6 +57,81 @@ QString workDirKey()
 QIcon icon(const char *name)
 {
     return QIcon(QStringLiteral(":/images/%1.png").arg(QLatin1String(name)));
+}
+
+/// A sentence in lines of a length that is read at a glance. QToolTip makes one long line of a text that is not HTML.
+QString inLines(const QString &sentence)
+{
+    QString text;
+    int length = 0; // of the last line
+    const QStringList words = sentence.split(QLatin1Char(' '));
+    for (const QString &word : words) {
+        if (length + 1 + word.size() > longestTipLine) {
+            text += QLatin1Char('\n');
+            length = 0;
+        } else if (length > 0) {
+            text += QLatin1Char(' ');
+            ++length;
+        }
+        text += word;
+        length += word.size();
+    }
+    return text;
+}
+
+/// Explains a control to who points at it and to who has its description read out. The name is for a control whose
+/// text does not tell what it is.
+void explain(QWidget *control, const QString &sentence, const QString &name = {})
+{
+    control->setToolTip(inLines(sentence));
+    control->setAccessibleDescription(sentence);
+    if (!name.isEmpty()) {
+        control->setAccessibleName(name);
+    }
+}
+
+/// Names the parts of a widget that scrolls: a screen reader takes them for widgets of their own.
+void nameParts(QAbstractScrollArea *area)
+{
+    const QList<QWidget *> parts = area->findChildren<QWidget *>();
+    for (QWidget *part : parts) {
+        part->setAccessibleName(area->accessibleName());
+    }
+}
+
+/// Adds the widgets of a layout, and those of the layouts within, that take the keyboard.
+void addTabStops(const QLayout *layout, QVector<QWidget *> &stops)
+{
+    for (int i = 0; i < layout->count(); ++i) {
+        QWidget *widget = layout->itemAt(i)->widget();
+        const QLayout *inner = widget != nullptr ? widget->layout() : layout->itemAt(i)->layout();
+        if (inner != nullptr) {
+            addTabStops(inner, stops);
+        } else if (widget != nullptr && widget->focusPolicy() != Qt::NoFocus) {
+            stops.append(widget);
+        }
+    }
+}
+
+/// What a button does that derives I2 from I1 of the neighbours.
+QString derivationTip(const char *value, const char *neighbours)
+{
+    return QStringLiteral("Sets I2 of every graph to the %1 I1 among its %2; without any, I2 is missing.")
+        .arg(QLatin1String(value), QLatin1String(neighbours));
+}
+
+/// What a button does that compares I1 of a graph with its own I2.
+QString comparisonTip(const char *relation)
+{
+    return QStringLiteral("Lists the graphs whose I1 is %1 their own I2.").arg(QLatin1String(relation));
+}
+
+/// What a button does that compares I1 of a graph with I2 of the graphs below or above it.
+QString walkTip(const char *relation, const char *direction)
+{
+    return QStringLiteral("Lists the graphs whose I1 is %1 I2 of every graph %2 them that is reached; a graph without "
+                          "I2 is neither compared nor passed, and at least one must be compared.")
+        .arg(QLatin1String(relation), QLatin1String(direction));
 }
 
 /// The name of the next list. A file that is dragged is no text for it: it is left to the window.
@@ -74,6 +152,7 @@ protected:
 TAVMainWidget::TAVMainWidget(QWidget *parent) : QWidget(parent), manager(new TAVManager)
 {
     workDir = QSettings().value(workDirKey()).toString();
+    setAccessibleName(tr("Panels"));
     connectManager();
     createCombos();
     modePanel = createModePanel();
@@ -350,8 +429,8 @@ void TAVMainWidget::stepThroughList(int step)
         view->place_circle(circleDiameter);
         view->changeBest();
         view->update_display();
-        positionLabel->setText(QString::number(position + 1) + QLatin1Char('/') + QString::number(browsedNames.size()) +
-                               QLatin1Char(' ') + shortened(name));
+        showPosition(QString::number(position + 1) + QLatin1Char('/') + QString::number(browsedNames.size()) +
+                     QLatin1Char(' ') + shortened(name));
     } else {
         std::cerr << "Failed to load graph" << std::endl;
         showNothing();
@@ -382,8 +461,14 @@ void TAVMainWidget::showNothing()
 {
     view->clear();
     view->best_backup();
-    positionLabel->clear();
+    showPosition({});
     view->update_display();
+}
+
+void TAVMainWidget::showPosition(const QString &text)
+{
+    positionLabel->setText(text);
+    positionLabel->setAccessibleName(text.isEmpty() ? tr("No graph of a list is shown.") : tr("Graph %1").arg(text));
 }
 
 // The name is empty when the dialog was cancelled. The operation that gets it fails, and says so.
@@ -420,11 +505,23 @@ void TAVMainWidget::createCombos()
     const struct {
         QComboBox *&combo;
         const char *name;
+        QString shownName;
+        QString tip;
     } all[] = {
-        {closureSource, "closureSource"}, {interFirst, "interFirst"},     {interSecond, "interSecond"},
-        {unionFirst, "unionFirst"},       {unionSecond, "unionSecond"},   {removeChoice, "removeChoice"},
-        {exceptFirst, "exceptFirst"},     {exceptSecond, "exceptSecond"}, {saveChoice, "saveChoice"},
-        {browseChoice, "browseChoice"},
+        {closureSource, "closureSource", tr("Source list"),
+         tr("Chooses the list whose super-graphs or sub-graphs are built.")},
+        {interFirst, "interFirst", tr("First list of the intersection"),
+         tr("Chooses the list whose order the intersection keeps.")},
+        {interSecond, "interSecond", tr("Second list of the intersection"),
+         tr("Chooses the list that the graphs must be in, too.")},
+        {unionFirst, "unionFirst", tr("First list of the union"), tr("Chooses the first list of the union.")},
+        {unionSecond, "unionSecond", tr("Second list of the union"), tr("Chooses the second list of the union.")},
+        {removeChoice, "removeChoice", tr("List to remove"), tr("Chooses the list to remove.")},
+        {exceptFirst, "exceptFirst", tr("List that is kept"), tr("Chooses the list that graphs are left out of.")},
+        {exceptSecond, "exceptSecond", tr("List that is left out"),
+         tr("Chooses the list of the graphs that are left out.")},
+        {saveChoice, "saveChoice", tr("List to save"), tr("Chooses the list to save.")},
+        {browseChoice, "browseChoice", tr("List to browse"), tr("Chooses the list to browse.")},
     };
     for (const auto &entry : all) {
         entry.combo = new QComboBox(this);
@@ -432,14 +529,17 @@ void TAVMainWidget::createCombos()
         // QComboBox grows with its longest entry otherwise, and a long list name would widen the window.
         entry.combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         entry.combo->setMinimumContentsLength(12);
+        explain(entry.combo, entry.tip, entry.shownName);
+        entry.combo->view()->setAccessibleName(entry.shownName);
         combos.append(entry.combo);
     }
 }
 
-QWidget *TAVMainWidget::createPanel(const char *name)
+QWidget *TAVMainWidget::createPanel(const char *name, const QString &shownName)
 {
     auto *panel = new QWidget(this);
     panel->setObjectName(QLatin1String(name));
+    panel->setAccessibleName(shownName);
     QPalette colours = panel->palette();
     colours.setColor(QPalette::Window, panelColour);
     colours.setColor(QPalette::WindowText, Qt::black); // In a dark theme it is white.
@@ -451,15 +551,23 @@ QWidget *TAVMainWidget::createPanel(const char *name)
 
 QWidget *TAVMainWidget::createModePanel()
 {
-    QWidget *panel = createPanel("modePanel");
+    QWidget *panel = createPanel("modePanel", tr("Database and mode"));
     auto *grid = new QGridLayout(panel);
-    grid->addWidget(createButton({"Load database", &TAVMainWidget::slot_open, "open"}), 0, 0);
-    grid->addWidget(createButton({"Set work directory", &TAVMainWidget::slot_set_wd}), 1, 0);
-    grid->addWidget(createButton({"Save all graphs", &TAVMainWidget::slot_save_all, "save"}), 2, 0);
+    grid->addWidget(createButton({"Load database", &TAVMainWidget::slot_open,
+                                  tr("Loads a database file in place of the database that is loaded."), "open"}),
+                    0, 0);
+    grid->addWidget(createButton({"Set work directory", &TAVMainWidget::slot_set_wd,
+                                  tr("Chooses the folder in which the file dialogs start.")}),
+                    1, 0);
+    grid->addWidget(createButton({"Save all graphs", &TAVMainWidget::slot_save_all,
+                                  tr("Saves the names of all graphs of the database to a file, one a line."), "save"}),
+                    2, 0);
     grid->addWidget(new QLabel(tr("Mode :")), 0, 1);
-    listsMode = createModeButton("Lists manipulation");
-    invariantsMode = createModeButton("Invariants manipulation");
-    visualizationMode = createModeButton("Visualization");
+    listsMode = createModeButton("Lists manipulation", tr("Shows the commands for lists, once a database has loaded."));
+    invariantsMode = createModeButton(
+        "Invariants manipulation", tr("Shows the commands for the invariants I1 and I2, once a database has loaded."));
+    visualizationMode = createModeButton(
+        "Visualization", tr("Shows the viewer, in which a list is browsed, once a database has loaded."));
     grid->addWidget(listsMode, 1, 1);
     grid->addWidget(invariantsMode, 2, 1);
     grid->addWidget(visualizationMode, 1, 2);
@@ -473,7 +581,7 @@ QWidget *TAVMainWidget::createModePanel()
 
 QWidget *TAVMainWidget::createVisualizationPanel()
 {
-    QWidget *panel = createPanel("visualizationPanel");
+    QWidget *panel = createPanel("visualizationPanel", tr("Visualization"));
     view = new Graph(QStringLiteral("VIZ"), true);
     view->setMinimumHeight(smallestViewHeight);
     view->setAcceptDrops(false); // QGraphicsView takes a file that is dropped from the window, and does nothing with it
@@ -481,6 +589,10 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     view->clear();
     view->best_backup();
     view->update_display();
+    view->setAccessibleName(tr("Viewer"));
+    view->setAccessibleDescription(
+        tr("Shows a graph, which the mouse, the keys and the menu of the right button change."));
+    nameParts(view);
 
     auto *zoom = new QSlider(Qt::Horizontal);
     zoom->setObjectName(QStringLiteral("zoom"));
@@ -488,6 +600,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     zoom->setValue(initialZoom);
     view->slot_scale_graph(zoom->value(), false);
     connect(zoom, &QSlider::valueChanged, view, &Graph::slot_rescale_graph);
+    explain(zoom, tr("Sets the size of the drawing."), tr("Size of the drawing"));
 
     positionLabel = new QLabel;
     positionLabel->setObjectName(QStringLiteral("position"));
@@ -495,9 +608,14 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     positionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
     positionLabel->setAlignment(Qt::AlignCenter);
     positionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long name moves nothing
+    showPosition({});
 
-    QPushButton *previous = createButton({"<<=", &TAVMainWidget::slot_prev_graph});
-    QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph});
+    QPushButton *previous = createButton({"<<=", &TAVMainWidget::slot_prev_graph,
+                                          tr("Shows the previous graph of the list, before the first one the last.")});
+    previous->setAccessibleName(tr("Previous graph"));
+    QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph,
+                                      tr("Shows the next graph of the list, after the last one the first.")});
+    next->setAccessibleName(tr("Next graph"));
     keepKeyboardInViewer(zoom);
     keepKeyboardInViewer(previous);
     keepKeyboardInViewer(next);
@@ -519,17 +637,30 @@ QWidget *TAVMainWidget::createVisualizationPanel()
 
 QWidget *TAVMainWidget::createInvariantsPanel()
 {
+    constexpr char subs[] = "direct sub-graphs";
+    constexpr char supers[] = "direct super-graphs";
+    constexpr char all[] = "direct sub-graphs and direct super-graphs";
     const Command commands[] = {
-        {"Load I1", &TAVMainWidget::slot_load_inv1, "open"},   {"Load I2", &TAVMainWidget::slot_load_inv2, "open"},
-        {"Save Inv1", &TAVMainWidget::slot_save_inv1, "save"}, {"I1 <- I2", &TAVMainWidget::slot_i1_gets_i2},
-        {"I2 <- I1", &TAVMainWidget::slot_i2_gets_i1},         {"I1 <-> I2", &TAVMainWidget::slot_exch_1_2},
-        {"I2 = Avg sub I1", &TAVMainWidget::slot_avg_sub1},    {"I2 = Avg super I1", &TAVMainWidget::slot_avg_over1},
-        {"I2 = Avg all I1", &TAVMainWidget::slot_avg_all1},    {"I2 = Min sub I1", &TAVMainWidget::slot_min_sub1},
-        {"I2 = Min super I1", &TAVMainWidget::slot_min_over1}, {"I2 = Min all I1", &TAVMainWidget::slot_min_all1},
-        {"I2 = Max sub I1", &TAVMainWidget::slot_max_sub1},    {"I2 = Max super I1", &TAVMainWidget::slot_max_over1},
-        {"I2 = Max all I1", &TAVMainWidget::slot_max_all1},
+        {"Load I1", &TAVMainWidget::slot_load_inv1,
+         tr("Reads I1 from a file with one line a graph, in the order of the database."), "open"},
+        {"Load I2", &TAVMainWidget::slot_load_inv2,
+         tr("Reads I2 from a file with one line a graph, in the order of the database."), "open"},
+        {"Save Inv1", &TAVMainWidget::slot_save_inv1, tr("Saves I1 of every graph to a file, NA where it is missing."),
+         "save"},
+        {"I1 <- I2", &TAVMainWidget::slot_i1_gets_i2, tr("Copies I2 of every graph into its I1.")},
+        {"I2 <- I1", &TAVMainWidget::slot_i2_gets_i1, tr("Copies I1 of every graph into its I2.")},
+        {"I1 <-> I2", &TAVMainWidget::slot_exch_1_2, tr("Exchanges I1 and I2 of every graph.")},
+        {"I2 = Avg sub I1", &TAVMainWidget::slot_avg_sub1, derivationTip("average", subs)},
+        {"I2 = Avg super I1", &TAVMainWidget::slot_avg_over1, derivationTip("average", supers)},
+        {"I2 = Avg all I1", &TAVMainWidget::slot_avg_all1, derivationTip("average", all)},
+        {"I2 = Min sub I1", &TAVMainWidget::slot_min_sub1, derivationTip("smallest", subs)},
+        {"I2 = Min super I1", &TAVMainWidget::slot_min_over1, derivationTip("smallest", supers)},
+        {"I2 = Min all I1", &TAVMainWidget::slot_min_all1, derivationTip("smallest", all)},
+        {"I2 = Max sub I1", &TAVMainWidget::slot_max_sub1, derivationTip("largest", subs)},
+        {"I2 = Max super I1", &TAVMainWidget::slot_max_over1, derivationTip("largest", supers)},
+        {"I2 = Max all I1", &TAVMainWidget::slot_max_all1, derivationTip("largest", all)},
     };
-    QWidget *panel = createPanel("invariantsPanel");
+    QWidget *panel = createPanel("invariantsPanel", tr("Invariants"));
     auto *grid = new QGridLayout(panel);
     int count = 0;
     for (const Command &command : commands) {
@@ -540,23 +671,25 @@ QWidget *TAVMainWidget::createInvariantsPanel()
     return panel;
 }
 
+// ">=" and "<=" along a walk compare the other way round than ">" and "<": the tips say what is compared, not what the
+// buttons are called.
 QWidget *TAVMainWidget::createComparisonPanel()
 {
     const Command commands[] = {
-        {"List I1 >= I2", &TAVMainWidget::slot_list_i1_ge_i2},
-        {"List I1 <= I2", &TAVMainWidget::slot_list_i1_le_i2},
-        {"List I1 == I2 (all subs)", &TAVMainWidget::slot_list_i1_eq_i2subs},
-        {"List I1 >= I2 (all subs)", &TAVMainWidget::slot_list_i1_ge_i2subs},
-        {"List I1 <= I2 (all subs)", &TAVMainWidget::slot_list_i1_le_i2subs},
-        {"List I1 == I2 (all super)", &TAVMainWidget::slot_list_i1_eq_i2over},
-        {"List I1 >= I2 (all super)", &TAVMainWidget::slot_list_i1_ge_i2over},
-        {"List I1 <= I2 (all super)", &TAVMainWidget::slot_list_i1_le_i2over},
-        {"List I1 > I2 (all subs)", &TAVMainWidget::slot_list_i1_gt_i2subs},
-        {"List I1 < I2 (all subs)", &TAVMainWidget::slot_list_i1_lt_i2subs},
-        {"List I1 > I2 (all super)", &TAVMainWidget::slot_list_i1_gt_i2over},
-        {"List I1 < I2 (all super)", &TAVMainWidget::slot_list_i1_lt_i2over},
+        {"List I1 >= I2", &TAVMainWidget::slot_list_i1_ge_i2, comparisonTip("at least")},
+        {"List I1 <= I2", &TAVMainWidget::slot_list_i1_le_i2, comparisonTip("at most")},
+        {"List I1 == I2 (all subs)", &TAVMainWidget::slot_list_i1_eq_i2subs, walkTip("equal to", "below")},
+        {"List I1 >= I2 (all subs)", &TAVMainWidget::slot_list_i1_ge_i2subs, walkTip("at most", "below")},
+        {"List I1 <= I2 (all subs)", &TAVMainWidget::slot_list_i1_le_i2subs, walkTip("at least", "below")},
+        {"List I1 == I2 (all super)", &TAVMainWidget::slot_list_i1_eq_i2over, walkTip("equal to", "above")},
+        {"List I1 >= I2 (all super)", &TAVMainWidget::slot_list_i1_ge_i2over, walkTip("at most", "above")},
+        {"List I1 <= I2 (all super)", &TAVMainWidget::slot_list_i1_le_i2over, walkTip("at least", "above")},
+        {"List I1 > I2 (all subs)", &TAVMainWidget::slot_list_i1_gt_i2subs, walkTip("greater than", "below")},
+        {"List I1 < I2 (all subs)", &TAVMainWidget::slot_list_i1_lt_i2subs, walkTip("less than", "below")},
+        {"List I1 > I2 (all super)", &TAVMainWidget::slot_list_i1_gt_i2over, walkTip("greater than", "above")},
+        {"List I1 < I2 (all super)", &TAVMainWidget::slot_list_i1_lt_i2over, walkTip("less than", "above")},
     };
-    QWidget *panel = createPanel("comparisonPanel");
+    QWidget *panel = createPanel("comparisonPanel", tr("Comparisons"));
     auto *grid = new QGridLayout(panel);
     grid->addWidget(new QLabel(tr("Make lists : ")), 0, 0);
     int count = 0;
@@ -570,35 +703,56 @@ QWidget *TAVMainWidget::createComparisonPanel()
 
 QWidget *TAVMainWidget::createListsPanel()
 {
-    QWidget *panel = createPanel("listsPanel");
+    const Command over = {"Build Super-Graphs", &TAVMainWidget::slot_list_over,
+                          tr("Builds the list of the chosen list's graphs that the database has and of all graphs "
+                             "above them."),
+                          "build"};
+    const Command sub = {"Build Sub-Graphs", &TAVMainWidget::slot_list_sub,
+                         tr("Builds the list of the chosen list's graphs that the database has and of all graphs "
+                            "below them."),
+                         "build"};
+    const Command file = {"From file.", &TAVMainWidget::slot_list_file,
+                          tr("Builds a list from a file with one name a line."), "open"};
+    const Command unite = {"Union of ", &TAVMainWidget::slot_list_union,
+                           tr("Builds the sorted list of the graphs of both lists, each one once."), "clustering"};
+    const Command inter = {"Intersection of", &TAVMainWidget::slot_list_inter,
+                           tr("Builds the list of the first list's graphs that are in the second list, too."),
+                           "clustering"};
+    const Command except = {"GraphList", &TAVMainWidget::slot_list_except,
+                            tr("Builds the list of the first list's graphs that are not in the second list."),
+                            "clustering"};
+    const Command remove = {"Remove GraphList : ", &TAVMainWidget::slot_list_rem,
+                            tr("Removes the chosen list and leaves files as they are."), "new"};
+    const Command save = {"Save GraphList : ", &TAVMainWidget::slot_list_save,
+                          tr("Saves the names of the chosen list to a file, one a line."), "save"};
+    QPushButton *exceptButton = createButton(except);
+    exceptButton->setAccessibleName(tr("GraphList except"));
+
+    QWidget *panel = createPanel("listsPanel", tr("Lists"));
     auto *grid = new QGridLayout(panel);
     int row = 0;
-    const auto addLine = [grid, &row](const QString &number, QLayout *sentence) {
-        grid->addWidget(new QLabel(number), row, 0);
-        grid->addLayout(sentence, row, 1);
+    const auto addLine = [grid, &row](QWidget *number, std::initializer_list<QWidget *> sentence) {
+        if (number != nullptr) {
+            grid->addWidget(number, row, 0);
+        }
+        grid->addLayout(createSentence(sentence), row, 1);
         ++row;
     };
-    addLine(tr("1)"), createSentence({createButton({"Build Super-Graphs", &TAVMainWidget::slot_list_over, "build"}),
-                                      createButton({"Build Sub-Graphs", &TAVMainWidget::slot_list_sub, "build"}),
-                                      new QLabel(tr("from GraphList ")), closureSource}));
-    addLine(tr("2)"), createSentence({createButton({"From file.", &TAVMainWidget::slot_list_file, "open"})}));
-    addLine(tr("3)"), createSentence({createButton({"Union of ", &TAVMainWidget::slot_list_union, "clustering"}),
-                                      unionFirst, new QLabel(tr(" and ")), unionSecond}));
-    addLine(tr("4)"), createSentence({createButton({"Intersection of", &TAVMainWidget::slot_list_inter, "clustering"}),
-                                      interFirst, new QLabel(tr(" and ")), interSecond}));
-    addLine(tr("5)"), createSentence({createButton({"GraphList", &TAVMainWidget::slot_list_except, "clustering"}),
-                                      exceptFirst, new QLabel(tr(" except ")), exceptSecond}));
-    addLine(QString(), createSentence({createButton({"Remove GraphList : ", &TAVMainWidget::slot_list_rem, "new"}),
-                                       removeChoice}));
-    addLine(QString(),
-            createSentence({createButton({"Save GraphList : ", &TAVMainWidget::slot_list_save, "save"}), saveChoice}));
+    const auto label = [](const QString &text) { return new QLabel(text); };
+    addLine(label(tr("1)")), {createButton(over), createButton(sub), label(tr("from GraphList ")), closureSource});
+    addLine(label(tr("2)")), {createButton(file)});
+    addLine(label(tr("3)")), {createButton(unite), unionFirst, label(tr(" and ")), unionSecond});
+    addLine(label(tr("4)")), {createButton(inter), interFirst, label(tr(" and ")), interSecond});
+    addLine(label(tr("5)")), {exceptButton, exceptFirst, label(tr(" except ")), exceptSecond});
+    addLine(nullptr, {createButton(remove), removeChoice});
+    addLine(nullptr, {createButton(save), saveChoice});
     grid->setColumnStretch(1, 1);
     panel->setEnabled(false);
     panel->hide();
     return panel;
 }
 
-QHBoxLayout *TAVMainWidget::createSentence(std::initializer_list<QWidget *> words)
+QLayout *TAVMainWidget::createSentence(std::initializer_list<QWidget *> words)
 {
     auto *sentence = new QHBoxLayout;
     for (QWidget *word : words) {
@@ -614,13 +768,15 @@ QPushButton *TAVMainWidget::createButton(const Command &command)
     if (command.icon != nullptr) {
         button->setIcon(icon(command.icon));
     }
+    explain(button, command.tip);
     connect(button, &QPushButton::clicked, this, command.slot);
     return button;
 }
 
-QRadioButton *TAVMainWidget::createModeButton(const char *text)
+QRadioButton *TAVMainWidget::createModeButton(const char *text, const QString &tip)
 {
     auto *button = new QRadioButton(tr(text), this);
+    explain(button, tip);
     connect(button, &QRadioButton::clicked, this, &TAVMainWidget::slot_adjust_mode);
     return button;
 }
@@ -645,14 +801,20 @@ void TAVMainWidget::arrangePanels()
 {
     newListName = new NameLine;
     newListName->setObjectName(QStringLiteral("newListName"));
+    explain(newListName, tr("Names the list that the next command builds."), tr("Name of the new list"));
     console = new QTextEdit;
     console->setObjectName(QStringLiteral("console"));
     console->setReadOnly(true);
     console->setUndoRedoEnabled(false);
+    console->setAccessibleName(tr("Console"));
+    console->setAccessibleDescription(tr("Tells what the commands did."));
+    nameParts(console);
     keepLastLineInSight();
     progressBar = new QProgressBar;
     progressBar->setRange(0, 100);
     progressBar->setValue(0);
+    progressBar->setAccessibleName(tr("Progress"));
+    progressBar->setAccessibleDescription(tr("Tells how far the load of a database is."));
 
     auto *grid = new QGridLayout(this);
     grid->addWidget(modePanel, 0, 0, 1, 2);
@@ -664,6 +826,18 @@ void TAVMainWidget::arrangePanels()
     grid->addWidget(visualizationPanel, 5, 0, 1, 2);
     grid->addWidget(console, 6, 0, 3, 2);
     grid->addWidget(progressBar, 9, 0, 1, 2);
+    orderTabStops();
+}
+
+/// Lets Tab go through the panels from top to bottom. The widgets of a panel come in the order in which they were put
+/// into its layout.
+void TAVMainWidget::orderTabStops()
+{
+    QVector<QWidget *> stops;
+    addTabStops(layout(), stops);
+    for (int i = 1; i < stops.size(); ++i) {
+        setTabOrder(stops[i - 1], stops[i]);
+    }
 }
 
 // The console shows its last line when lines are added and when panels take room from it, unless the user has scrolled

@@ -9,8 +9,8 @@
 class Graph;
 class QComboBox;
 class QGridLayout;
-class QHBoxLayout;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -135,22 +135,24 @@ private:
     struct Command {
         const char *text;
         Slot slot;
+        QString tip;
         const char *icon = nullptr;
     };
 
     void connectManager();
     void createCombos();
-    QWidget *createPanel(const char *name);
+    QWidget *createPanel(const char *name, const QString &shownName);
     QWidget *createModePanel();
     QWidget *createListsPanel();
     QWidget *createInvariantsPanel();
     QWidget *createComparisonPanel();
     QWidget *createVisualizationPanel();
-    QHBoxLayout *createSentence(std::initializer_list<QWidget *> words);
+    static QLayout *createSentence(std::initializer_list<QWidget *> words);
     QPushButton *createButton(const Command &command);
-    QRadioButton *createModeButton(const char *text);
+    QRadioButton *createModeButton(const char *text, const QString &tip);
     void keepKeyboardInViewer(QWidget *control);
     void arrangePanels();
+    void orderTabStops();
     void keepLastLineInSight();
 
     void startLoading(const QString &file);
@@ -162,6 +164,7 @@ private:
     void stepThroughList(int step);
     bool browseChosenList();
     void showNothing();
+    void showPosition(const QString &text);
 
     TAVManager *manager;
     Graph *view = nullptr;

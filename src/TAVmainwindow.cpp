@@ -34,6 +34,12 @@ QString aboutText()
                           "    through its use.");
 }
 
+/// Gives an action a tool tip, in which %1 is its shortcut.
+void explain(QAction *action, const QString &tip)
+{
+    action->setToolTip(tip.arg(action->shortcut().toString(QKeySequence::NativeText)));
+}
+
 /// The one database file that is dragged; empty when it is anything else.
 QString draggedDatabase(const QMimeData *data)
 {
@@ -114,21 +120,25 @@ void TAVMainWindow::createActions()
     loadAct = new QAction(QIcon(QStringLiteral(":/images/open.png")), tr("&Load database"), this);
     loadAct->setShortcut(tr("Ctrl+O"));
     loadAct->setStatusTip(tr("Open Data"));
+    explain(loadAct, tr("Loads a database file in place of the database that is loaded (%1)."));
     connect(loadAct, &QAction::triggered, mainWidget, &TAVMainWidget::slot_open);
 
     clearAct = new QAction(QIcon(QStringLiteral(":/images/new.png")), tr("&Clear"), this);
     clearAct->setShortcut(tr("Ctrl+D"));
     clearAct->setStatusTip(tr("Clear Data"));
+    explain(clearAct, tr("Empties the database and keeps the lists (%1)."));
     connect(clearAct, &QAction::triggered, mainWidget, &TAVMainWidget::slot_clear);
 
     exitAct = new QAction(QIcon(QStringLiteral(":/images/quit.png")), tr("&Exit"), this);
     exitAct->setShortcut(tr("Ctrl+Q"));
     exitAct->setStatusTip(tr("Quit"));
+    explain(exitAct, tr("Ends the program; lists and invariants that are not saved are lost (%1)."));
     connect(exitAct, &QAction::triggered, qApp, &QApplication::closeAllWindows);
 
     aboutAct = new QAction(QIcon(QStringLiteral(":/images/help.png")), tr("&About"), this);
     aboutAct->setShortcut(tr("F1"));
     aboutAct->setStatusTip(tr("Some information on the software"));
+    explain(aboutAct, tr("Tells the version and the authors of the program (%1)."));
     connect(aboutAct, &QAction::triggered, this, &TAVMainWindow::about);
 }
 
@@ -137,6 +147,7 @@ void TAVMainWindow::createMenus()
     // Qt ignores the shortcut of an action whose widgets are all hidden, and the user can hide the tool bar: the
     // actions are the window's, too.
     addActions({loadAct, clearAct, exitAct, aboutAct});
+    menuBar()->setAccessibleName(tr("Menu bar"));
     menu = menuBar()->addMenu(tr("&Menu"));
     menu->addAction(aboutAct);
 }
@@ -144,6 +155,7 @@ void TAVMainWindow::createMenus()
 void TAVMainWindow::createToolbars()
 {
     toolbar = addToolBar(tr("Main"));
+    toolbar->setAccessibleName(tr("Main"));
     toolbar->addSeparator();
     toolbar->addAction(exitAct);
     toolbar->addSeparator();

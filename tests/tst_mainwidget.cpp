@@ -253,7 +253,7 @@ void TestMainWidget::listsPanelReadsAsSentences()
                                "2)|From file.", "3)|Union of |<unionFirst>| and |<unionSecond>",
                                "4)|Intersection of|<interFirst>| and |<interSecond>",
                                "5)|GraphList|<exceptFirst>| except |<exceptSecond>",
-                               "|Remove GraphList : |<removeChoice>", "|Save GraphList : |<saveChoice>"}));
+                               "-|Remove GraphList : |<removeChoice>", "-|Save GraphList : |<saveChoice>"}));
 }
 
 void TestMainWidget::visualizationPanelGrid()
