@@ -77,7 +77,7 @@ _tav()
         if [[ $current == -* ]]; then
             _tav_words "$current" "${options[@]}"
         elif [[ $command == invariant && $(_tav_operands) == 0 ]]; then
-            _tav_words "$current" "$("$tav" invariant --list 2>/dev/null | cut -d ' ' -f 1)"
+            _tav_words "$current" "$("$tav" invariant --list 2>/dev/null | sed -n 's/^  \([a-z0-9-]*\) .*/\1/p')"
         else
             _tav_files "$current" "$input"
         fi

@@ -71,7 +71,8 @@ void compute(const Names &names, const InvariantOptions &options, SharedValues &
     const auto valueOf = [&](size_t index) {
         SmallGraph graph;
         parseGraph6(names.at(index), graph);
-        return options.invariant->valueOf(graph);
+        GraphFacts facts(graph);
+        return options.invariant->valueOf(facts);
     };
     Progress progress(QStringLiteral("Computing"), names.count());
     computeInProcesses(values, names.count(), options.jobs, valueOf, [&](size_t done) { progress.report(done); });
@@ -91,12 +92,35 @@ void writeValues(const Names &names, const SharedValues &values, const Write &wr
     }
 }
 
+/// The value of @p invariant for a graph on @p order vertices without edges.
+QString edgelessValue(const Invariant &invariant, int order)
+{
+    SmallGraph graph;
+    graph.order = order;
+    GraphFacts facts(graph);
+    return QString::fromLatin1(invariantText(invariant.valueOf(facts)));
+}
+
+void printRow(const QString &name, const QString &ofNone, const QString &ofOne, const QString &description)
+{
+    print(QStringLiteral("%1 %2 %3  %4\n").arg(name, -29).arg(ofNone, 5).arg(ofOne, 5).arg(description));
+}
+
 void printInvariants()
 {
+    QLatin1String group("");
     for (const Invariant &invariant : invariants()) {
-        print(QStringLiteral("%1  %2\n")
-                  .arg(QLatin1String(invariant.name), -22)
-                  .arg(QLatin1String(invariant.description)));
+        if (group != QLatin1String(invariant.group)) {
+            print(group.isEmpty() ? QString() : QStringLiteral("\n"));
+            group = QLatin1String(invariant.group);
+            printRow(group, QStringLiteral("n = 0"), QStringLiteral("n = 1"), QStringLiteral("definition"));
+        }
+        printRow(QStringLiteral("  ") + QLatin1String(invariant.name), edgelessValue(invariant, 0),
+                 edgelessValue(invariant, 1), QString::fromUtf8(invariant.description));
+        const QString source = QString::fromUtf8(invariant.source);
+        if (!source.isEmpty()) {
+            print(QString(43, QLatin1Char(' ')) + QLatin1Char('[') + source + QStringLiteral("]\n"));
+        }
     }
 }
 
@@ -135,8 +159,10 @@ void writeInvariantFile(const InvariantOptions &options)
 
 void runInvariant(const QStringList &arguments)
 {
-    const QCommandLineOption list(QStringLiteral("list"),
-                                  QStringLiteral("Lists the names of the invariants, with one line on each."));
+    const QCommandLineOption list(
+        QStringLiteral("list"),
+        QStringLiteral("Lists the invariants in groups, with their values for the graphs on no and "
+                       "on one vertex, their definitions and sources."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Computes an invariant of every graph of a database and writes the file of it that Tavoline "

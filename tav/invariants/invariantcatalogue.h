@@ -1,23 +1,27 @@
 #ifndef TAVOLINE_INVARIANTCATALOGUE_H
 #define TAVOLINE_INVARIANTCATALOGUE_H
 
-#include "smallgraph.h"
+#include "graphfacts.h"
 
 #include <QString>
 
 #include <optional>
 #include <vector>
 
+/// The value of an invariant, or nothing where it is undefined.
+using InvariantValue = std::optional<double>;
+
 /// A number that isomorphic graphs share.
 struct Invariant {
     const char *name;        ///< on the command line
-    const char *description; ///< one line, which also tells where it is undefined
-    /// Its value for a graph, or nothing where it is undefined. Throws CommandError when igraph fails. Only one thread
-    /// may call this at a time: neither igraph nor cliquer is thread-safe.
-    std::optional<double> (*valueOf)(const SmallGraph &graph);
+    const char *group;       ///< the heading above it in lists; invariants of a group stand together
+    const char *description; ///< one line: the definition, and where it is undefined
+    const char *source;      ///< who defined it, in UTF-8; empty for what textbooks define
+    /// Its value for a graph. Throws CommandError when igraph fails.
+    InvariantValue (*valueOf)(GraphFacts &facts);
 };
 
-/// All invariants there are.
+/// All invariants there are, group by group.
 ///
 /// Special cases: a number or a sum is 0 when there is nothing to count or add, in the graph without vertices for
 /// example. A minimum, maximum or mean over nothing is undefined: degrees, distances and the spectral radius of the
