@@ -15,7 +15,10 @@
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QTableWidget>
 #include <QTime>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -28,6 +31,23 @@ namespace
 constexpr int longestClick = 400; // milliseconds: what takes more is a long press
 
 QTime now(12, 0);
+
+/// Far from all vertices.
+const QPointF emptySpace(-150, -150);
+const QPointF places[] = {{0, 0}, {100, 0}, {100, 100}, {0, 100}};
+
+QList<QDialog *> openDialogs()
+{
+    QList<QDialog *> dialogs;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget *widget : widgets) {
+        auto *dialog = qobject_cast<QDialog *>(widget);
+        if (dialog != nullptr && dialog->isVisible()) {
+            dialogs.append(dialog);
+        }
+    }
+    return dialogs;
+}
 
 /// Lets time pass for the viewer.
 void pass(int milliseconds)
@@ -73,6 +93,14 @@ private slots:
     void doubleClickOnEmptySpace_data();
     void doubleClickOnEmptySpace();
     void rightButtonEditsNothing();
+
+    void informationOfAVertex_data();
+    void informationOfAVertex();
+    void informationFollowsTheGraph();
+    void informationOfAVertexThatIsGone();
+    void nameAppliesWithDone();
+    void nameThatIsNotGiven();
+    void nameThatIsTooLongForTheLine();
 
     void claimsItsControlKeys();
     void shortcutsOfTheWindowGiveWay();
@@ -123,6 +151,19 @@ private:
         press(point);
         release(point);
     }
+    /// Presses soon enough after a click for a double-click.
+    void pressAgain(QPointF point) const
+    {
+        QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval; // that QTest adds against double-clicks
+        QTest::mousePress(window(), Qt::LeftButton, Qt::NoModifier, at(point));
+    }
+    /// Opens the information dialog of the vertex at @p point.
+    QDialog *openInformation(QPointF point) const
+    {
+        move(point);
+        QTest::mouseDClick(window(), Qt::LeftButton, Qt::NoModifier, at(point));
+        return openDialogs().value(0);
+    }
     /// Presses and releases the right button, which asks for the menu in between, and returns whether that came up.
     bool rightClickOpensTheMenu(QPointF point) const
     {
@@ -148,21 +189,28 @@ private:
 
 namespace
 {
-/// Far from all vertices.
-const QPointF emptySpace(-150, -150);
-const QPointF places[] = {{0, 0}, {100, 0}, {100, 100}, {0, 100}};
-
-QList<QDialog *> openDialogs()
+/// What an information dialog lists: "Degree 2, Triangles 0".
+QString listed(const QDialog *dialog)
 {
-    QList<QDialog *> dialogs;
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    for (QWidget *widget : widgets) {
-        auto *dialog = qobject_cast<QDialog *>(widget);
-        if (dialog != nullptr && dialog->isVisible()) {
-            dialogs.append(dialog);
-        }
+    const auto *table = dialog->findChild<QTableWidget *>();
+    QStringList rows;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        rows.append(table->verticalHeaderItem(row)->text() + QLatin1Char(' ') + table->item(row, 0)->text());
     }
-    return dialogs;
+    return rows.join(QStringLiteral(", "));
+}
+
+/// Replaces what an open dialog has in its name line.
+void typeName(QDialog *dialog, const QString &name)
+{
+    auto *line = dialog->findChild<QLineEdit *>();
+    line->selectAll();
+    QTest::keyClicks(line, name);
+}
+
+void pressDone(QDialog *dialog)
+{
+    QTest::mouseClick(dialog->findChild<QPushButton *>(), Qt::LeftButton);
 }
 } // namespace
 
@@ -513,6 +561,125 @@ void TestGraphInteraction::doubleClickOnEmptySpace()
     QVERIFY(view->node(4)->isVisible());
     QCOMPARE(recorder.recorded(), (QStringList{QStringLiteral("best_graph_changed")}));
     QCOMPARE(openDialogs().size(), 0);
+}
+
+void TestGraphInteraction::informationOfAVertex_data()
+{
+    QTest::addColumn<int>("vertices");
+    QTest::addColumn<QString>("edges");
+    QTest::addColumn<QString>("information"); // of vertex 1
+    QTest::newRow("path") << 4 << "0-1 1-2 2-3"
+                          << "Degree 2, Eccentricity 2, Triangles 0, Neighbours Node 1, Node 3";
+    QTest::newRow("complete graph") << 4 << "0-1 0-2 0-3 1-2 1-3 2-3"
+                                    << "Degree 3, Eccentricity 1, Triangles 3, Neighbours Node 1, Node 3, Node 4";
+    QTest::newRow("two triangles with a common edge")
+        << 4 << "0-1 1-2 0-2 1-3 0-3"
+        << "Degree 3, Eccentricity 1, Triangles 2, Neighbours Node 1, Node 3, Node 4";
+    QTest::newRow("triangle and a vertex") << 4 << "0-1 1-2 0-2"
+                                           << "Degree 2, Eccentricity infinite, Triangles 1, Neighbours Node 1, Node 3";
+    QTest::newRow("isolated") << 4 << "2-3"
+                              << "Degree 0, Eccentricity infinite, Triangles 0, Neighbours none";
+    QTest::newRow("no edge") << 2 << ""
+                             << "Degree 0, Eccentricity infinite, Triangles 0, Neighbours none";
+    QTest::newRow("star with 32 vertices, a leaf")
+        << 32
+        << "0-1 0-2 0-3 0-4 0-5 0-6 0-7 0-8 0-9 0-10 0-11 0-12 0-13 0-14 0-15 0-16 0-17 0-18 0-19 0-20 0-21 "
+           "0-22 0-23 0-24 0-25 0-26 0-27 0-28 0-29 0-30 0-31"
+        << "Degree 1, Eccentricity 2, Triangles 0, Neighbours Node 1";
+}
+
+void TestGraphInteraction::informationOfAVertex()
+{
+    QFETCH(int, vertices);
+    QFETCH(QString, edges);
+    graphtext::set(*view, vertices, edges);
+    for (int i = 0; i < vertices; ++i) {
+        view->node(i)->setPosition(i < 4 ? places[i] : emptySpace);
+    }
+    view->update_display();
+    const QDialog *dialog = openInformation(places[1]);
+    QVERIFY(dialog != nullptr);
+    QTEST(listed(dialog), "information");
+}
+
+void TestGraphInteraction::informationFollowsTheGraph()
+{
+    const QDialog *dialog = openInformation(places[1]);
+    view->addEdge(1, 3); // not published: the shown graph does not have it
+    view->update_display();
+    QCOMPARE(listed(dialog), QStringLiteral("Degree 2, Eccentricity 2, Triangles 0, Neighbours Node 1, Node 3"));
+    view->changeBest();
+    view->update_display();
+    QCOMPARE(listed(dialog),
+             QStringLiteral("Degree 3, Eccentricity 1, Triangles 1, Neighbours Node 1, Node 3, Node 4"));
+    view->remNode();
+    view->changeBest();
+    view->update_display();
+    QCOMPARE(listed(dialog), QStringLiteral("Degree 2, Eccentricity 1, Triangles 0, Neighbours Node 1, Node 3"));
+}
+
+void TestGraphInteraction::informationOfAVertexThatIsGone()
+{
+    const QPointer<QDialog> dialog = openInformation(places[3]);
+    QVERIFY(dialog != nullptr);
+    view->remNode();
+    view->changeBest();
+    view->update_display();
+    QCOMPARE(openDialogs().size(), 0);
+
+    // One that is still shown.
+    click(places[2]);
+    view->remNode();
+    view->changeBest();
+    pressAgain(places[2]);
+    QCOMPARE(openDialogs().size(), 1);
+    QCOMPARE(listed(openDialogs().constFirst()), QString());
+}
+
+void TestGraphInteraction::nameAppliesWithDone()
+{
+    QDialog *dialog = openInformation(places[1]);
+    typeName(dialog, QStringLiteral("middle <b>"));
+    QCOMPARE(view->node(1)->getName(), QStringLiteral("Node 2"));
+    pressDone(dialog);
+    QVERIFY(dialog->isHidden());
+    QCOMPARE(view->node(1)->getName(), QStringLiteral("middle <b>"));
+    const QDialog *neighbour = openInformation(places[0]);
+    QCOMPARE(listed(neighbour), QStringLiteral("Degree 1, Eccentricity 3, Triangles 0, Neighbours middle <b>"));
+
+    // The name line shows what the name becomes in another way, too.
+    view->node(0)->setName(QStringLiteral("first"));
+    QCOMPARE(neighbour->findChild<QLineEdit *>()->text(), QStringLiteral("first"));
+
+    // A tab or a line end would be another field, or line, in a file.
+    QTest::mouseClick(neighbour->findChild<QPushButton *>(), Qt::LeftButton);
+    dialog = openInformation(places[3]);
+    auto *line = dialog->findChild<QLineEdit *>();
+    line->setText(QStringLiteral("a\tb\nc\rd"));
+    line->setModified(true);
+    pressDone(dialog);
+    QCOMPARE(view->node(3)->getName(), QStringLiteral("a b c d"));
+}
+
+void TestGraphInteraction::nameThatIsNotGiven()
+{
+    QDialog *dialog = openInformation(places[1]);
+    typeName(dialog, QStringLiteral("other"));
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QVERIFY(dialog->isHidden());
+    QCOMPARE(view->node(1)->getName(), QStringLiteral("Node 2"));
+    dialog = openInformation(places[1]);
+    QCOMPARE(dialog->findChild<QLineEdit *>()->text(), QStringLiteral("Node 2"));
+    pressDone(dialog);
+    QCOMPARE(view->node(1)->getName(), QStringLiteral("Node 2"));
+}
+
+void TestGraphInteraction::nameThatIsTooLongForTheLine()
+{
+    const QString name(100000, QLatin1Char('n'));
+    view->node(1)->setName(name);
+    pressDone(openInformation(places[1]));
+    QCOMPARE(view->node(1)->getName(), name);
 }
 
 void TestGraphInteraction::rightButtonEditsNothing()

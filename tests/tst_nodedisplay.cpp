@@ -23,6 +23,8 @@ private slots:
     void valuesHaveSixDigits();
     void resetLeavesOneColumnAndNoRow();
     void valuesAfterAResetStartAgain();
+    void textsAreRows();
+    void valuesCannotBeEdited();
 };
 
 namespace
@@ -141,6 +143,27 @@ void TestNodeDisplay::valuesAfterAResetStartAgain()
     dialog.setValue(QStringLiteral("colour"), 2);
     QCOMPARE(tableOf(dialog)->horizontalHeaderItem(0)->text(), QStringLiteral("Value"));
     QCOMPARE(rows(dialog), (QStringList{QStringLiteral("colour: 2")}));
+}
+
+void TestNodeDisplay::textsAreRows()
+{
+    NodeDisplay dialog(QStringLiteral("Node 7"));
+    dialog.setText(QStringLiteral("neighbours"), QStringLiteral("<b>1</b>, 2"));
+    dialog.setValue(QStringLiteral("degree"), 2);
+    QCOMPARE(rows(dialog), (QStringList{QStringLiteral("neighbours: <b>1</b>, 2"), QStringLiteral("degree: 2")}));
+}
+
+void TestNodeDisplay::valuesCannotBeEdited()
+{
+    NodeDisplay dialog(QStringLiteral("Node 7"));
+    dialog.setValue(QStringLiteral("degree"), 2);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&dialog, patience));
+    QTableWidget *table = tableOf(dialog);
+    table->setCurrentCell(0, 0);
+    QTest::keyClick(table, Qt::Key_F2);
+    QTest::keyClick(table, Qt::Key_5);
+    QVERIFY(table->findChild<QLineEdit *>() == nullptr);
 }
 
 QTEST_MAIN(TestNodeDisplay)

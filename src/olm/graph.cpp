@@ -369,6 +369,15 @@ void Graph::best_backup()
 
 void Graph::update_display()
 {
+    const bool isNew = displayedId != bestId;
+    showBestGraph();
+    if (isNew) {
+        refreshInformation();
+    }
+}
+
+void Graph::showBestGraph()
+{
     const QMutexLocker bestLocker(&bestLock);
     const QMutexLocker currentLocker(&currentLock);
     for (int i = 0; i < MAX_NODES; ++i) {

@@ -93,7 +93,6 @@ public:
     // The best graph and the display.
 
     /// Whether vertices @p i and @p j of the best graph are joined; false when they are not two of its vertices.
-    /// Nothing in this program calls it.
     bool bestEdge(int i, int j) const;
     /// Makes the current graph the best one.
     void best_backup();
@@ -369,6 +368,7 @@ private:
     void countChange();
     void setNbNodes(int count);
     void swapVertices(int i, int j);
+    void showBestGraph();
     template<typename Apply> void forEachDisplayedEdge(Apply apply);
     void setEdge(int i, int j, bool joined);
     void setPairs(int count, const std::function<bool(int)> &isJoined);
@@ -389,6 +389,8 @@ private:
     void pressAt(QPointF point, bool alt);
     void joinSelectionTo(int vertex);
     void dragTo(QPointF point);
+    void describeVertex(int vertex);
+    void refreshInformation();
     void moveView(int key, bool alt);
     void releaseModifiers();
     void restoreFromHistory();

@@ -235,6 +235,7 @@ void Graph::mouseDoubleClickEvent(QMouseEvent *event)
     if (vertices.isEmpty()) {
         addJoinedVertex(addMode);
     } else {
+        describeVertex(vertices.first());
         nodes[vertices.first()]->toggleNodeDisplay();
     }
 }

@@ -52,6 +52,8 @@ Node::Node(double x, double y, double /*width*/, double /*height*/, QString node
         setPos(x, y);
         nodeDisplay = std::make_unique<NodeDisplay>(name);
         nodeDisplay->hide();
+        QObject::connect(nodeDisplay.get(), &NodeDisplay::nameChosen, nodeDisplay.get(),
+                         [this](const QString &chosen) { setName(chosen); });
     }
 }
 
@@ -76,6 +78,9 @@ void Node::initColors()
 // QToolTip takes a text that looks like HTML for HTML: a name from a file must be shown as it is.
 void Node::setName(const QString &text)
 {
+    if (name != text && isNodeDisplayShown()) {
+        nodeDisplay->setNodeName(text);
+    }
     name = text;
     if (interactive) {
         const QString tip = shortened(name);
@@ -188,14 +193,27 @@ void Node::setMousePressPos(QPointF point)
 void Node::toggleNodeDisplay()
 {
     if (nodeDisplay) {
+        nodeDisplay->setNodeName(name);
         nodeDisplay->setVisible(!nodeDisplay->isVisible());
     }
+}
+
+bool Node::isNodeDisplayShown() const
+{
+    return nodeDisplay != nullptr && nodeDisplay->isVisible();
 }
 
 void Node::setValue(const QString &valueName, double value)
 {
     if (nodeDisplay) {
         nodeDisplay->setValue(valueName, value);
+    }
+}
+
+void Node::setText(const QString &valueName, const QString &text)
+{
+    if (nodeDisplay) {
+        nodeDisplay->setText(valueName, text);
     }
 }
 

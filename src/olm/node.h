@@ -93,11 +93,14 @@ public:
     /// Rounds to whole numbers, from -1 000 000 to 1 000 000.
     void setMousePressPos(QPointF point);
 
-    /// Shows or hides the information dialog, if there is one.
+    /// Shows or hides the information dialog, if there is one. Its name line is that of the vertex when it is shown,
+    /// and gives the vertex another name with "Done".
     void toggleNodeDisplay();
-    /// Adds a row to the information dialog. Nothing in this program calls it.
+    bool isNodeDisplayShown() const;
+    /// Adds a row to the information dialog.
     void setValue(const QString &valueName, double value);
-    /// Removes the rows. Nothing in this program calls it.
+    void setText(const QString &valueName, const QString &text);
+    /// Removes the rows.
     void resetValues();
 
     /// The one vertex item, of whatever graph, that is pressed, or picked as the end of an edge; null when there is

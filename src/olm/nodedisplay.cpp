@@ -3,23 +3,50 @@
 #include "numbertext.h"
 
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableWidget>
 #include <QTableWidgetItem>
 
 NodeDisplay::NodeDisplay(const QString &name) : table(new QTableWidget), nameEdit(new QLineEdit(name))
 {
     setWindowTitle(tr("Node information"));
+    nameEdit->setAccessibleName(tr("Name of the vertex"));
+    table->setAccessibleName(tr("Values of the vertex"));
+    table->setEditTriggers(QTableWidget::NoEditTriggers);
+    table->horizontalHeader()->setStretchLastSection(true);
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     auto *done = new QPushButton(tr("Done"));
-    connect(done, &QPushButton::clicked, this, &QDialog::hide);
+    done->setToolTip(tr("Gives the vertex the name and closes this window."));
+    connect(done, &QPushButton::clicked, this, &NodeDisplay::conclude);
     auto *grid = new QGridLayout(this);
     grid->addWidget(nameEdit, 0, 0);
     grid->addWidget(done, 0, 1);
     grid->addWidget(table, 1, 0, 1, 2);
 }
 
+void NodeDisplay::setNodeName(const QString &name)
+{
+    nameEdit->setText(name);
+}
+
+// A name that was not changed is not given back: QLineEdit cuts a very long one.
+void NodeDisplay::conclude()
+{
+    if (nameEdit->isModified()) {
+        emit nameChosen(nameEdit->text().replace(QRegularExpression(QStringLiteral("[\t\r\n]")), QStringLiteral(" ")));
+    }
+    hide();
+}
+
 void NodeDisplay::setValue(const QString &name, double value)
+{
+    setText(name, numberText(value));
+}
+
+void NodeDisplay::setText(const QString &name, const QString &text)
 {
     const int row = nbValues++;
     if (table->columnCount() == 0) {
@@ -30,7 +57,7 @@ void NodeDisplay::setValue(const QString &name, double value)
     }
     table->setRowCount(nbValues);
     table->setVerticalHeaderItem(row, new QTableWidgetItem(name));
-    table->setItem(row, 0, new QTableWidgetItem(numberText(value)));
+    table->setItem(row, 0, new QTableWidgetItem(text));
 }
 
 void NodeDisplay::resetValues()

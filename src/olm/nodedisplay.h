@@ -7,7 +7,7 @@
 class QLineEdit;
 class QTableWidget;
 
-/// The dialog that lists named values of one vertex. It is not modal and starts hidden.
+/// The dialog that names one vertex and lists what is known of it. It is not modal and starts hidden.
 class NodeDisplay : public QDialog
 {
     Q_OBJECT
@@ -15,13 +15,21 @@ class NodeDisplay : public QDialog
 public:
     explicit NodeDisplay(const QString &name);
 
-    /// Appends a row; the same name twice gives two rows. Nothing in this program adds a row: a tool that knows values
-    /// of the vertices can.
+    /// Shows the name of the vertex.
+    void setNodeName(const QString &name);
+    /// Appends a row; the same name twice gives two rows.
     void setValue(const QString &name, double value);
+    void setText(const QString &name, const QString &text);
     /// Removes all rows.
     void resetValues();
 
+signals:
+    /// The name was changed, and "Done" pressed. There is no tab and no line end in it, which the files could not hold.
+    void nameChosen(const QString &name);
+
 private:
+    void conclude();
+
     QTableWidget *table;
     QLineEdit *nameEdit;
     int nbValues = 0;
