@@ -223,6 +223,9 @@ private slots:
     void slotSave_endsWithTheSession();
     void slotSave_failures();
     void slotImport();
+    void slotImport_standsOnACircle();
+    void slotImport_withoutEdges_data();
+    void slotImport_withoutEdges();
     void slotImport_failures();
     void slotExport();
     void slotExport_failures();
@@ -1213,6 +1216,41 @@ void TestGraphFiles::slotImport()
     QVERIFY(!graph.node(2)->isVisible());
     graph.autosave();
     QVERIFY(QFile::exists(folder->path(".olmgr")));
+}
+
+void TestGraphFiles::slotImport_standsOnACircle()
+{
+    Graph graph(QStringLiteral("g"), true);
+    Dialogs dialogs({folder->write("g.edgelist", "a\tb\nb\tc\nc\td\n")});
+    graph.slot_import_graph();
+    const QPointF places[] = {{100, 0}, {0, 100}, {-100, 0}, {0, -100}};
+    for (int i = 0; i < 4; ++i) {
+        QVERIFY(QLineF(graph.node(i)->position(), places[i]).length() < 1e-5);
+    }
+}
+
+void TestGraphFiles::slotImport_withoutEdges_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("isTold");
+    QTest::newRow("blanks") << QByteArray("a b\nb c\n") << true;
+    QTest::newRow("commas") << QByteArray("a,b") << true;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("one edge") << QByteArray("a b\na\tb\n") << false;
+}
+
+void TestGraphFiles::slotImport_withoutEdges()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(bool, isTold);
+    Graph graph(QStringLiteral("g"), true);
+    Dialogs dialogs({folder->write("g.edgelist", text)});
+    graph.slot_import_graph();
+    QCOMPARE(dialogs.seen.mid(1), isTold ? QStringList{QStringLiteral(
+                                               "Warning|There is no edge in this file: a line must hold the labels of "
+                                               "two vertices with a tab between them.|OK")}
+                                         : QStringList());
+    QCOMPARE(graph.getNbEdges(), text.contains('\t') ? 1 : 0);
 }
 
 void TestGraphFiles::slotImport_failures()

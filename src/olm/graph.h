@@ -352,6 +352,8 @@ private:
     };
     /// An angle in radians, 3.14159265 / 64: what one key press or one tick of the timer turns the drawing by.
     static constexpr double rotationStep = 0.04908738515625;
+    /// Of the circle that vertices without places of their own stand on, in scene units.
+    static constexpr double circleDiameter = 200.0;
 
     struct MenuEntry;
     struct MenuSwitch;

@@ -481,8 +481,15 @@ void Graph::slot_import_graph()
                                                       QStringLiteral("*.edgelist"));
     releaseModifiers();
     const bool done = import_el(path);
+    if (done) {
+        place_circle(circleDiameter); // import_el() leaves all vertices on one point
+    }
     update_display();
     concludeFileCommand(done, path, QStringLiteral("Failed to import graph."));
+    if (done && nbNodes == 0 && QFileInfo(path).size() > 0) {
+        warn(QStringLiteral("Warning"),
+             tr("There is no edge in this file: a line must hold the labels of two vertices with a tab between them."));
+    }
 }
 
 void Graph::slot_export_graph()

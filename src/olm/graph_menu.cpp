@@ -4,12 +4,6 @@
 #include <QActionGroup>
 #include <QMenu>
 
-namespace
-{
-/// Of the circle that the menu places the vertices on, in scene units.
-constexpr double circleDiameter = 200.0;
-} // namespace
-
 /// An entry that carries out a command; without a text, a separator.
 struct Graph::MenuEntry {
     QString text;
