@@ -92,6 +92,9 @@ private slots:
     void doubleClickOnAVertex();
     void doubleClickOnEmptySpace_data();
     void doubleClickOnEmptySpace();
+    void slowDoubleClickKeepsTheSelection_data();
+    void slowDoubleClickKeepsTheSelection();
+    void secondPressOfADoubleClickMayBeLong();
     void rightButtonEditsNothing();
 
     void informationOfAVertex_data();
@@ -156,6 +159,17 @@ private:
     {
         QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval; // that QTest adds against double-clicks
         QTest::mousePress(window(), Qt::LeftButton, Qt::NoModifier, at(point));
+    }
+    /// Clicks twice at the pace of a slow hand; the second press lasts for @p hold.
+    void doubleClickSlowly(QPointF point, int hold = 150) const
+    {
+        press(point);
+        pass(150);
+        release(point);
+        pass(200);
+        pressAgain(point);
+        pass(hold);
+        release(point);
     }
     /// Opens the information dialog of the vertex at @p point.
     QDialog *openInformation(QPointF point) const
@@ -561,6 +575,35 @@ void TestGraphInteraction::doubleClickOnEmptySpace()
     QVERIFY(view->node(4)->isVisible());
     QCOMPARE(recorder.recorded(), (QStringList{QStringLiteral("best_graph_changed")}));
     QCOMPARE(openDialogs().size(), 0);
+}
+
+void TestGraphInteraction::slowDoubleClickKeepsTheSelection_data()
+{
+    QTest::addColumn<QPointF>("point");
+    QTest::addColumn<QString>("selected");
+    QTest::newRow("empty space") << emptySpace << "0 1 4";
+    QTest::newRow("vertex") << places[2] << "0 1 2"; // the first click selects it
+}
+
+/// The release comes more than the time of a long press after the first press, and after a command that took its time.
+void TestGraphInteraction::slowDoubleClickKeepsTheSelection()
+{
+    QFETCH(QPointF, point);
+    const int vertices = point == emptySpace ? 5 : 4;
+    graphtext::select(*view, {0, 1});
+    connect(view, &Graph::signal_best_graph_changed, this, [] { pass(1000); });
+    doubleClickSlowly(point);
+    QCOMPARE(view->getNbNodes(), vertices);
+    QCOMPARE(openDialogs().size(), 5 - vertices);
+    QTEST(graphtext::selection(*view), "selected");
+}
+
+void TestGraphInteraction::secondPressOfADoubleClickMayBeLong()
+{
+    graphtext::select(*view, {0, 1});
+    doubleClickSlowly(emptySpace, longestClick + 1);
+    QCOMPARE(graphtext::edges(*view), QStringLiteral("0-1 1-2 2-3 0-4 1-4"));
+    QCOMPARE(graphtext::selection(*view), QString()); // as after any long press
 }
 
 void TestGraphInteraction::informationOfAVertex_data()

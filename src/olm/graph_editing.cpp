@@ -238,6 +238,9 @@ void Graph::mouseDoubleClickEvent(QMouseEvent *event)
         describeVertex(vertices.first());
         nodes[vertices.first()]->toggleNodeDisplay();
     }
+    // The second press of a double-click comes as the double-click only. Its release must not take the time since the
+    // first press, nor what the command took, for that of a long press.
+    pressTime = QTime::currentTime();
 }
 
 /// The slots of the vertex items among @p items, in their order.
