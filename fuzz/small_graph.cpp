@@ -1,7 +1,7 @@
-// A graph6 string, as tav reads it.
+// A line with a graph6 or sparse6 string, as tav reads it.
 
 #include "fuzztarget.h"
-#include "smallgraph.h"
+#include "graphstring.h"
 
 #include <QCoreApplication>
 
@@ -13,7 +13,8 @@ int LLVMFuzzerInitialize(int *argc, char ***argv)
 int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     SmallGraph graph;
-    if (!parseGraph6(InputBytes(data, size).rest(), graph).isEmpty()) {
+    const std::string_view text = graphOnLine(InputBytes(data, size).rest(), 1);
+    if (!parseGraph(text, graph).isEmpty()) {
         return 0;
     }
     require(graph.order >= 0 && graph.order <= SmallGraph::maxOrder, "the order is within its bounds");
@@ -26,6 +27,11 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         }
     }
     require(graph.size() == edges, "the size is the number of edges");
+    const std::string written = graph6Of(graph);
+    require(text.front() == ':' || written == text, "graph6 is written as it is read");
+    SmallGraph again;
+    require(parseGraph(written, again).isEmpty() && again.order == graph.order && again.rows == graph.rows,
+            "what is written is read again");
     graph.isConnected();
     for (int v = 0; v < graph.order; ++v) {
         const SmallGraph rest = graph.withoutVertex(v);

@@ -1,6 +1,7 @@
 #include "invariant.h"
 
 #include "commandline.h"
+#include "graphstring.h"
 #include "input.h"
 #include "output.h"
 #include "progress.h"
@@ -47,12 +48,12 @@ Names readNames(const QString &database)
     readLines(database, [&](std::string_view line, qint64 number) {
         bool more = false;
         QByteArray memory;
-        const std::string_view name = normaliseDroppingReturns(takeField(line, more), memory);
+        const std::string_view name = graphOnLine(normaliseDroppingReturns(takeField(line, more), memory), number);
         if (name.empty()) {
             return;
         }
         SmallGraph graph;
-        const QString fault = parseGraph6(name, graph);
+        const QString fault = parseGraph(name, graph);
         if (!fault.isEmpty()) {
             throw CommandError(database, number, fault);
         }
@@ -70,7 +71,7 @@ void compute(const Names &names, const InvariantOptions &options, SharedValues &
 {
     const auto valueOf = [&](size_t index) {
         SmallGraph graph;
-        parseGraph6(names.at(index), graph);
+        parseGraph(names.at(index), graph);
         GraphFacts facts(graph);
         return options.invariant->valueOf(facts);
     };

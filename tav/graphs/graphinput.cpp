@@ -1,14 +1,25 @@
 #include "graphinput.h"
 
 #include "commandline.h"
+#include "graphstring.h"
 #include "input.h"
-#include "smallgraph.h"
-#include "textline.h"
+#include "sparse6.h"
 
-namespace
+void readGraphs(const QString &path, const std::function<void(const GraphLine &)> &take)
 {
-constexpr std::string_view header = ">>graph6<<";
-} // namespace
+    SmallGraph graph;
+    readLines(path, [&](std::string_view line, qint64 number) {
+        const std::string_view text = graphOnLine(line, number);
+        if (text.empty()) {
+            return;
+        }
+        const QString fault = parseGraph(text, graph);
+        if (!fault.isEmpty()) {
+            throw CommandError(path, number, fault);
+        }
+        take({text, graph, number});
+    });
+}
 
 size_t GraphGroup::count() const
 {
@@ -31,7 +42,7 @@ GraphInput::GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces)
 void GraphInput::read()
 {
     for (int input = 0; input < inputs.size(); ++input) {
-        readLines(inputs.at(input), [&](std::string_view line, qint64 number) { readLine(line, {input, number}); });
+        readGraphs(inputs.at(input), [&](const GraphLine &line) { take(line, input); });
     }
     if (groupsByKind.empty()) {
         const QString text = isConnectedOnly ? QStringLiteral("no connected graph in the input")
@@ -59,32 +70,22 @@ QString GraphInput::locate(size_t index) const
     return QStringLiteral("%1:%2").arg(inputName(inputs.at(place.input)), QString::number(place.line));
 }
 
-void GraphInput::readLine(std::string_view line, InputPlace place)
+void GraphInput::take(const GraphLine &line, int input)
 {
-    if (place.line == 1) {
-        line = withoutByteOrderMark(line);
-        if (line.substr(0, header.size()) == header) {
-            line.remove_prefix(header.size());
-        }
-    }
-    if (line.empty()) {
-        return;
-    }
-    SmallGraph graph;
-    const QString fault = parseGraph6(line, graph);
-    if (!fault.isEmpty()) {
-        throw CommandError(inputs.at(place.input), place.line, fault);
-    }
-    if (isConnectedOnly && !graph.isConnected()) {
+    if (isConnectedOnly && !line.graph.isConnected()) {
         ++disconnected;
         return;
     }
-    const int size = graph.size();
-    GraphGroup &group = groupsByKind[{graph.order, size}];
-    group.order = graph.order;
+    const int size = line.graph.size();
+    GraphGroup &group = groupsByKind[{line.graph.order, size}];
+    group.order = line.graph.order;
     group.size = size;
-    group.strings += line;
+    if (line.text.front() == sparse6Mark) {
+        group.strings += graph6Of(line.graph);
+    } else {
+        group.strings += line.text;
+    }
     if (isKeepingPlaces) {
-        group.places.push_back(place);
+        group.places.push_back({input, line.number});
     }
 }

@@ -1,16 +1,32 @@
 #ifndef TAVOLINE_GRAPHINPUT_H
 #define TAVOLINE_GRAPHINPUT_H
 
+#include "smallgraph.h"
+
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+/// A line of a graph file, with its graph.
+struct GraphLine {
+    std::string_view text; ///< the graph6 or sparse6 string
+    const SmallGraph &graph;
+    qint64 number; ///< of the line in the file, counted from 1
+};
+
+/// Reads the graphs of the file @p path, one by one; "-" is standard input. A line is a graph6 or a sparse6 string,
+/// which a header may precede; empty lines are passed over. Calls @p take with each. Throws CommandError for a file
+/// that cannot be read and for a line that is no such string of a simple graph on at most SmallGraph::maxOrder
+/// vertices.
+void readGraphs(const QString &path, const std::function<void(const GraphLine &line)> &take);
 
 /// Where a graph was read.
 struct InputPlace {
@@ -29,15 +45,14 @@ struct GraphGroup {
     std::string_view string(size_t index) const;
 };
 
-/// The graphs of some files of graph6 strings, by order, then size, then place in the files.
+/// The graphs of some files (see readGraphs()), by order, then size, then place in the files.
 class GraphInput
 {
 public:
     /// Reads nothing yet. locate() needs @p keepsPlaces, which takes memory.
     GraphInput(QStringList paths, bool connectedOnly, bool keepsPlaces);
 
-    /// Reads the files. Throws CommandError for one that cannot be read, for a line that is no graph6 string of at most
-    /// SmallGraph::maxOrder vertices, and when there is no graph.
+    /// Reads the files, each as readGraphs() does. Throws CommandError also when there is no graph.
     void read();
 
     /// The graphs by order and size.
@@ -51,7 +66,7 @@ public:
     QString locate(size_t index) const;
 
 private:
-    void readLine(std::string_view line, InputPlace place);
+    void take(const GraphLine &line, int input);
 
     QStringList inputs;
     bool isConnectedOnly;
