@@ -17,7 +17,8 @@ install_packages() {
         >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev libnauty2-dev)
+build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev
+    libmuparser-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14
     man-db desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)

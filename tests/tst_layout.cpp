@@ -53,6 +53,7 @@ const std::vector<Room> rooms = {
     room("streams", "tav/streams/", "console files processes"),
     room("graphs", "tav/graphs/", "console files graph6 streams"),
     room("invariants", "tav/invariants/", "console graphs"),
+    room("expressions", "tav/expressions/", "console invariants queries"),
     room("scripts", "tav/scripts/", "console core files"),
     room("commands", "tav/commands/", "base console files graphs invariants processes record scripts streams"),
     room("tav", "tav/tav.", "base commands console files processes"),
