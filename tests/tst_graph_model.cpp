@@ -350,6 +350,7 @@ private slots:
     void operationsAgreeWithPlainArrays();
 
     void displayFollowsTheBestGraph();
+    void vertexExistsForItsEdgesOnceTheBestGraphHasIt();
     void displayReadsTheLowerTriangle();
     void changeBestPublishes();
     void displayWritesBothMatrices();
@@ -846,6 +847,22 @@ void TestGraphModel::displayFollowsTheBestGraph()
     QVERIFY(graph.edgeItem(1, 2)->isVisible());
     QVERIFY(graph.bestEdge(2, 1));
     QVERIFY(!graph.bestEdge(0, 1));
+}
+
+/// The item of an edge is drawn between vertices whose getVisible() holds, before the display is updated, too.
+void TestGraphModel::vertexExistsForItsEdgesOnceTheBestGraphHasIt()
+{
+    Graph graph(latin1("exists"), true);
+    build(graph, 3, {{0, 1}});
+    graph.addNode();
+    QVERIFY(!graph.node(3)->getVisible());
+    graph.best_backup();
+    QVERIFY(graph.node(3)->getVisible());
+    QVERIFY(!graph.node(3)->isVisible());
+    graph.remNode();
+    QVERIFY(graph.node(3)->getVisible());
+    graph.best_backup();
+    QVERIFY(!graph.node(3)->getVisible());
 }
 
 void TestGraphModel::displayReadsTheLowerTriangle()

@@ -42,6 +42,7 @@ private slots:
     void positionFromAPointKeepsDepth();
     void positionFromTwoNumbersKeepsTheStackingOrder();
     void positionFromThreeNumbersSetsTheStackingOrder();
+    void positionWithoutAnyIsTheOrigin();
     void positionsAreFinite();
     void moveIsRelative();
     void edgesFollow_data();
@@ -351,6 +352,15 @@ void TestNode::positionFromThreeNumbersSetsTheStackingOrder()
     QCOMPARE(node.zValue(), -3.0);
     node.setPosition(-1, -2, 0);
     QCOMPARE(node.zValue(), 0.0);
+}
+
+void TestNode::positionWithoutAnyIsTheOrigin()
+{
+    const Node node(40, 50, 10.0, 10.0, QStringLiteral("v"), true); // placed, but not by coordinates
+    QCOMPARE(node.pos(), QPointF(40, 50));
+    QCOMPARE(node.getCoordX(), 0.0);
+    QCOMPARE(node.getCoordY(), 0.0);
+    QCOMPARE(node.getCoordZ(), 0.0);
 }
 
 void TestNode::positionsAreFinite()
