@@ -57,6 +57,12 @@ if(NOT TAVOLINE_SANITIZE) # the sanitizers have allocation functions of their ow
     tavoline_slow_tests(tst_memory)
 endif()
 
+# The drawing.
+tavoline_test(tst_places tavoline_drawing)
+tavoline_test(tst_springlayout tavoline_drawing)
+tavoline_test(tst_planarlayout tavoline_drawing)
+tavoline_test(tst_levellayout tavoline_drawing)
+
 # The viewer.
 tavoline_test(tst_random tavoline_viewer)
 tavoline_test(tst_solve tavoline_viewer)

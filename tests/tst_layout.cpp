@@ -45,6 +45,7 @@ const std::vector<Room> rooms = {
     room("queries", "src/queries/", "base record"),
     room("lists", "src/lists/", "base files queries"),
     room("core", "src/TAVmanager. src/TAVsearchengine. src/graphlist.", "base database files lists queries record"),
+    room("drawing", "src/drawing/", ""),
     room("viewer", "src/olm/", "base files graph6"),
     room("ui", "src/TAVmainwidget. src/TAVmainwindow. src/applicationtitle. src/arguments.", "base core files viewer"),
     room("tavoline", "src/main.", "base files ui"),
