@@ -1,6 +1,6 @@
 # Completion of tav for bash. It does without the package bash-completion.
 
-# _tav_files CURRENT [SUFFIX]: completes to folders and to files, those that end with SUFFIX if it is given.
+# _tav_files CURRENT [SUFFIX]: completes to folders and to files, those that end with SUFFIX, a pattern, if it is given.
 _tav_files()
 {
     compopt -o filenames 2>/dev/null
@@ -48,7 +48,7 @@ _tav()
     COMPREPLY=()
 
     if ((COMP_CWORD == 1)); then
-        _tav_words "$current" build info invariant run -h --help --version
+        _tav_words "$current" build info invariant names run -h --help --version
         return
     fi
 
@@ -56,7 +56,7 @@ _tav()
     case $command in
     build)
         options+=(--relation --connected --strict -o --output -j --jobs)
-        input=.g6
+        input='.[gs]6'
         output=.tav
         ;;
     info) input=.tav ;;
@@ -64,6 +64,11 @@ _tav()
         options+=(--list -o --output -j --jobs)
         input=.tav
         output=.txt
+        ;;
+    names)
+        options+=(--strict -o --output -j --jobs)
+        (($(_tav_operands) == 0)) && input=.tav || input='.[gs]6'
+        output=.g6
         ;;
     run) options+=(-j --jobs) ;;
     *) return ;;

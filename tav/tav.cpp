@@ -4,6 +4,7 @@
 #include "info.h"
 #include "interruption.h"
 #include "invariant.h"
+#include "names.h"
 #include "outputfile.h"
 #include "run.h"
 #include "standardoutput.h"
@@ -33,6 +34,7 @@ constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
     Command{"info", "tells what a database holds and checks it", runInfo},
     Command{"invariant", "computes an invariant of every graph of a database", runInvariant},
+    Command{"names", "tells the names that a database has for some graphs", runNames},
     Command{"run", "repeats an investigation without the window", runScript},
 };
 

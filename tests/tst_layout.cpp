@@ -52,7 +52,7 @@ const std::vector<Room> rooms = {
     room("console", "tav/console/", "base files"),
     room("processes", "tav/processes/", "console"),
     room("streams", "tav/streams/", "console files processes"),
-    room("graphs", "tav/graphs/", "console files graph6 streams"),
+    room("graphs", "tav/graphs/", "base console files graph6 streams"),
     room("invariants", "tav/invariants/", "console graphs"),
     room("expressions", "tav/expressions/", "console invariants queries"),
     room("scripts", "tav/scripts/", "console core files"),

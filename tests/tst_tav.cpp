@@ -41,6 +41,7 @@ private slots:
         QTest::newRow("info") << QByteArray("echo @ | $1 info - >/dev/full");
         QTest::newRow("invariants") << QByteArray("$1 invariant --list >/dev/full");
         QTest::newRow("invariant") << QByteArray("echo @ | $1 invariant order - >/dev/full");
+        QTest::newRow("names") << QByteArray("echo @ | $1 names <(echo @) >/dev/full");
         QTest::newRow("run") << QByteArray("echo load x | $1 run >/dev/full");
     }
 
@@ -69,8 +70,8 @@ private slots:
         QTest::newRow("") << QByteArray("Usage: tav COMMAND [OPTION...] [FILE...]\nMakes and examines databases");
         QTest::newRow("build") << QByteArray(
             "Usage: tav build [options] [FILE...]\n"
-            "Makes a database of the graphs whose graph6 strings stand, one a line, in the\n"
-            "files or on standard input. Isomorphic repetitions are dropped.\n\nOptions:\n");
+            "Makes a database of the graphs whose graph6 or sparse6 strings stand, one a\n"
+            "line, in the files or on standard input. Isomorphic repetitions are dropped.\n\nOptions:\n");
         QTest::newRow("info") << QByteArray("Usage: tav info [options] DATABASE.tav\n"
                                             "Tells what a database holds and checks its lines; the exit status is 1 "
                                             "when one\nhas a fault.\n\nOptions:\n");
@@ -78,6 +79,11 @@ private slots:
             "Usage: tav invariant [options] NAME DATABASE\n"
             "Computes an invariant of every graph of a database and writes the file of it\n"
             "that Tavoline loads: a name and a value a line, 'NA' where the invariant is\nundefined.\n\nOptions:\n");
+        QTest::newRow("names") << QByteArray(
+            "Usage: tav names [options] DATABASE [FILE]\n"
+            "Prints for each graph of a list the name of the isomorphic graph of the\n"
+            "database, '-' when the database holds none. Tavoline compares names as text: a\n"
+            "list from elsewhere is translated so.\n\nOptions:\n");
         QTest::newRow("run") << QByteArray(
             "Usage: tav run [options] [SCRIPT]\n"
             "Repeats an investigation without the window. The lines of the window's console\n"
@@ -100,7 +106,7 @@ private slots:
     void version()
     {
         for (const char *line : {"$1 --version", "$1 build --version", "$1 info --version", "$1 invariant --version",
-                                 "$1 run --version"}) {
+                                 "$1 names --version", "$1 run --version"}) {
             const ToolResult result = shell(line);
             QCOMPARE(result.output, QByteArray("tav 0.2.1\n"));
             QCOMPARE(result.errors, QByteArray());

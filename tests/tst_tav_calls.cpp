@@ -142,6 +142,7 @@ void TestTavCalls::commands_data()
         };
         add("build", "build -o target graphs", "target");
         add("invariant", "invariant size -o target database", "target");
+        add("names", "names -o target database names", "target");
         add("run", "run script", "target1 target2 target3");
     }
 }

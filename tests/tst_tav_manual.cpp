@@ -64,7 +64,7 @@ public:
     Completion()
     {
         QDir(folder.path()).mkdir(QStringLiteral("data"));
-        for (const char *name : {"graphs.g6", "more graphs.g6", "small.tav", "girth.txt", "script"}) {
+        for (const char *name : {"graphs.g6", "more graphs.g6", "sparse.s6", "small.tav", "girth.txt", "script"}) {
             QFile(folder.filePath(QLatin1String(name))).open(QIODevice::WriteOnly);
         }
     }
@@ -183,7 +183,7 @@ private slots:
         QTest::newRow("relation") << words({"build", "--relation", ""}) << words({"edge", "vertex"});
         QTest::newRow("relation behind =") << words({"build", "--relation", "="}) << words({"edge", "vertex"});
         QTest::newRow("relation begun") << words({"build", "--relation", "=", "e"}) << words({"edge"});
-        QTest::newRow("graphs") << words({"build", ""}) << words({"data", "graphs.g6", "more graphs.g6"});
+        QTest::newRow("graphs") << words({"build", ""}) << words({"data", "graphs.g6", "more graphs.g6", "sparse.s6"});
         QTest::newRow("graphs begun") << words({"build", "--strict", "gr"}) << words({"graphs.g6"});
         QTest::newRow("output of build") << words({"build", "graphs.g6", "-o", ""}) << words({"data", "small.tav"});
         QTest::newRow("processors") << words({"build", "-j", ""}) << QStringList();
@@ -195,8 +195,14 @@ private slots:
             << words({"invariant", "girth", "-o", "x.txt", ""}) << words({"data", "small.tav"});
         QTest::newRow("output of an invariant")
             << words({"invariant", "girth", "-o", ""}) << words({"data", "girth.txt"});
+        QTest::newRow("database of names") << words({"names", "--strict", ""}) << words({"data", "small.tav"});
+        QTest::newRow("list for names") << words({"names", "-j", "2", "small.tav", ""})
+                                        << words({"data", "graphs.g6", "more graphs.g6", "sparse.s6"});
+        QTest::newRow("output of names") << words({"names", "small.tav", "-o", ""})
+                                         << words({"data", "graphs.g6", "more graphs.g6"});
         QTest::newRow("script") << words({"run", ""})
-                                << words({"data", "girth.txt", "graphs.g6", "more graphs.g6", "script", "small.tav"});
+                                << words({"data", "girth.txt", "graphs.g6", "more graphs.g6", "script", "small.tav",
+                                          "sparse.s6"});
     }
 
     void completion()

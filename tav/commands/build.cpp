@@ -45,10 +45,10 @@ void runBuild(const QStringList &arguments)
                                     QStringLiteral("Fail when two graphs of the input are isomorphic."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Makes a database of the graphs whose graph6 strings stand, one a line, in the files or on "
-                       "standard input. Isomorphic repetitions are dropped."));
+        QStringLiteral("Makes a database of the graphs whose graph6 or sparse6 strings stand, one a line, in the files "
+                       "or on standard input. Isomorphic repetitions are dropped."));
     parser.addPositionalArgument(QStringLiteral("FILE"),
-                                 QStringLiteral("Files of graph6 strings; '-' is standard input."),
+                                 QStringLiteral("Files of graph6 or sparse6 strings; '-' is standard input."),
                                  QStringLiteral("[FILE...]"));
     parser.addOptions({relation, connected, strict, outputOption(), jobsOption()});
     if (!parseArguments(parser, arguments)) {

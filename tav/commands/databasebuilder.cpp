@@ -4,6 +4,7 @@
 #include "commandline.h"
 #include "graphinput.h"
 #include "interruption.h"
+#include "isomorphismtable.h"
 #include "output.h"
 #include "parallel.h"
 #include "progress.h"
@@ -14,10 +15,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -57,8 +58,6 @@ public:
     }
 
 private:
-    using Index = std::unordered_map<std::string, quint32>;
-
     /// A graph, and what a thread finds out about it without the other graphs of its level.
     struct Finding {
         const GraphGroup *group;
@@ -106,8 +105,8 @@ private:
 
     void enter(const Level &level)
     {
-        lower = currentLevel == levelBelow(level) ? std::move(current) : Index();
-        current = Index();
+        lower = currentLevel == levelBelow(level) ? std::move(current) : IsomorphismTable();
+        current = IsomorphismTable();
         currentLevel = level;
     }
 
@@ -134,8 +133,8 @@ private:
         SmallGraph graph;
         parseGraph6(finding.name, graph);
         const CanonicalForm form = canonicalForm(graph);
-        finding.key = adjacencyKey(form.graph);
-        if (!lower.empty()) {
+        finding.key = IsomorphismTable::keyOf(form);
+        if (!lower.isEmpty()) {
             std::vector<quint32> &found = finding.subGraphs;
             found = options.relation == Relation::Edge ? edgeDeleted(graph) : vertexDeleted(graph, form.orbits);
             std::sort(found.begin(), found.end());
@@ -174,9 +173,8 @@ private:
 
     void lookUp(const SmallGraph &subGraph, std::vector<quint32> &found) const
     {
-        const auto place = lower.find(adjacencyKey(canonicalForm(subGraph).graph));
-        if (place != lower.end()) {
-            found.push_back(place->second);
+        if (const std::optional<quint32> number = lower.numberOf(subGraph)) {
+            found.push_back(*number);
         }
     }
 
@@ -201,13 +199,13 @@ private:
             current.clear();
         }
         currentGroup = finding.group;
-        const auto [place, isInserted] = current.try_emplace(std::move(finding.key), quint32(summary.graphs));
-        if (!isInserted && options.strict) {
+        const IsomorphismTable::Entry entry = current.add(std::move(finding.key), quint32(summary.graphs));
+        if (!entry.isNew && options.strict) {
             // Nothing was dropped so far: a graph has the same number in the database and in the input.
             throw CommandError(QStringLiteral("%1: isomorphic to the graph of %2")
-                                   .arg(input.locate(summary.graphs), input.locate(place->second)));
+                                   .arg(input.locate(summary.graphs), input.locate(entry.number)));
         }
-        return isInserted;
+        return entry.isNew;
     }
 
     void appendLine(QByteArray &lines, const Finding &finding)
@@ -224,8 +222,8 @@ private:
     const BuildOptions &options;
     GraphInput input;
     BuildSummary summary;
-    Index lower;   // by canonical form: the numbers in the database of the graphs of the level below
-    Index current; // the same of the current level, so far
+    IsomorphismTable lower;   // the numbers in the database of the graphs of the level below
+    IsomorphismTable current; // the same of the current level, so far
     Level currentLevel{-1, 0};
     const GraphGroup *currentGroup = nullptr;
     qint64 examined = 0;
