@@ -2,6 +2,7 @@
 
 #include "commandline.h"
 #include "support/namedgraphs.h"
+#include "support/heapuse.h"
 #include "support/stderrcapture.h"
 #include "support/testfiles.h"
 
@@ -346,6 +347,7 @@ private slots:
     void texts_data();
     void texts();
     void names();
+    void memoryIsGivenBack();
     void aFailureOfIgraph();
 };
 
@@ -566,6 +568,20 @@ void TestInvariants::names()
     QVERIFY(findInvariant(QString()) == nullptr);
     for (const Invariant &invariant : invariants()) {
         QCOMPARE(findInvariant(QLatin1String(invariant.name)), &invariant);
+    }
+}
+
+/// The objects of igraph and nauty have to be freed by hand.
+void TestInvariants::memoryIsGivenBack()
+{
+    const SmallGraph graph = complete(5);
+    for (const Invariant &invariant : invariants()) {
+        valueOf(invariant.name, graph); // what a library sets up once stays
+        const size_t before = heapUse();
+        for (int i = 0; i < 1000; ++i) {
+            valueOf(invariant.name, graph);
+        }
+        QVERIFY2(heapUse() < before + 1000, invariant.name);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "TAVmanager.h"
 #include "support/failingallocations.h"
+#include "support/heapuse.h"
 #include "support/literals.h"
 #include "support/loading.h"
 #include "support/testfiles.h"
@@ -79,6 +80,7 @@ private slots:
     void operations();
     void loads_data();
     void loads();
+    void aManagerGivesItsMemoryBack();
 };
 
 void TestMemory::operations_data()
@@ -191,6 +193,20 @@ void TestMemory::loads()
         QVERIFY2(number < 1000, "the same allocation again and again");
     }
     QVERIFY(failures > 3);
+}
+
+/// A manager frees its records and its lists.
+void TestMemory::aManagerGivesItsMemoryBack()
+{
+    { // what Qt sets up once stays
+        const Desk first;
+    }
+    const size_t before = heapUse();
+    {
+        const Desk second;
+        QVERIFY(heapUse() > before + 1000000);
+    }
+    QVERIFY2(heapUse() < before + 10000, QByteArray::number(qulonglong(heapUse() - before)).constData());
 }
 
 QTEST_GUILESS_MAIN(TestMemory)

@@ -65,6 +65,14 @@ private slots:
         QCOMPARE(terminal.take(), QByteArray("\rCounting: 100 %"));
     }
 
+    void workOfOneUnit()
+    {
+        const Terminal terminal;
+        Progress progress(QStringLiteral("Counting"), 1);
+        progress.report(1);
+        QCOMPARE(terminal.take(), QByteArray("\rCounting: 100 %"));
+    }
+
     /// Where the size of the work is not known, how much is done.
     void amountWithoutASize()
     {
