@@ -1,6 +1,9 @@
 #include "chromaticnumber.h"
-#include "igraphobjects.h"
+#include "connectivity.h"
 #include "invariantgroups.h"
+#include "vertexset.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -24,18 +27,50 @@ InvariantValue matchingNumber(GraphFacts &facts)
     return facts.matchingNumber();
 }
 
-InvariantValue vertexConnectivity(GraphFacts &facts)
+InvariantValue vertexCoverNumber(GraphFacts &facts)
 {
-    igraph_integer_t vertices = 0;
-    checkIgraph(igraph_vertex_connectivity(facts.igraph().get(), &vertices, true));
-    return vertices;
+    return facts.order() - facts.independenceNumber();
 }
 
-InvariantValue edgeConnectivity(GraphFacts &facts)
+/// A largest matching, and an edge for every vertex that it leaves out (T. Gallai, 1959).
+InvariantValue edgeCoverNumber(GraphFacts &facts)
 {
-    igraph_integer_t edges = 0;
-    checkIgraph(igraph_edge_connectivity(facts.igraph().get(), &edges, true));
-    return edges;
+    const std::vector<int> &degrees = facts.degrees();
+    const bool hasIsolated = std::find(degrees.begin(), degrees.end(), 0) != degrees.end();
+    return hasIsolated ? std::nullopt : InvariantValue(facts.order() - facts.matchingNumber());
+}
+
+/// The largest degree at which a vertex goes, when one of the smallest degree goes again and again (D. W. Matula and L.
+/// L. Beck, "Smallest-last ordering and clustering and graph coloring algorithms", 1983).
+InvariantValue degeneracy(GraphFacts &facts)
+{
+    if (facts.order() == 0) {
+        return std::nullopt;
+    }
+    const SmallGraph &graph = facts.graph();
+    std::vector<int> degrees = facts.degrees();
+    int largest = 0;
+    for (VertexSet rest = allVertices(graph.order); rest != 0;) {
+        const VerticesOf vertices(rest);
+        const int next =
+            *std::min_element(vertices.begin(), vertices.end(), [&](int u, int v) { return degrees[u] < degrees[v]; });
+        largest = std::max(largest, degrees[next]);
+        rest &= ~SmallGraph::bit(next);
+        for (const int v : VerticesOf(graph.rows[next])) {
+            --degrees[v];
+        }
+    }
+    return largest;
+}
+
+InvariantValue fewestSeparatingVertices(GraphFacts &facts)
+{
+    return vertexConnectivity(facts.graph());
+}
+
+InvariantValue fewestSeparatingEdges(GraphFacts &facts)
+{
+    return edgeConnectivity(facts.graph());
 }
 } // namespace
 
@@ -47,9 +82,15 @@ std::vector<Invariant> subsetInvariants()
         {"independence-number", group, "largest number of mutually non-adjacent vertices", "", independenceNumber},
         {"chromatic-number", group, "smallest number of colours of a proper vertex colouring", "", fewestColours},
         {"matching-number", group, "largest number of edges without common vertices", "", matchingNumber},
+        {"vertex-cover-number", group, "smallest number of vertices that meet every edge", "", vertexCoverNumber},
+        {"edge-cover-number", group,
+         "smallest number of edges that meet every vertex; NA with a vertex without neighbours",
+         "T. Gallai, \"Über extreme Punkt- und Kantenmengen\", 1959", edgeCoverNumber},
+        {"degeneracy", group, "largest minimum degree of a subgraph; NA without vertices",
+         "D. R. Lick and A. T. White, \"k-degenerate graphs\", 1970", degeneracy},
         {"vertex-connectivity", group, "smallest number of vertices that disconnect the graph or leave one", "",
-         vertexConnectivity},
+         fewestSeparatingVertices},
         {"edge-connectivity", group, "smallest number of edges that disconnect the graph; 0 below two vertices", "",
-         edgeConnectivity},
+         fewestSeparatingEdges},
     };
 }

@@ -7,7 +7,10 @@
 #include "invariant.h"
 
 #include <QByteArray>
-#include <QtGlobal>
+#include <QtTest>
+
+#include <initializer_list>
+#include <utility>
 
 inline SmallGraph decoded(const QByteArray &name)
 {
@@ -119,5 +122,16 @@ inline QByteArray textOf(const char *name, const SmallGraph &graph)
 {
     return invariantText(valueOf(name, graph));
 }
+
+/// Adds a row for every pair of @p values, which are the name of an invariant and the text of its value for @p graph.
+inline void addKnown(const char *graphName, const SmallGraph &graph,
+                     std::initializer_list<std::pair<const char *, const char *>> values)
+{
+    for (const auto &[invariant, text] : values) {
+        QTest::addRow("%s of %s", invariant, graphName) << graph << QByteArray(invariant) << QByteArray(text);
+    }
+}
+
+Q_DECLARE_METATYPE(SmallGraph)
 
 #endif
