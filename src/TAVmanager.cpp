@@ -1,5 +1,6 @@
 #include "TAVmanager.h"
 
+#include "TAVgraph.h"
 #include "TAVsearchengine.h"
 #include "graphlist.h"
 #include "inputfile.h"
@@ -168,6 +169,16 @@ bool TAVManager::saveList(const QString &listName, const QString &fileName)
         }
         return refuse();
     });
+}
+
+void TAVManager::visitNames(const std::function<void(const QString &)> &take) const
+{
+    if (loading) {
+        return;
+    }
+    for (const TAVGraph *graph : engine->records()) {
+        take(graph->getName());
+    }
 }
 
 bool TAVManager::saveGraphs(const QString &fileName)

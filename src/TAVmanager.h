@@ -64,6 +64,9 @@ public:
     /// written, in which case a file that stood there is as it was.
     bool saveList(const QString &listName, const QString &fileName);
 
+    /// Calls @p take with the name of every graph of the database, in its order; with none while a load runs.
+    void visitNames(const std::function<void(const QString &name)> &take) const;
+
     // Files of the database: see the engine's operations of the same names. A success is told on the console.
 
     bool saveGraphs(const QString &fileName);

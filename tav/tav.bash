@@ -70,7 +70,7 @@ _tav()
         (($(_tav_operands) == 0)) && input=.tav || input='.[gs]6'
         output=.g6
         ;;
-    run) options+=(-j --jobs) ;;
+    run) options+=(-q --quiet -j --jobs) ;;
     *) return ;;
     esac
 

@@ -55,7 +55,7 @@ const std::vector<Room> rooms = {
     room("graphs", "tav/graphs/", "base console files graph6 streams"),
     room("invariants", "tav/invariants/", "console graphs"),
     room("expressions", "tav/expressions/", "console invariants queries"),
-    room("scripts", "tav/scripts/", "console core files"),
+    room("scripts", "tav/scripts/", "base console core files graphs"),
     room("commands", "tav/commands/", "base console files graphs invariants processes record scripts streams"),
     room("tav", "tav/tav.", "base commands console files processes"),
 };

@@ -217,9 +217,14 @@ private slots:
 
     void aFolderIsNotRead()
     {
-        const ToolResult result = shell("$1 info /");
-        QCOMPARE(result.errors, QByteArray("tav: /:1: cannot be read: Is a directory\n"));
-        QCOMPARE(result.status, 1);
+        for (const char *line : {"$1 info /", "$1 build /", "$1 invariant order /", "$1 names / </dev/null",
+                                 "$1 run --quiet /", "$1 info - </"}) {
+            const ToolResult result = shell(line);
+            const QByteArray name = QByteArray(line).endsWith("</") ? "standard input" : "/";
+            QVERIFY2(result.errors.endsWith("tav: " + name + ": cannot be read: Is a directory\n"),
+                     result.errors.constData());
+            QCOMPARE(result.status, 1);
+        }
     }
 
     /// A terminal obeys control characters; those of a file never get there.

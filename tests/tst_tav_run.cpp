@@ -104,6 +104,10 @@ const std::vector<Meaning> &meanings()
          [](TAVManager &manager, QByteArray &) {
              manager.addListFromFile(QStringLiteral("new list"), QStringLiteral("examples/regular-8.g6"));
          }},
+        {"list-from-graphs \"new list\" foreign.g6",
+         [](TAVManager &manager, QByteArray &) {
+             manager.addList(QStringLiteral("new list"), words({"CV", "A_", "CV"}));
+         }},
         {"union \"new list\" regular all", combination(&TAVManager::addUnionList)},
         {"intersection \"new list\" regular all", combination(&TAVManager::addInterList)},
         {"difference \"new list\" regular all", combination(&TAVManager::addExceptList)},
@@ -277,7 +281,7 @@ private slots:
         QVERIFY(result.output.startsWith("Usage: tav run [options] [SCRIPT]\n"));
         QByteArray expected = "\nCommands of a script, one a line:\n";
         for (const ScriptCommand &command : scriptCommands()) {
-            expected += "  " + command.usage().toUtf8().leftJustified(24) + ' ' + command.summary + '\n';
+            expected += "  " + command.usage().toUtf8().leftJustified(26) + ' ' + command.summary + '\n';
         }
         QVERIFY(result.output.endsWith(expected));
         QCOMPARE(result.status, 0);
@@ -312,6 +316,7 @@ private slots:
         folder->write("small.tav", "@\nA_\t0\n");
         folder->write("all.g6", "@\nA_\nBW\nBw\nCF\nCU\nCV\nC]\nC^\nC~\nG~~~~{\nno graph\n");
         folder->write("regular.g6", "C]\nC~\nD~{\nE~~w\n");
+        folder->write("foreign.g6", ">>sparse6<<:Cp`V\nA_\nCN\n");
         // The connected graphs on up to seven vertices.
         folder->write("database", beginningOf("connected-8.tav", 996));
         for (const char *invariant : {"diameter", "girth", "size"}) {
@@ -564,6 +569,16 @@ private slots:
             "list-from-file failed: No such file or directory");
         row("list-from-file b /proc/self/mem", "Unable to read file :/proc/self/mem\n", "",
             "list-from-file failed: Input/output error");
+        row("list-from-graphs a missing.g6", "", "", "list-from-graphs failed: there is a list 'a' already");
+        row("list-from-graphs \"\" good.tav", "", "", "list-from-graphs failed: the name of a list cannot be empty");
+        row("list-from-graphs b missing.g6", "", "",
+            "list-from-graphs failed: missing.g6: cannot be opened: No such file or directory");
+        row("list-from-graphs b -", "", "",
+            "list-from-graphs failed: ./-: cannot be opened: No such file or directory");
+        row("list-from-graphs b examples", "", "", "list-from-graphs failed: examples: cannot be read: Is a directory");
+        row("list-from-graphs b good.tav", "", "",
+            "list-from-graphs failed: good.tav:2: not graph6: byte 9 at column 3; this looks like a database, whose "
+            "names 'cut -f 1' takes");
         row("union a a a", "", "", "union failed: there is a list 'a' already");
         row("union \"\" a a", "", "", "union failed: the name of a list cannot be empty");
         row("intersection b a x", "", "", "intersection failed: there is no list 'x'");
@@ -604,6 +619,67 @@ private slots:
         QCOMPARE(goneOn.errors, errorsBefore + diagnosis + "tav: script:4: " + message + " (ignored)\n");
         QCOMPARE(goneOn.status, 0);
         QVERIFY(!QFile::exists(folder->path("b.g6")));
+    }
+
+    /// A fault of a file is told of the command that has it only.
+    void faultsOfFilesAreNotKept()
+    {
+        folder->write("bad.txt", "GRAPH\tINV1\nA_\t1\n");
+        folder->write("good.tav", "@\n");
+        const ToolResult result =
+            runFile("load good.tav\n-list-from-graphs a missing\n-load-i1 bad.txt\n-save-list a x\n");
+        QCOMPARE(result.errors,
+                 start +
+                     "tav: script:2: list-from-graphs failed: missing: cannot be opened: No such file or directory "
+                     "(ignored)\ntav: script:3: load-i1 failed (ignored)\ntav: script:4: save-list failed: there is "
+                     "no list 'a' (ignored)\n");
+    }
+
+    /// The others are listed in the order of the file, under the names of the database.
+    void graphsThatTheDatabaseDoesNotHold()
+    {
+        folder->write("odd.tav", "@\nA_\t0\nsome graph\nBW\t1\nanother\nBo\n");
+        folder->write("graphs.g6", "Bo\nCs\n@\nA?\nBg\n");
+        const ToolResult result =
+            runFile("load odd.tav\nlist-from-graphs held graphs.g6\nshow held\nlist-from-graphs none graphs.g6\n");
+        QCOMPARE(result.output.mid(result.output.indexOf("Names")),
+                 QByteArray("Names that are no graphs : 2, the first is some graph\n"
+                            "Not in the database : 2 of 5 graph(s), the first is Cs\n"
+                            "List added : held [ 3 element(s)]\n"
+                            "List added : held\n"
+                            "BW\n@\nBW\n"
+                            "Names that are no graphs : 2, the first is some graph\n"
+                            "Not in the database : 2 of 5 graph(s), the first is Cs\n"
+                            "List added : none [ 3 element(s)]\n"
+                            "List added : none\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    void graphsWithoutADatabase()
+    {
+        const ToolResult result = runFile("list-from-graphs a examples/regular-8.g6\nlists\n");
+        QCOMPARE(result.output, QByteArray("Not in the database : 17 of 17 graph(s), the first is G?qa`_\n"
+                                           "Empty list, not added.\nList added : a\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    // What is printed.
+
+    void onlyWhatIsAskedFor()
+    {
+        const QByteArray script = "load examples/connected-8.tav\nlist-from-file a examples/regular-8.g6\nlists\n"
+                                  "-load-i1 missing\nremove-list a\nlist-from-graphs b examples/regular-8.g6\nshow b\n";
+        const QByteArray regular = contents(folder->path("examples/regular-8.g6"));
+        const QByteArray missing = "tav: script:4: load-i1 failed: No such file or directory (ignored)\n";
+        folder->write("script", script);
+        for (const char *option : {"-q", "--quiet"}) {
+            ToolResult result = runTav(words({"run", option, "script"}));
+            QCOMPARE(result.output, "a\t17\n" + regular);
+            QCOMPARE(result.errors, start + "List added : a\n" + missing + "List added : b\n");
+            QCOMPARE(result.status, 0);
+            result = runTav(words({"run", option}), script);
+            QCOMPARE(result.output, "a\t17\n" + regular);
+        }
     }
 
     void withoutADatabase_data()

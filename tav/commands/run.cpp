@@ -90,7 +90,12 @@ CommandError failure(const ScriptStep &step, const QString &script, const QStrin
 void runStep(const ScriptStep &step, const QString &script, Investigation &investigation)
 {
     QString reason = obstacle(step, investigation.getManager());
-    const bool succeeded = carryOut(step, investigation);
+    bool succeeded = false;
+    try {
+        succeeded = carryOut(step, investigation);
+    } catch (const CommandError &error) {
+        reason = error.text();
+    }
     flushStandardOutput();
     if (succeeded) {
         return;
@@ -105,9 +110,9 @@ void runStep(const ScriptStep &step, const QString &script, Investigation &inves
 }
 
 /// Runs each command of standard input as soon as its line has arrived.
-void runLineByLine()
+void runLineByLine(bool isQuiet)
 {
-    Investigation investigation;
+    Investigation investigation(isQuiet);
     const auto runLine = [&](std::string_view line, qint64 number) {
         if (const auto step = parseScriptLine(line, standardStream, number)) {
             runStep(*step, standardStream, investigation);
@@ -117,7 +122,7 @@ void runLineByLine()
 }
 
 /// Checks all lines of the file, then runs its commands.
-void runFile(const QString &script)
+void runFile(const QString &script, bool isQuiet)
 {
     std::string lines; // which take less memory than their commands
     const auto checkLine = [&](std::string_view line, qint64 number) {
@@ -125,7 +130,7 @@ void runFile(const QString &script)
         lines.append(line).push_back('\n');
     };
     readLines(script, checkLine, longestScriptLine);
-    Investigation investigation;
+    Investigation investigation(isQuiet);
     std::string_view rest = lines;
     for (qint64 number = 1; !rest.empty(); ++number) {
         const size_t end = rest.find('\n');
@@ -152,6 +157,8 @@ QString commandHelp()
 
 void runScript(const QStringList &arguments)
 {
+    const QCommandLineOption quiet({QStringLiteral("q"), QStringLiteral("quiet")},
+                                   QStringLiteral("Print only what 'show' and 'lists' do, no lines of the console."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "
@@ -160,7 +167,7 @@ void runScript(const QStringList &arguments)
                                  QStringLiteral("The file of commands; by default, and for '-', standard input, of "
                                                 "which each line is carried out as soon as it is there."),
                                  QStringLiteral("[SCRIPT]"));
-    parser.addOption(jobsOption());
+    parser.addOptions({quiet, jobsOption()});
     if (!parseArguments(parser, arguments, commandHelp())) {
         return;
     }
@@ -168,8 +175,8 @@ void runScript(const QStringList &arguments)
     const QString script =
         parser.positionalArguments().isEmpty() ? standardStream : onlyArgument(parser, QStringLiteral("script"));
     if (script == standardStream) {
-        runLineByLine();
+        runLineByLine(parser.isSet(quiet));
     } else {
-        runFile(script);
+        runFile(script, parser.isSet(quiet));
     }
 }

@@ -1,15 +1,46 @@
 #include "investigation.h"
 
+#include "commandline.h"
+#include "graphinput.h"
+#include "namesearch.h"
+#include "parallel.h"
 #include "standardoutput.h"
+#include "textline.h"
 
 #include <QEventLoop>
+
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace
 {
 const QChar lineEnd = QLatin1Char('\n');
+
+std::vector<std::string> readGraphStrings(const QString &file)
+{
+    std::vector<std::string> graphs;
+    // In a script "-" is a name like any other.
+    const QString path = file == standardStream ? QStringLiteral("./-") : file;
+    readGraphs(path, [&](const GraphLine &line) { graphs.emplace_back(line.text); });
+    return graphs;
+}
+
+/// Some names of many.
+struct Names {
+    qint64 count = 0;
+    QString first;
+
+    void add(const QString &name)
+    {
+        if (++count == 1) {
+            first = name;
+        }
+    }
+};
 } // namespace
 
-Investigation::Investigation()
+Investigation::Investigation(bool isQuiet) : quiet(isQuiet)
 {
     QObject::connect(&manager, &TAVManager::signal_console, [this](const QString &text) { showConsoleLine(text); });
     QObject::connect(&manager, &TAVManager::signal_progress,
@@ -38,6 +69,40 @@ bool Investigation::loadInvariant(void (TAVManager::*operation)(const QString &)
     return lastConsoleLine != QLatin1String("Load failed");
 }
 
+bool Investigation::addListFromGraphs(const QString &name, const QString &file)
+{
+    if (name.isEmpty() || manager.indexOf(name) >= 0) {
+        return false;
+    }
+    const std::vector<std::string> graphs = readGraphStrings(file);
+    Names odd;
+    NameSearch search(graphs, threadCount(),
+                      [&](std::string_view graph, qint64, const QString &) { odd.add(textOf(graph)); });
+    qint64 number = 0;
+    manager.visitNames([&](const QString &graph) { search.offer(graph.toStdString(), ++number); });
+    search.finish();
+
+    QStringList found;
+    Names missing;
+    for (size_t i = 0; i < graphs.size(); ++i) {
+        const QString graph = textOf(search.nameOf(i));
+        if (graph.isEmpty()) {
+            missing.add(textOf(graphs[i]));
+        } else {
+            found.append(graph);
+        }
+    }
+    if (odd.count > 0) {
+        showConsoleLine(QStringLiteral("Names that are no graphs : %1, the first is %2")
+                            .arg(QString::number(odd.count), odd.first));
+    }
+    if (missing.count > 0) {
+        showConsoleLine(QStringLiteral("Not in the database : %1 of %2 graph(s), the first is %3")
+                            .arg(QString::number(missing.count), QString::number(graphs.size()), missing.first));
+    }
+    return manager.addList(name, found);
+}
+
 void Investigation::printLists()
 {
     for (const QString &name : manager.listNames()) {
@@ -60,8 +125,10 @@ void Investigation::showConsoleLine(const QString &text)
 {
     progress.reset();
     lastConsoleLine = text;
-    print(text + lineEnd);
-    sendPrinted();
+    if (!quiet) {
+        print(text + lineEnd);
+        sendPrinted();
+    }
 }
 
 void Investigation::showProgress(int done, int total)

@@ -8,12 +8,13 @@
 
 #include <optional>
 
-/// The list manager of the window, without the window. Console lines are printed on standard output at once, the
-/// progress of a load on standard error.
+/// The list manager of the window, without the window. Console lines are printed on standard output at once, unless
+/// they are not wanted, the progress of a load on standard error.
 class Investigation
 {
 public:
-    Investigation();
+    /// Without console lines if @p isQuiet.
+    explicit Investigation(bool isQuiet);
     Investigation(const Investigation &) = delete;
     Investigation &operator=(const Investigation &) = delete;
 
@@ -24,6 +25,10 @@ public:
     bool load(const QString &file);
     /// Loads an invariant by @p operation and returns whether every graph got its value.
     bool loadInvariant(void (TAVManager::*operation)(const QString &), const QString &file);
+    /// Adds the list @p name of the graphs of the database that are isomorphic to those of the file @p file, in the
+    /// order of the file; tells on the console how many the database does not hold. Returns false when the name is
+    /// empty or taken; throws CommandError when the file cannot be read or a line of it is no graph.
+    bool addListFromGraphs(const QString &name, const QString &file);
     /// Prints the name and the length of every list, separated by a tab, one list a line.
     void printLists();
     /// Prints the graph names of the list @p name, one a line; returns false when there is no such list.
@@ -33,6 +38,7 @@ private:
     void showConsoleLine(const QString &text);
     void showProgress(int done, int total);
 
+    bool quiet;
     TAVManager manager;
     QString lastConsoleLine;
     std::optional<Progress> progress; // removed before a console line is printed

@@ -59,6 +59,11 @@ bool printList(Investigation &investigation, const QStringList &arguments)
     return investigation.printList(arguments.first());
 }
 
+bool listFromGraphs(Investigation &investigation, const QStringList &arguments)
+{
+    return investigation.addListFromGraphs(arguments.first(), arguments.last());
+}
+
 std::vector<ScriptCommand> makeCommands()
 {
     const ScriptArgument in{ScriptArgument::InputFile, "FILE"};
@@ -104,6 +109,7 @@ std::vector<ScriptCommand> makeCommands()
         {"supers", {name, a}, "the graphs of A that are in the database, and all above them", manager(&TAVManager::addOverList)},
         {"subs", {name, a}, "the graphs of A that are in the database, and all below them", manager(&TAVManager::addSubsList)},
         {"list-from-file", {name, in}, "the graphs that a file names, one a line", manager(&TAVManager::addListFromFile)},
+        {"list-from-graphs", {name, in}, "the graphs of the database that are isomorphic to those of a file", listFromGraphs},
         {"union", {name, a, b}, "the graphs of A and of B, sorted, each once", manager(&TAVManager::addUnionList)},
         {"intersection", {name, a, b}, "the graphs of A that are in B", manager(&TAVManager::addInterList)},
         {"difference", {name, a, b}, "the graphs of A that are not in B", manager(&TAVManager::addExceptList)},

@@ -8,6 +8,7 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -88,6 +89,9 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
     }
     if (status == LineReader::Status::TooLong) {
         throw CommandError(path, number, QStringLiteral("a line of more than %1 MiB").arg(longestLine >> 20));
+    }
+    if (status == LineReader::Status::Failed && errno == EISDIR) {
+        throw CommandError(QStringLiteral("%1: cannot be read: %2").arg(inputName(path), qt_error_string()));
     }
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
