@@ -8,6 +8,7 @@ from typing import NamedTuple
 
 from clang.cindex import CursorKind, Index, TranslationUnit, TypeKind
 
+SYMMETRIC = {'min', 'max'}  # functions whose arguments can change places
 OPERATORS = {
     '<': ['<=', '>='], '<=': ['<', '>'], '>': ['>=', '<='], '>=': ['>', '<'], '==': ['!='], '!=': ['=='],
     '&&': ['||'], '||': ['&&'], '+': ['-'], '-': ['+'], '*': ['/'], '/': ['*'], '%': ['*'],
@@ -177,6 +178,8 @@ class FileMutants:
         return None
 
     def swapped_arguments(self, call):
+        if call.spelling in SYMMETRIC:
+            return
         arguments = [argument for argument in call.get_arguments() if argument is not None]
         for left, right in zip(arguments, arguments[1:]):
             extents = self.extent(left), self.extent(right)

@@ -43,6 +43,16 @@ class TestMutants(unittest.TestCase):
                             'return a < b && f(a % b, b);',
                             'return a < b && f(b, a * b);')
 
+    def test_the_order_of_min_and_max(self):
+        self.assert_mutants('''
+            #include <algorithm>
+            int f(int a, int b)
+            {
+                return std::min(a, b) + std::max(a, b);
+            }
+            ''',
+                            'return std::min(a, b) - std::max(a, b);')
+
     def test_constants(self):
         self.assert_mutants('''
             double f(char c)
