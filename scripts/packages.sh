@@ -20,8 +20,8 @@ install_packages() {
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev
     libmuparser-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
-test_packages=(xz-utils groff-base nauty poppler-utils python3-clang-14
-    man-db desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)
+test_packages=(xz-utils graphviz groff-base nauty poppler-utils python3-clang-14
+    man-db texlive-latex-base texlive-pictures desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)
 fuzz_packages=(clang libclang-rt-14-dev)
 package_packages=(dpkg-dev file lintian)
 package_test_packages=(mmdebstrap xdotool xvfb xauth)

@@ -62,6 +62,10 @@ tavoline_test(tst_places tavoline_drawing)
 tavoline_test(tst_springlayout tavoline_drawing)
 tavoline_test(tst_planarlayout tavoline_drawing)
 tavoline_test(tst_levellayout tavoline_drawing)
+tavoline_test(tst_pictures tavoline_drawing)
+target_compile_definitions(tst_pictures PRIVATE
+    NEATO_PROGRAM="${NEATO}"
+    PDFLATEX_PROGRAM="${PDFLATEX}")
 
 # The viewer.
 tavoline_test(tst_random tavoline_viewer)
@@ -99,7 +103,7 @@ tavoline_window_test(tst_monkey window_fixture)
 tavoline_patient_test(tst_monkey)
 
 tavoline_slow_tests(tst_failingcalls tst_loadraces tst_longlines tst_monkey tst_queries_random tst_searchengine
-    tst_commands tst_graph_commands tst_loading tst_mainwidget)
+    tst_commands tst_graph_commands tst_loading tst_mainwidget tst_pictures)
 
 # The companion program.
 if(NOT TAVOLINE_TAV)
