@@ -97,6 +97,18 @@ private slots:
         }
     }
 
+    /// A reader that looked at all that is left for each line would never end.
+    void manyLinesTakeTimeInProportion()
+    {
+        const QByteArray text(longest, '\n');
+        TextParts lines = TextParts::lines(text);
+        int count = 0;
+        for (; !lines.atEnd(); ++count) {
+            QVERIFY(lines.next().isEmpty());
+        }
+        QCOMPARE(count, longest + 1);
+    }
+
 private:
     QString write(const QByteArray &content) const { return folder.write("text", content); }
 

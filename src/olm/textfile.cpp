@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+#include <algorithm>
+
 namespace
 {
 constexpr qint64 maxFileSize = 1 << 24;
@@ -25,9 +27,10 @@ bool readTextFile(const QString &path, QByteArray &text)
 
 QLatin1String TextParts::next()
 {
-    const int length = rest.indexOf(mark);
-    ended = length < 0;
-    const QLatin1String part = ended ? rest : rest.left(length);
-    rest = ended ? QLatin1String() : rest.mid(length + 1);
+    // Not by QLatin1String::indexOf(), which makes a QString of all that is left at each call.
+    const char *const end = std::find(rest.begin(), rest.end(), mark);
+    const QLatin1String part(rest.begin(), end);
+    ended = end == rest.end();
+    rest = ended ? QLatin1String() : QLatin1String(end + 1, rest.end());
     return part;
 }

@@ -25,7 +25,7 @@ public:
 
 private:
     QLatin1String rest;
-    QLatin1Char mark;
+    char mark;
     bool ended = false;
 };
 
