@@ -83,6 +83,10 @@ tavoline_window_test(tst_graph_printing tavoline_viewer)
 tavoline_test(tst_graph_commands tavoline_viewer)
 tavoline_window_test(tst_graph_interaction tavoline_viewer)
 tavoline_window_test(tst_graph_menu tavoline_viewer)
+if(NOT TAVOLINE_SANITIZE)
+    tavoline_test(tst_graph_memory tavoline_viewer window_driver failing_allocations)
+    tavoline_slow_tests(tst_graph_memory)
+endif()
 
 # The window.
 tavoline_test(tst_program tavoline_ui tavoline_base tavoline_files)

@@ -381,6 +381,7 @@ private:
     QString autosavePath() const;
     QString askForGraphFile();
     bool mayReplace(const QString &title, const QString &fileName);
+    bool withinMemory(const std::function<bool()> &operation);
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
     void warn(const QString &title, const QString &text);
 

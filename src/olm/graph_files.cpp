@@ -16,6 +16,7 @@
 
 #include <cmath>
 #include <iostream>
+#include <new>
 #include <set>
 #include <string>
 #include <utility>
@@ -426,7 +427,7 @@ void Graph::slot_open()
     const QString path =
         QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to load"), workDir, QStringLiteral("*.golm3"));
     releaseModifiers();
-    const bool done = open(path);
+    const bool done = withinMemory([&] { return open(path); });
     update_display();
     concludeFileCommand(done, path, QStringLiteral("Failed to load graph."));
 }
@@ -435,7 +436,8 @@ void Graph::slot_save()
 {
     const QString path = askForGraphFile();
     releaseModifiers();
-    concludeFileCommand(save(path), path, QStringLiteral("Failed to save graph."));
+    const bool done = withinMemory([&] { return save(path); });
+    concludeFileCommand(done, path, QStringLiteral("Failed to save graph."));
 }
 
 /// The graph file to write, with its suffix; empty when the dialog was cancelled. QFileDialog would ask about the name
@@ -480,7 +482,7 @@ void Graph::slot_import_graph()
     const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to import"), workDir,
                                                       QStringLiteral("*.edgelist"));
     releaseModifiers();
-    const bool done = import_el(path);
+    const bool done = withinMemory([&] { return import_el(path); });
     if (done) {
         place_circle(circleDiameter); // import_el() leaves all vertices on one point
     }
@@ -497,7 +499,20 @@ void Graph::slot_export_graph()
     const QString path =
         QFileDialog::getSaveFileName(this, QStringLiteral("Export graph as"), workDir, QStringLiteral("*.edgelist"));
     releaseModifiers();
-    concludeFileCommand(export_graph(path), path, QStringLiteral("Failed to export graph."));
+    const bool done = withinMemory([&] { return export_graph(path); });
+    concludeFileCommand(done, path, QStringLiteral("Failed to export graph."));
+}
+
+/// Returns what @p operation returns; false, after a warning, when it runs out of memory. Qt ends the program at an
+/// exception that nobody catches, with all that is open in it.
+bool Graph::withinMemory(const std::function<bool()> &operation)
+{
+    try {
+        return operation();
+    } catch (const std::bad_alloc &) {
+        warn(QStringLiteral("Warning"), QStringLiteral("Not enough memory."));
+        return false;
+    }
 }
 
 void Graph::concludeFileCommand(bool done, const QString &path, const QString &failure)
