@@ -31,6 +31,8 @@ void TestTavMemory::commands_data()
     rows("info", {QStringLiteral("info"), database});
     rows("invariant", {QStringLiteral("invariant"), QStringLiteral("size"), database, QStringLiteral("-o"),
                        QStringLiteral("saved")});
+    rows("names", {QStringLiteral("names"), QStringLiteral("-o"), QStringLiteral("saved"), database,
+                   QStringLiteral("names.g6")});
     const QByteArray files = QFile::encodeName(QStringLiteral(TAVOLINE_EXAMPLES));
     rows("run", words({"run", "script"}),
          "load " + files + "/connected-8.tav\nload-i1 " + files + "/connected-8.size.txt\nload-i2 " + files +
