@@ -1,8 +1,8 @@
 // The companion program's invariants, held against closed formulas, literal definitions and the examples.
 
 #include "commandline.h"
-#include "support/namedgraphs.h"
 #include "support/heapuse.h"
+#include "support/namedgraphs.h"
 #include "support/stderrcapture.h"
 #include "support/testfiles.h"
 
@@ -216,19 +216,6 @@ Known ofPetersen()
 QByteArray text(const char *name, const QByteArray &graph)
 {
     return textOf(name, decoded(graph));
-}
-
-/// The names of the graphs of a database with at most @p order vertices.
-QList<QByteArray> namesUpTo(int order, const QString &database)
-{
-    QList<QByteArray> names;
-    for (const QByteArray &line : contents(database).split('\n')) {
-        const QByteArray name = line.split('\t').first();
-        if (!name.isEmpty() && decoded(name).order <= order) {
-            names.append(name);
-        }
-    }
-    return names;
 }
 
 bool isClique(const SmallGraph &graph, unsigned set)
@@ -456,7 +443,7 @@ void TestInvariants::forests()
 
 void TestInvariants::againstTrial()
 {
-    const QList<QByteArray> names = namesUpTo(7, QStringLiteral(TAVOLINE_TEST_DATA "/all-7-edge-deleted.tav"));
+    const QList<QByteArray> names = namesUpToSeven();
     QCOMPARE(names.size(), 1252);
     for (const QByteArray &name : names) {
         const SmallGraph graph = decoded(name);

@@ -1,12 +1,22 @@
+#include "chromaticindex.h"
 #include "chromaticnumber.h"
 #include "connectivity.h"
+#include "dominationnumber.h"
+#include "feedbackvertexset.h"
 #include "invariantgroups.h"
+#include "treewidth.h"
 #include "vertexset.h"
 
 #include <algorithm>
 
 namespace
 {
+bool hasIsolatedVertex(GraphFacts &facts)
+{
+    const std::vector<int> &degrees = facts.degrees();
+    return std::find(degrees.begin(), degrees.end(), 0) != degrees.end();
+}
+
 InvariantValue cliqueNumber(GraphFacts &facts)
 {
     return facts.cliqueNumber();
@@ -35,9 +45,32 @@ InvariantValue vertexCoverNumber(GraphFacts &facts)
 /// A largest matching, and an edge for every vertex that it leaves out (T. Gallai, 1959).
 InvariantValue edgeCoverNumber(GraphFacts &facts)
 {
-    const std::vector<int> &degrees = facts.degrees();
-    const bool hasIsolated = std::find(degrees.begin(), degrees.end(), 0) != degrees.end();
-    return hasIsolated ? std::nullopt : InvariantValue(facts.order() - facts.matchingNumber());
+    return hasIsolatedVertex(facts) ? std::nullopt : InvariantValue(facts.order() - facts.matchingNumber());
+}
+
+InvariantValue fewestDominators(GraphFacts &facts)
+{
+    return dominationNumber(facts.graph());
+}
+
+InvariantValue fewestTotalDominators(GraphFacts &facts)
+{
+    return hasIsolatedVertex(facts) ? std::nullopt : InvariantValue(totalDominationNumber(facts.graph()));
+}
+
+InvariantValue fewestFeedbackVertices(GraphFacts &facts)
+{
+    return feedbackVertexSetNumber(facts.graph());
+}
+
+InvariantValue fewestEdgeColours(GraphFacts &facts)
+{
+    return chromaticIndex(facts.graph());
+}
+
+InvariantValue smallestWidth(GraphFacts &facts)
+{
+    return facts.order() > 0 ? InvariantValue(treewidth(facts.graph())) : std::nullopt;
 }
 
 /// The largest degree at which a vertex goes, when one of the smallest degree goes again and again (D. W. Matula and L.
@@ -81,11 +114,26 @@ std::vector<Invariant> subsetInvariants()
         {"clique-number", group, "largest number of mutually adjacent vertices", "", cliqueNumber},
         {"independence-number", group, "largest number of mutually non-adjacent vertices", "", independenceNumber},
         {"chromatic-number", group, "smallest number of colours of a proper vertex colouring", "", fewestColours},
+        {"chromatic-index", group, "smallest number of colours of a proper edge colouring",
+         "V. G. Vizing, \"On an estimate of the chromatic class of a p-graph\", 1964", fewestEdgeColours},
         {"matching-number", group, "largest number of edges without common vertices", "", matchingNumber},
         {"vertex-cover-number", group, "smallest number of vertices that meet every edge", "", vertexCoverNumber},
         {"edge-cover-number", group,
          "smallest number of edges that meet every vertex; NA with a vertex without neighbours",
          "T. Gallai, \"Über extreme Punkt- und Kantenmengen\", 1959", edgeCoverNumber},
+        {"domination-number", group,
+         "smallest number of vertices such that each of the others is adjacent to one of them",
+         "O. Ore, \"Theory of Graphs\", 1962", fewestDominators},
+        {"total-domination-number", group,
+         "smallest number of vertices such that each vertex is adjacent to one of them; NA with a vertex without "
+         "neighbours",
+         "E. J. Cockayne, R. M. Dawes and S. T. Hedetniemi, \"Total domination in graphs\", 1980",
+         fewestTotalDominators},
+        {"feedback-vertex-set-number", group, "smallest number of vertices that meet every cycle", "",
+         fewestFeedbackVertices},
+        {"treewidth", group, "smallest width of a tree decomposition; NA without vertices",
+         "N. Robertson and P. D. Seymour, \"Graph minors. II. Algorithmic aspects of tree-width\", 1986",
+         smallestWidth},
         {"degeneracy", group, "largest minimum degree of a subgraph; NA without vertices",
          "D. R. Lick and A. T. White, \"k-degenerate graphs\", 1970", degeneracy},
         {"vertex-connectivity", group, "smallest number of vertices that disconnect the graph or leave one", "",

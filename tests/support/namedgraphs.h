@@ -5,6 +5,7 @@
 
 #include "graphfacts.h"
 #include "invariant.h"
+#include "support/testfiles.h"
 
 #include <QByteArray>
 #include <QtTest>
@@ -121,6 +122,19 @@ inline std::optional<double> valueOf(const char *name, const SmallGraph &graph)
 inline QByteArray textOf(const char *name, const SmallGraph &graph)
 {
     return invariantText(valueOf(name, graph));
+}
+
+/// The names of all graphs on one to seven vertices, one of each kind.
+inline QList<QByteArray> namesUpToSeven()
+{
+    QList<QByteArray> names;
+    for (const QByteArray &line : contents(QStringLiteral(TAVOLINE_TEST_DATA "/all-7-edge-deleted.tav")).split('\n')) {
+        const QByteArray name = line.split('\t').first();
+        if (!name.isEmpty()) {
+            names.append(name);
+        }
+    }
+    return names;
 }
 
 /// Adds a row for every pair of @p values, which are the name of an invariant and the text of its value for @p graph.
