@@ -39,8 +39,9 @@ constexpr char listFilter[] = "File type (*.g6)";
 constexpr char invariantFilter[] = "File type (*.txt)";
 
 const QColor panelColour(255, 255, 235);
+const QColor lightButtonColour(239, 239, 239);
 constexpr double vertexRadius = 20.0;
-constexpr int smallestViewHeight = 380;
+constexpr int smallestViewHeight = 340;
 constexpr double circleDiameter = 200.0;
 constexpr int smallestZoom = 5;
 constexpr int largestZoom = 1000;
@@ -52,6 +53,18 @@ constexpr int longestTipLine = 60;        // characters
 QString workDirKey()
 {
     return QStringLiteral("wd");
+}
+
+/// The colours of a panel. It is light in every theme: from a dark one it takes the selection only, since what stands
+/// on the panel would be light on light otherwise, or look pressed and checked.
+QPalette panelPalette(const QPalette &theme)
+{
+    const bool isDark = theme.color(QPalette::Window).lightness() < theme.color(QPalette::WindowText).lightness();
+    QPalette colours = isDark ? QPalette(lightButtonColour, panelColour) : theme;
+    colours.setColor(QPalette::Window, panelColour);
+    colours.setColor(QPalette::Highlight, theme.color(QPalette::Highlight));
+    colours.setColor(QPalette::HighlightedText, theme.color(QPalette::HighlightedText));
+    return colours;
 }
 
 QIcon icon(const char *name)
@@ -540,10 +553,7 @@ QWidget *TAVMainWidget::createPanel(const char *name, const QString &shownName)
     auto *panel = new QWidget(this);
     panel->setObjectName(QLatin1String(name));
     panel->setAccessibleName(shownName);
-    QPalette colours = panel->palette();
-    colours.setColor(QPalette::Window, panelColour);
-    colours.setColor(QPalette::WindowText, Qt::black); // In a dark theme it is white.
-    panel->setPalette(colours);
+    panel->setPalette(panelPalette(palette()));
     panel->setAutoFillBackground(true);
     panel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // the console gets the room that is left
     return panel;
@@ -795,6 +805,16 @@ bool TAVMainWidget::eventFilter(QObject *watched, QEvent *event)
         view->setFocus(Qt::MouseFocusReason);
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void TAVMainWidget::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange) {
+        for (QWidget *panel : {modePanel, listsPanel, invariantsPanel, comparisonPanel, visualizationPanel}) {
+            panel->setPalette(panelPalette(palette()));
+        }
+    }
+    QWidget::changeEvent(event);
 }
 
 void TAVMainWidget::arrangePanels()

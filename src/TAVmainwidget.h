@@ -129,6 +129,7 @@ public slots:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     using Slot = void (TAVMainWidget::*)();

@@ -5,21 +5,30 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QEvent>
 #include <QIcon>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
+#include <QSettings>
 #include <QToolBar>
 #include <QUrl>
 
 namespace
 {
-constexpr int smallestSide = 800;
+constexpr QSize smallestSize(800, 800);
+
+QString geometryKey()
+{
+    return QStringLiteral("geometry");
+}
 
 /// The text of the About box: HTML, in which runs of blanks do not show.
 QString aboutText()
@@ -53,14 +62,21 @@ TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
 {
     // The linker takes an object out of a static library only when something refers to it: this refers to the icons.
     Q_INIT_RESOURCE(resources);
+    // Where a pixel of the window is several of the screen, QIcon makes pixmaps for those of the screen only when it is
+    // told to.
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     setAttribute(Qt::WA_DeleteOnClose);
     createActions();
     createMenus();
     createToolbars();
     setCentralWidget(mainWidget);
     setWindowTitle(tr(applicationTitle));
-    setMinimumSize(smallestSide, smallestSide);
+    setMinimumSize(smallestSize);
     setAcceptDrops(true);
+    if (restoreGeometry(QSettings().value(geometryKey()).toByteArray()) && !isMaximized()) {
+        // Qt puts the window on a screen; one that has become smaller may still be too small for it.
+        setGeometry(geometry().intersected(screen()->availableVirtualGeometry()));
+    }
 }
 
 TAVMainWindow::~TAVMainWindow()
@@ -87,16 +103,26 @@ void TAVMainWindow::about()
     QMessageBox::about(this, tr("About ") + QLatin1String(applicationTitle), aboutText());
 }
 
-/// The end of a session closes the window also while a dialog is up. The command that opened the dialog has it on its
-/// stack and is still running: the window is deleted when the dialog is gone.
 bool TAVMainWindow::event(QEvent *event)
 {
+    // With a large font a panel can need more room than the smallest size has.
+    if (event->type() == QEvent::LayoutRequest) {
+        setMinimumSize(layout()->totalMinimumSize().expandedTo(smallestSize));
+    }
+    // The end of a session closes the window also while a dialog is up. The command that opened the dialog has it on
+    // its stack and is still running: the window is deleted when the dialog is gone.
     const QDialog *dialog = event->type() == QEvent::DeferredDelete ? findChild<QDialog *>() : nullptr;
     if (dialog != nullptr) {
         connect(dialog, &QObject::destroyed, this, &QObject::deleteLater);
         return true;
     }
     return QMainWindow::event(event);
+}
+
+void TAVMainWindow::closeEvent(QCloseEvent *event)
+{
+    QSettings().setValue(geometryKey(), saveGeometry());
+    QMainWindow::closeEvent(event);
 }
 
 // Only a copy is accepted: a file manager would delete the file that it has moved.

@@ -9,7 +9,8 @@ class QToolBar;
 class TAVMainWidget;
 
 /// The main window: four actions, a menu, a tool bar and the About box around the central widget. It deletes itself
-/// when it is closed, once its dialogs are gone. A database file that is dropped onto it is loaded.
+/// when it is closed, once its dialogs are gone. A database file that is dropped onto it is loaded. It comes back where
+/// and as large as it was when it was closed last, as far as the screen allows.
 class TAVMainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -38,6 +39,7 @@ public slots:
 
 protected:
     bool event(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 

@@ -95,6 +95,7 @@ set_source_files_properties(${PROJECT_SOURCE_DIR}/src/main.cpp PROPERTIES COMPIL
 target_compile_definitions(tst_program PRIVATE TAVOLINE_PROGRAM="$<TARGET_FILE:tavoline>")
 add_dependencies(tst_program tavoline)
 tavoline_window_test(tst_accessibility window_fixture)
+tavoline_window_test(tst_appearance window_fixture)
 tavoline_window_test(tst_browsing window_fixture)
 tavoline_window_test(tst_commands window_fixture)
 tavoline_window_test(tst_loadraces window_fixture)

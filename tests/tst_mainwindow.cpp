@@ -20,6 +20,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTextEdit>
@@ -35,6 +36,11 @@ class TestMainWindow : public QObject
 
 private slots:
     void titleAndSmallestSize();
+    void comesBackAsItWasLeft_data();
+    void comesBackAsItWasLeft();
+    void comesBackMaximized();
+    void neverComesBackOffScreen_data();
+    void neverComesBackOffScreen();
     void actions_data();
     void actions();
     void menuHoldsAboutOnly();
@@ -73,6 +79,21 @@ QAction *action(const MainWindowFixture &fixture, const QString &text)
         }
     }
     return nullptr;
+}
+
+QRect screen()
+{
+    return QGuiApplication::primaryScreen()->availableGeometry();
+}
+
+/// Closes the window, and opens one with the same settings.
+void reopen(MainWindowFixture &fixture)
+{
+    fixture.window->close();
+    QTRY_VERIFY_WITH_TIMEOUT(fixture.window.isNull(), patience);
+    fixture.window = new TAVMainWindow;
+    fixture.window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.window, patience));
 }
 
 /// The widgets in which the keyboard focus may be.
@@ -159,6 +180,62 @@ void TestMainWindow::titleAndSmallestSize()
     QCOMPARE(fixture.window->minimumSize(), QSize(800, 800));
     fixture.window->resize(300, 300);
     QTRY_COMPARE_WITH_TIMEOUT(fixture.window->size().boundedTo(QSize(800, 800)), QSize(800, 800), patience);
+}
+
+void TestMainWindow::comesBackAsItWasLeft_data()
+{
+    QTest::addColumn<QRect>("place");
+    QTest::newRow("small") << QRect(170, 90, 800, 800);
+    QTest::newRow("large") << QRect(30, 40, 1200, 1000);
+    QTest::newRow("wide") << QRect(30, 40, 1200, 800);
+}
+
+/// On a screen that is too small it comes back smaller.
+void TestMainWindow::comesBackAsItWasLeft()
+{
+    QFETCH(QRect, place);
+    MainWindowFixture fixture;
+    fixture.window->setGeometry(place);
+    QCoreApplication::processEvents();
+    reopen(fixture);
+    if (screen().contains(place)) {
+        QTRY_COMPARE_WITH_TIMEOUT(fixture.window->geometry(), place, patience);
+    } else {
+        QCOMPARE(fixture.window->size().boundedTo(place.size()), fixture.window->size());
+    }
+}
+
+void TestMainWindow::comesBackMaximized()
+{
+    MainWindowFixture fixture;
+    fixture.window->showMaximized();
+    QCoreApplication::processEvents();
+    reopen(fixture);
+    QVERIFY(fixture.window->isMaximized());
+}
+
+void TestMainWindow::neverComesBackOffScreen_data()
+{
+    QTest::addColumn<QRect>("place");
+    QTest::newRow("right") << QRect(5000, 0, 800, 800);
+    QTest::newRow("below") << QRect(0, 4000, 800, 800);
+    QTest::newRow("left and above") << QRect(-3000, -3000, 900, 900);
+    QTest::newRow("larger than the screen") << QRect(-100, -100, 9000, 9000);
+}
+
+void TestMainWindow::neverComesBackOffScreen()
+{
+    QFETCH(QRect, place);
+    MainWindowFixture fixture;
+    fixture.window->setGeometry(place);
+    QCoreApplication::processEvents();
+    reopen(fixture);
+    // Qt leaves room for a frame, also where the smallest window is larger than the screen.
+    const QSize least = screen().size().boundedTo(QSize(800, 800)) - QSize(40, 40);
+    const QSize seen = fixture.window->geometry().intersected(screen()).size();
+    QVERIFY2(seen.boundedTo(least) == least,
+             qPrintable(QStringLiteral("%1 x %2").arg(seen.width()).arg(seen.height())));
+    QCOMPARE(fixture.window->minimumSize(), QSize(800, 800));
 }
 
 void TestMainWindow::actions_data()

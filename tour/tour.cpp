@@ -8,6 +8,7 @@
 #include "graph.h"
 #include "node.h"
 #include "nodedisplay.h"
+#include "support/darktheme.h"
 #include "support/windowdriver.h"
 
 #include <QApplication>
@@ -46,9 +47,27 @@ public:
         editTheGraph();
         saveAndPrintTheGraph();
         findCounterexample();
+        const QPalette usualColours = QApplication::palette();
+        QApplication::setPalette(darkTheme());
+        showAllModes(QStringLiteral("dark"));
+        lookAtVertex(*window.findChild<Graph *>(), "dark-node-information");
+        QApplication::setPalette(usualColours);
+        QFont large = QApplication::font();
+        large.setPointSizeF(2 * large.pointSizeF());
+        QApplication::setFont(large);
+        showAllModes(QStringLiteral("large"));
     }
 
 private:
+    void showAllModes(const QString &look)
+    {
+        for (const char *mode : {"Lists manipulation", "Invariants manipulation", "Visualization"}) {
+            driver::click(&window, QLatin1String(mode));
+            save(qPrintable(look + QLatin1Char('-') +
+                            QString::fromLatin1(mode).section(QLatin1Char(' '), 0, 0).toLower()));
+        }
+    }
+
     void lookAround()
     {
         savePicture(*window.findChild<QToolBar *>(), "tool-bar");
@@ -167,10 +186,10 @@ private:
         QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
         expect(view->g6currentGraphData() == before, "undo takes the complement back");
         save("undo");
-        lookAtVertex(*view);
+        lookAtVertex(*view, "node-information");
     }
 
-    void lookAtVertex(Graph &view)
+    void lookAtVertex(Graph &view, const char *picture)
     {
         const QPoint place = view.mapFromScene(view.node(3)->position());
         QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
@@ -180,7 +199,7 @@ private:
             return widget->isVisible() && qobject_cast<const NodeDisplay *>(widget) != nullptr;
         });
         expect(information != shown.end(), "a double-click on a vertex shows what is known about it");
-        savePicture(**information, "node-information");
+        savePicture(**information, picture);
         driver::click(*information, QStringLiteral("Done"));
         QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, place);
     }

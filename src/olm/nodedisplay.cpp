@@ -16,8 +16,11 @@ NodeDisplay::NodeDisplay(const QString &name) : table(new QTableWidget), nameEdi
     nameEdit->setAccessibleName(tr("Name of the vertex"));
     table->setAccessibleName(tr("Values of the vertex"));
     table->setEditTriggers(QTableWidget::NoEditTriggers);
-    table->horizontalHeader()->setStretchLastSection(true);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    // A long text is broken into lines: the rows are as high as the width of the column asks for. QHeaderView has that
+    // width only after it has sent the signal.
+    connect(table->horizontalHeader(), &QHeaderView::sectionResized, table, &QTableWidget::resizeRowsToContents,
+            Qt::QueuedConnection);
     auto *done = new QPushButton(tr("Done"));
     done->setToolTip(tr("Gives the vertex the name and closes this window."));
     connect(done, &QPushButton::clicked, this, &NodeDisplay::conclude);
@@ -58,6 +61,7 @@ void NodeDisplay::setText(const QString &name, const QString &text)
     table->setRowCount(nbValues);
     table->setVerticalHeaderItem(row, new QTableWidgetItem(name));
     table->setItem(row, 0, new QTableWidgetItem(text));
+    table->resizeRowToContents(row);
 }
 
 void NodeDisplay::resetValues()
