@@ -78,14 +78,14 @@ void tellMissing(const SoughtGraphs &list, const NameSearch &search, const Names
     if (missing == 0) {
         return;
     }
-    const CommandError error(options.list, list.lines[first],
-                             QStringLiteral("the database does not hold %1").arg(quoted(textOf(list.graphs[first]))));
+    QString text = QStringLiteral("the database does not hold %1").arg(quoted(textOf(list.graphs[first])));
     if (options.strict) {
-        throw error;
+        throw CommandError(options.list, list.lines[first], text);
     }
-    tell(missing == 1
-             ? error.text()
-             : QStringLiteral("%1, nor %2 of the list").arg(error.text(), counted(missing - 1, "other", "others")));
+    if (missing > 1) {
+        text += QStringLiteral(", nor %1 of the list").arg(counted(missing - 1, "other", "others"));
+    }
+    tell(CommandError(options.list, list.lines[first], text).text());
 }
 
 void writeNames(const SoughtGraphs &list, const NameSearch &search, const Write &write)

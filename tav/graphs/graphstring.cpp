@@ -128,10 +128,7 @@ QString parseGraph(std::string_view text, SmallGraph &graph)
         return parseSparse6(text, graph);
     }
     const QString fault = parseGraph6(text, graph);
-    if (fault.isEmpty()) {
-        return fault;
-    }
-    const QString format = foreignFormat(text);
+    const QString format = fault.isEmpty() ? QString() : foreignFormat(text);
     return format.isEmpty() ? fault : fault + QStringLiteral("; this looks like ") + format;
 }
 
