@@ -454,7 +454,7 @@ QString Graph::askForGraphFile()
         if (chosen.isEmpty()) {
             return {};
         }
-        const QString path = QFileInfo(chosen).suffix() == suffix ? chosen : chosen + QLatin1Char('.') + suffix;
+        QString path = QFileInfo(chosen).suffix() == suffix ? chosen : chosen + QLatin1Char('.') + suffix;
         const QFileInfo file(path);
         if (!file.exists() || file.isDir() || mayReplace(title, file.fileName())) {
             return path;
