@@ -343,6 +343,7 @@ private slots:
     void invertGivesTheComplement();
     void degreeCountsASetDiagonal();
     void clearLeavesTheBestGraphAlone();
+    void modesWithoutAScene();
     void cloneHoldsTheCurrentGraphOnly();
     void copyOfItselfChangesNothing();
     void randomGraphSizes_data();
@@ -714,6 +715,17 @@ void TestGraphModel::clearLeavesTheBestGraphAlone()
     QVERIFY(graph.bestEdge(1, 2));
     graph.update_display();
     QVERIFY(graph.node(2)->isVisible());
+}
+
+/// Without a scene there is no rubber band that a change of the mode could end.
+void TestGraphModel::modesWithoutAScene()
+{
+    Graph graph(latin1("model"), false);
+    build(graph, 3, {{0, 1}});
+    graph.setEdgeEditMode(true);
+    graph.setEdgeEditMode(false);
+    QCOMPARE(graph.getNbNodes(), 3);
+    QVERIFY(graph.edge(0, 1));
 }
 
 void TestGraphModel::cloneHoldsTheCurrentGraphOnly()
