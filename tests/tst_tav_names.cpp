@@ -127,6 +127,8 @@ private slots:
     {
         write(database, ":An\t0\r\nBw\n");
         QCOMPARE(runTav(names({database}), ">>sparse6<<:BcN\nA_\n").output, QByteArray("Bw\n:An\n"));
+        write(database, ">>graph6<<A_\n>>graph6<<\n>>sparse6<<:BcN\t0\n");
+        QCOMPARE(runTav(names({database}), "Bw\nA_\n").output, QByteArray(":BcN\nA_\n"));
         QCOMPARE(runTav(names({QStringLiteral("-"), folder.write("list", "A_\n")}), "@\nA_\t0\n").output,
                  QByteArray("A_\n"));
     }

@@ -51,7 +51,7 @@ void readDatabase(const QString &database, NameSearch &search)
     readLines(database, [&](std::string_view line, qint64 number) {
         bool more = false;
         QByteArray memory;
-        const std::string_view name = normaliseDroppingReturns(takeField(line, more), memory);
+        const std::string_view name = graphOnLine(normaliseDroppingReturns(takeField(line, more), memory), number);
         if (!name.empty()) {
             isEmpty = false;
             search.offer(name, number);
