@@ -17,7 +17,7 @@ install_packages() {
         >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev
+build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev liblapacke-dev
     libmuparser-dev libnauty2-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils graphviz groff-base nauty poppler-utils python3-clang-14

@@ -188,9 +188,10 @@ private slots:
         QTest::newRow("output of build") << words({"build", "graphs.g6", "-o", ""}) << words({"data", "small.tav"});
         QTest::newRow("processors") << words({"build", "-j", ""}) << QStringList();
         QTest::newRow("database") << words({"info", ""}) << words({"data", "small.tav"});
-        QTest::newRow("invariant") << words({"invariant", "av"}) << words({"average-degree", "average-distance"});
-        QTest::newRow("invariant behind options")
-            << words({"invariant", "-j", "2", "--output", "=", "x.txt", "ra"}) << words({"radius", "randic-index"});
+        QTest::newRow("invariant") << words({"invariant", "av"})
+                                   << words({"average-degree", "average-distance", "average-eccentricity"});
+        QTest::newRow("invariant behind options") << words({"invariant", "-j", "2", "--output", "=", "x.txt", "ra"})
+                                                  << words({"radius", "randic-index", "rank"});
         QTest::newRow("database of an invariant")
             << words({"invariant", "girth", "-o", "x.txt", ""}) << words({"data", "small.tav"});
         QTest::newRow("output of an invariant")

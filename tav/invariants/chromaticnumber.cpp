@@ -1,8 +1,9 @@
 #include "chromaticnumber.h"
 
+#include "vertexset.h"
+
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <tuple>
 
 namespace
@@ -65,10 +66,7 @@ private:
                                  [&](uint64_t colourClass) { return (graph.rows[v] & colourClass) != 0; }));
     }
 
-    int neighboursOutside(int v, uint64_t coloured) const
-    {
-        return int(std::bitset<64>(graph.rows[v] & ~coloured).count());
-    }
+    int neighboursOutside(int v, uint64_t coloured) const { return vertexCount(graph.rows[v] & ~coloured); }
 
     const SmallGraph &graph;
     const int lowerBound;

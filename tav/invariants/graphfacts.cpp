@@ -1,10 +1,10 @@
 #include "graphfacts.h"
 
 #include "cliquesearch.h"
+#include "eigenvalues.h"
 #include "igraphobjects.h"
 #include "matchingnumber.h"
-
-#include <bitset>
+#include "vertexset.h"
 
 namespace
 {
@@ -20,20 +20,6 @@ SmallGraph complementOf(const SmallGraph &graph)
         }
     }
     return complement;
-}
-
-void fill(RealMatrix &matrix, const IgraphGraph &graph, GraphMatrix kind)
-{
-    switch (kind) {
-    case GraphMatrix::Adjacency:
-        checkIgraph(
-            igraph_get_adjacency(graph.get(), matrix.get(), IGRAPH_GET_ADJACENCY_BOTH, nullptr, IGRAPH_NO_LOOPS));
-        break;
-    case GraphMatrix::Laplacian:
-        checkIgraph(
-            igraph_get_laplacian(graph.get(), matrix.get(), IGRAPH_ALL, IGRAPH_LAPLACIAN_UNNORMALIZED, nullptr));
-        break;
-    }
 }
 } // namespace
 
@@ -61,34 +47,28 @@ const std::vector<int> &GraphFacts::degrees()
 {
     if (neighbourCounts.empty()) {
         for (int v = 0; v < given.order; ++v) {
-            neighbourCounts.push_back(int(std::bitset<64>(given.rows[v]).count()));
+            neighbourCounts.push_back(vertexCount(given.rows[v]));
         }
     }
     return neighbourCounts;
 }
 
-double GraphFacts::distance(int u, int v)
+const DistanceMatrix &GraphFacts::distances()
 {
-    if (allDistances.empty()) {
-        RealMatrix matrix;
-        checkIgraph(igraph_distances(igraph().get(), matrix.get(), igraph_vss_all(), igraph_vss_all(), IGRAPH_ALL));
-        allDistances.assign(matrix.get()->data.stor_begin, matrix.get()->data.end);
+    if (!allDistances) {
+        allDistances.emplace(given);
     }
-    return allDistances[u * given.order + v];
+    return *allDistances;
 }
 
 const std::vector<double> &GraphFacts::spectrum(GraphMatrix matrix)
 {
-    std::vector<double> &eigenvalues = spectra.at(int(matrix));
-    if (eigenvalues.empty() && given.order > 0) {
-        RealMatrix entries;
-        fill(entries, igraph(), matrix);
-        RealVector values;
-        checkIgraph(igraph_lapack_dsyevr(entries.get(), IGRAPH_LAPACK_DSYEV_ALL, 0, 0, 0, 0, 0, 0.0, values.get(),
-                                         nullptr, nullptr));
-        eigenvalues.assign(values.begin(), values.end());
+    std::vector<double> &spectrum = spectra.at(int(matrix));
+    if (spectrum.empty()) {
+        std::vector<double> rows = rowsOf(matrix, *this);
+        spectrum = eigenvalues(rows, given.order);
     }
-    return eigenvalues;
+    return spectrum;
 }
 
 const SmallGraph &GraphFacts::complement()

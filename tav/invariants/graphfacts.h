@@ -2,6 +2,8 @@
 #define TAVOLINE_GRAPHFACTS_H
 
 #include "canonicalform.h"
+#include "distancematrix.h"
+#include "graphmatrix.h"
 #include "smallgraph.h"
 
 #include <array>
@@ -10,10 +12,6 @@
 #include <vector>
 
 class IgraphGraph;
-
-/// The matrices of which a spectrum is asked for.
-enum class GraphMatrix { Adjacency, Laplacian };
-constexpr int graphMatrixCount = 2;
 
 /// A graph, and what several invariants of it share: each fact is computed when it is asked for first, and kept. To
 /// make one costs next to nothing. Throws CommandError when igraph fails. Only one thread may use objects of this class
@@ -33,8 +31,8 @@ public:
     bool isConnected();
     /// By vertex: the number of its neighbours.
     const std::vector<int> &degrees();
-    /// The number of edges of a shortest path; infinite where there is none.
-    double distance(int u, int v);
+    /// The graph must be connected.
+    const DistanceMatrix &distances();
     /// The eigenvalues of @p matrix, the smallest first.
     const std::vector<double> &spectrum(GraphMatrix matrix);
     const SmallGraph &complement();
@@ -52,7 +50,7 @@ private:
     std::optional<int> edgeCount;
     std::optional<bool> connected;
     std::vector<int> neighbourCounts;
-    std::vector<double> allDistances; // from the vertex u to v at u * order + v
+    std::optional<DistanceMatrix> allDistances;
     std::array<std::vector<double>, graphMatrixCount> spectra;
     std::optional<SmallGraph> complementGraph;
     std::optional<int> largestClique;
