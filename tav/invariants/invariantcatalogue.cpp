@@ -18,8 +18,9 @@ std::vector<Invariant> joined(std::initializer_list<std::vector<Invariant>> grou
 
 const std::vector<Invariant> &invariants()
 {
-    static const std::vector<Invariant> all = joined({countInvariants(), degreeInvariants(), distanceInvariants(),
-                                                      cycleInvariants(), subsetInvariants(), spectralInvariants()});
+    static const std::vector<Invariant> all =
+        joined({countInvariants(), degreeInvariants(), distanceInvariants(), cycleInvariants(), subsetInvariants(),
+                spectralInvariants(), propertyInvariants()});
     return all;
 }
 

@@ -13,5 +13,6 @@ std::vector<Invariant> distanceInvariants();
 std::vector<Invariant> cycleInvariants();
 std::vector<Invariant> subsetInvariants();
 std::vector<Invariant> spectralInvariants();
+std::vector<Invariant> propertyInvariants();
 
 #endif
