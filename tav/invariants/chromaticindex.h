@@ -3,9 +3,9 @@
 
 #include "smallgraph.h"
 
-/// The smallest number of colours with which no two edges of @p graph with a common vertex share one: the largest degree
-/// or one more (V. G. Vizing, "On an estimate of the chromatic class of a p-graph", 1964). The time is exponential in
-/// the worst case.
+/// The smallest number of colours with which no two edges of @p graph with a common vertex share one: the largest
+/// degree or one more (V. G. Vizing, "On an estimate of the chromatic class of a p-graph", 1964). The time is
+/// exponential in the worst case.
 int chromaticIndex(const SmallGraph &graph);
 
 #endif
