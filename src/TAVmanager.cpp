@@ -201,6 +201,16 @@ void TAVManager::loadInv2(const QString &fileName)
     loadInvariant(fileName, &TAVSearchEngine::loadInv2);
 }
 
+bool TAVManager::setInv1(const QString &what, const std::vector<std::optional<double>> &values)
+{
+    return setInvariant(what, values, &TAVSearchEngine::setInv1);
+}
+
+bool TAVManager::setInv2(const QString &what, const std::vector<std::optional<double>> &values)
+{
+    return setInvariant(what, values, &TAVSearchEngine::setInv2);
+}
+
 // clang-format off
 void TAVManager::avgSub1()  { derive(&TAVSearchEngine::avgSub1); }
 void TAVManager::avgOver1() { derive(&TAVSearchEngine::avgOver1); }
@@ -384,6 +394,22 @@ void TAVManager::loadInvariant(const QString &fileName, bool (TAVSearchEngine::*
     fault = engine->fileFault();
     emit signal_console(read ? QStringLiteral("Read ") + fileName : QStringLiteral("Load failed"));
     emit signal_manager_ready();
+}
+
+bool TAVManager::setInvariant(const QString &what, const std::vector<std::optional<double>> &values,
+                              void (TAVSearchEngine::*set)(const std::vector<std::optional<double>> &))
+{
+    if (refuseWhileLoading()) {
+        return false;
+    }
+    if (values.empty()) {
+        emit signal_console(QStringLiteral("No data to match."));
+        return refuse();
+    }
+    (engine->*set)(values);
+    emit signal_console(QStringLiteral("Computed ") + what);
+    emit signal_manager_ready();
+    return true;
 }
 
 void TAVManager::derive(void (TAVSearchEngine::*derivation)())

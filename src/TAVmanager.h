@@ -7,6 +7,8 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 class GraphList;
 class TAVSearchEngine;
@@ -73,6 +75,12 @@ public:
     bool saveInv1(const QString &fileName);
     void loadInv1(const QString &fileName);
     void loadInv2(const QString &fileName);
+
+    /// Sets I1 of all graphs, in the order of the database, to as many @p values, of which one may be missing, and
+    /// tells on the console that @p what was computed. Returns false, with a console line, when the database is empty.
+    bool setInv1(const QString &what, const std::vector<std::optional<double>> &values);
+    /// The same for I2.
+    bool setInv2(const QString &what, const std::vector<std::optional<double>> &values);
 
     /// Why the last operation with the name of a file could not open, read or write the file, in the words of the
     /// system; empty when it could, or failed for another reason.
@@ -154,6 +162,8 @@ private:
                     QStringList (TAVSearchEngine::*closure)(const QStringList &));
     bool saveFile(const QString &fileName, bool (TAVSearchEngine::*save)(const QString &));
     void loadInvariant(const QString &fileName, bool (TAVSearchEngine::*load)(const QString &));
+    bool setInvariant(const QString &what, const std::vector<std::optional<double>> &values,
+                      void (TAVSearchEngine::*set)(const std::vector<std::optional<double>> &));
     void derive(void (TAVSearchEngine::*derivation)());
     bool addComparison(const QString &newName, const Query &query);
 

@@ -148,6 +148,16 @@ bool TAVSearchEngine::loadInv2(const QString &path)
                          [](const InvariantReading &) { return QStringLiteral("Data format error"); });
 }
 
+void TAVSearchEngine::setInv1(const std::vector<std::optional<double>> &values)
+{
+    setInvariant(values, &TAVGraph::setInv1);
+}
+
+void TAVSearchEngine::setInv2(const std::vector<std::optional<double>> &values)
+{
+    setInvariant(values, &TAVGraph::setInv2);
+}
+
 QStringList TAVSearchEngine::subgraphs(const QStringList &names)
 {
     return closure(names, Neighbours::Sub);
@@ -440,6 +450,13 @@ bool TAVSearchEngine::loadInvariant(const QString &path, SetInvariant set, Descr
         break;
     }
     return reading.outcome == InvariantOutcome::Complete;
+}
+
+void TAVSearchEngine::setInvariant(const std::vector<std::optional<double>> &values, SetInvariant set)
+{
+    for (int i = 0; i < graphs.size(); ++i) {
+        (graphs.at(i)->*set)(values[i].value_or(0.0), !values[i]);
+    }
 }
 
 QStringList TAVSearchEngine::closure(const QStringList &names, Neighbours neighbours)

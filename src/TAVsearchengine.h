@@ -64,6 +64,11 @@ public:
     /// The same for I2.
     bool loadInv2(const QString &path);
 
+    /// Sets I1 of all graphs, in the order of the database; @p values has as many. An I1 without a value is missing.
+    void setInv1(const std::vector<std::optional<double>> &values);
+    /// The same for I2.
+    void setInv2(const std::vector<std::optional<double>> &values);
+
     // Closures: the given graphs that are in the database, in its order, then, breadth first, all graphs below or
     // above them.
 
@@ -146,6 +151,7 @@ private:
     using SetInvariant = void (TAVGraph::*)(double value, bool missing);
     using DescribeFault = QString (*)(const InvariantReading &reading);
     bool loadInvariant(const QString &path, SetInvariant set, DescribeFault describe);
+    void setInvariant(const std::vector<std::optional<double>> &values, SetInvariant set);
     using WriteRecords = void (*)(const QVector<TAVGraph *> &graphs, OutputFile &file);
     bool save(const QString &path, WriteRecords write);
     QStringList closure(const QStringList &names, Neighbours neighbours);

@@ -24,7 +24,7 @@ _tav_operands()
     local count=0 place
     for ((place = 2; place < COMP_CWORD; ++place)); do
         case ${COMP_WORDS[place]} in
-        -o | --output | -j | --jobs | --relation)
+        -o | --output | -j | --jobs | --relation | --table | --first)
             ((++place))
             [[ ${COMP_WORDS[place]} != = ]] || ((++place))
             ;;
@@ -33,6 +33,12 @@ _tav_operands()
         esac
     done
     echo "$count"
+}
+
+# _tav_invariants TAV: prints the names of the invariants.
+_tav_invariants()
+{
+    "$1" invariant --list 2>/dev/null | sed -n 's/^  \([a-z0-9-]*\) .*/\1/p'
 }
 
 _tav()
@@ -48,7 +54,7 @@ _tav()
     COMPREPLY=()
 
     if ((COMP_CWORD == 1)); then
-        _tav_words "$current" build info invariant names run -h --help --version
+        _tav_words "$current" build filter info invariant names run -h --help --version
         return
     fi
 
@@ -59,9 +65,10 @@ _tav()
         input='.[gs]6'
         output=.tav
         ;;
+    filter) options+=(--count --first --invert -j --jobs) ;;
     info) input=.tav ;;
     invariant)
-        options+=(--list -o --output -j --jobs)
+        options+=(--list -o --output --table -j --jobs)
         input=.tav
         output=.txt
         ;;
@@ -76,13 +83,16 @@ _tav()
 
     case $previous in
     --relation) _tav_words "$current" vertex edge ;;
-    -j | --jobs) ;;
+    -j | --jobs | --first) ;;
+    --table) _tav_files "$current" .tsv ;;
     -o | --output) _tav_files "$current" "$output" ;;
     *)
         if [[ $current == -* ]]; then
             _tav_words "$current" "${options[@]}"
         elif [[ $command == invariant && $(_tav_operands) == 0 ]]; then
-            _tav_words "$current" "$("$tav" invariant --list 2>/dev/null | sed -n 's/^  \([a-z0-9-]*\) .*/\1/p')"
+            _tav_words "$current" "$(_tav_invariants "$tav")"
+        elif [[ $command == filter && $(_tav_operands) == 0 ]]; then
+            _tav_words "$current" "$(_tav_invariants "$tav" | tr - _)"
         else
             _tav_files "$current" "$input"
         fi

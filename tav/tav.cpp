@@ -1,5 +1,6 @@
 #include "build.h"
 #include "commandline.h"
+#include "filter.h"
 #include "heap.h"
 #include "info.h"
 #include "interruption.h"
@@ -32,6 +33,7 @@ struct Command {
 
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
+    Command{"filter", "prints the graphs for which an expression holds", runFilter},
     Command{"info", "tells what a database holds and checks it", runInfo},
     Command{"invariant", "computes an invariant of every graph of a database", runInvariant},
     Command{"names", "tells the names that a database has for some graphs", runNames},

@@ -276,10 +276,8 @@ private slots:
         row("1 + average-distance", "average-distance", "average_distance");
         row("1 + average-order", "average", "average_degree");
         row("Order", "Order", "order");
-        row("andy", "andy", "energy");
+        row("andorder", "andorder", "order");
         row("notorder", "notorder", "order");
-        row("e", "e", "size");
-        row("_pi", "_pi", "size");
     }
 
     void unknownNames()

@@ -54,9 +54,10 @@ const std::vector<Room> rooms = {
     room("streams", "tav/streams/", "console files processes"),
     room("graphs", "tav/graphs/", "base console files graph6 streams"),
     room("invariants", "tav/invariants/", "console graphs"),
-    room("expressions", "tav/expressions/", "console invariants queries"),
-    room("scripts", "tav/scripts/", "base console core files graphs"),
-    room("commands", "tav/commands/", "base console files graphs invariants processes record scripts streams"),
+    room("expressions", "tav/expressions/", "console graphs invariants processes queries"),
+    room("scripts", "tav/scripts/", "base console core expressions files graphs"),
+    room("commands", "tav/commands/",
+         "base console expressions files graphs invariants processes record scripts streams"),
     room("tav", "tav/tav.", "base commands console files processes"),
 };
 

@@ -76,9 +76,14 @@ private slots:
                                             "Tells what a database holds and checks its lines; the exit status is 1 "
                                             "when one\nhas a fault.\n\nOptions:\n");
         QTest::newRow("invariant") << QByteArray(
-            "Usage: tav invariant [options] NAME DATABASE\n"
-            "Computes an invariant of every graph of a database and writes the file of it\n"
-            "that Tavoline loads: a name and a value a line, 'NA' where the invariant is\nundefined.\n\nOptions:\n");
+            "Usage: tav invariant [options] EXPRESSION... DATABASE\n"
+            "Computes an invariant, or an expression such as 'radius - randic_index', of\n"
+            "every graph of a database and writes the file of it that Tavoline loads: a name\n"
+            "and a value a line, 'NA' where the invariant is undefined.\n\nOptions:\n");
+        QTest::newRow("filter") << QByteArray(
+            "Usage: tav filter [options] EXPRESSION [FILE]\n"
+            "Prints the graphs of a file for which an expression such as 'diameter == 2 and\n"
+            "not planar' holds: its value is not 0, and not NA. They stay in their order.\n\nOptions:\n");
         QTest::newRow("names") << QByteArray(
             "Usage: tav names [options] DATABASE [FILE]\n"
             "Prints for each graph of a list the name of the isomorphic graph of the\n"
@@ -106,7 +111,7 @@ private slots:
     void version()
     {
         for (const char *line : {"$1 --version", "$1 build --version", "$1 info --version", "$1 invariant --version",
-                                 "$1 names --version", "$1 run --version"}) {
+                                 "$1 filter --version", "$1 names --version", "$1 run --version"}) {
             const ToolResult result = shell(line);
             QCOMPARE(result.output, QByteArray("tav 0.2.1\n"));
             QCOMPARE(result.errors, QByteArray());

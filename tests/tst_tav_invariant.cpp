@@ -55,10 +55,62 @@ private slots:
         QCOMPARE(loaded.inv1(), QStringLiteral("NA NA NA 3"));
     }
 
+    void anExpressionOfADatabase()
+    {
+        const QByteArray graphs = "@\nA_\t0\nBW\t1\nBw\t1\nB?\n";
+        QCOMPARE(runTav(invariant("radius - order/2", {standardInput}), graphs).output,
+                 QByteArray("GRAPH\tINV1\n@\t-0.5\nA_\t0\nBW\t-0.5\nBw\t-0.5\nB?\tNA\n"));
+        QCOMPARE(runTav(invariant("average_distance", {standardInput}), graphs).output,
+                 runTav(invariant("average-distance", {standardInput}), graphs).output);
+        QCOMPARE(runTav(invariant("2*algebraic_connectivity", {standardInput}), "Bw\nD~{\n").output,
+                 QByteArray("GRAPH\tINV1\nBw\t6\nD~{\t10\n"));
+    }
+
+    void severalExpressions()
+    {
+        const QTemporaryDir folder;
+        const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
+        const QByteArray graphs = "@\nBW\nBw\n";
+        ToolResult result =
+            runTav(invariant("girth", {QStringLiteral("order + size"), QStringLiteral("-o"), path("girth.txt"),
+                                       QStringLiteral("order"), QStringLiteral("-o"), path("sum.txt"),
+                                       QStringLiteral("-o"), standardInput, standardInput}),
+                   graphs);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.output, QByteArray("GRAPH\tINV1\n@\t1\nBW\t3\nBw\t3\n"));
+        QCOMPARE(contents(path("girth.txt")), QByteArray("GRAPH\tINV1\n@\tNA\nBW\tNA\nBw\t3\n"));
+        QCOMPARE(contents(path("sum.txt")), QByteArray("GRAPH\tINV1\n@\t1\nBW\t5\nBw\t6\n"));
+        result = runTav(invariant("girth", {QStringLiteral(" order +\tsize "), QStringLiteral("--table"),
+                                            path("table.tsv"), standardInput}),
+                        graphs);
+        QCOMPARE(result.errors + result.output, QByteArray());
+        QCOMPARE(contents(path("table.tsv")),
+                 QByteArray("graph\tgirth\torder + size\n@\tNA\t1\nBW\tNA\t5\nBw\t3\t6\n"));
+        result = runTav(invariant("order", {QStringLiteral("--table"), standardInput, standardInput}), graphs);
+        QCOMPARE(result.output, QByteArray("graph\torder\n@\t1\nBW\t3\nBw\t3\n"));
+    }
+
+    void allOutputsOrNone()
+    {
+        const QTemporaryDir folder;
+        const auto path = [&](const char *name) { return folder.filePath(QLatin1String(name)); };
+        const QStringList outputs = {
+            QStringLiteral("order"), QStringLiteral("-o"), path("a"), QStringLiteral("-o"), path("b"), standardInput};
+        ToolResult result = runTav(invariant("size", outputs), "@\nBw\nB\n");
+        QCOMPARE(result.errors,
+                 QByteArray("tav: standard input:3: not graph6: 1 byte where a graph on 3 vertices has 2\n"));
+        QVERIFY(QDir(folder.path()).isEmpty());
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("b")));
+        result = runTav(invariant("size", outputs), "@\nBw\n");
+        QVERIFY2(result.errors.startsWith("tav: " + QFile::encodeName(path("b")) + ": cannot be written: "),
+                 result.errors.constData());
+        QVERIFY(!QFile::exists(path("a")));
+    }
+
     void theResultDoesNotDependOnTheProcessors_data()
     {
         QTest::addColumn<QByteArray>("name");
-        for (const char *name : {"girth", "energy", "chromatic-number"}) {
+        for (const char *name : {"girth", "energy", "chromatic-number", "radius - randic_index"}) {
             QTest::newRow(name) << QByteArray(name);
         }
     }
@@ -99,8 +151,27 @@ private slots:
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("message");
-        QTest::newRow("unknown") << words({"invariant", "genus", "x.tav"})
-                                 << QByteArray("Unknown invariant 'genus'; 'tav invariant --list' names them.");
+        QTest::newRow("unknown") << words({"invariant", "gurth", "x.tav"})
+                                 << QByteArray("Unknown invariant 'gurth' (did you mean 'girth'?); "
+                                               "'tav invariant --list' names them.");
+        QTest::newRow("not an expression") << words({"invariant", "girth <", "x.tav"})
+                                           << QByteArray("Expression 'girth <', column 8: something is missing at the "
+                                                         "end");
+        QTest::newRow("a database only") << words({"invariant", "girth.tav"})
+                                         << QByteArray("Expression 'girth.tav', column 6: unexpected '.'");
+        QTest::newRow("two expressions") << words({"invariant", "girth", "order", "-o", "a.txt", "x.tav"})
+                                         << QByteArray(
+                                                "'-o' expected once for each of the 2 expressions, or '--table'.");
+        QTest::newRow("two outputs") << words({"invariant", "girth", "-o", "a.txt", "-o", "b.txt", "x.tav"})
+                                     << QByteArray("'-o' expected once for the expression.");
+        QTest::newRow("output and table") << words({"invariant", "girth", "-o", "a.txt", "--table", "b.txt", "x.tav"})
+                                          << QByteArray("Either '-o' or '--table' expected, both given.");
+        QTest::newRow("two tables") << words({"invariant", "girth", "--table", "a", "--table", "b", "x.tav"})
+                                    << QByteArray("More than one '--table' given.");
+        QTest::newRow("one output twice") << words({"invariant", "girth", "order", "-o", "a", "-o", "a", "x.tav"})
+                                          << QByteArray("Two outputs have the same name.");
+        QTest::newRow("table without a name") << words({"invariant", "girth", "--table", "", "x.tav"})
+                                              << QByteArray("The name of the output file is empty.");
         QTest::newRow("nothing") << words({"invariant"})
                                  << QByteArray("No invariant given; 'tav invariant --list' names them.");
         QTest::newRow("no database") << words({"invariant", "girth"})

@@ -134,7 +134,7 @@ private slots:
     {
         const QString help = helpOf({QStringLiteral("run")}).section(QStringLiteral("Commands of a script"), 1);
         const QStringList scriptCommands = allMatches(help, "^  ([a-z0-9-]+) ");
-        QCOMPARE(scriptCommands.size(), 41);
+        QCOMPARE(scriptCommands.size(), 43);
         const QString text = manualOf(QStringLiteral("run"));
         for (const QString &command : scriptCommands) {
             QVERIFY2(names(text, command), qPrintable(command));
@@ -196,6 +196,12 @@ private slots:
             << words({"invariant", "girth", "-o", "x.txt", ""}) << words({"data", "small.tav"});
         QTest::newRow("output of an invariant")
             << words({"invariant", "girth", "-o", ""}) << words({"data", "girth.txt"});
+        QTest::newRow("table") << words({"invariant", "girth", "--table", ""}) << words({"data"});
+        QTest::newRow("filter") << words({"filter", "average_"})
+                                << words({"average_degree", "average_distance", "average_eccentricity"});
+        QTest::newRow("graphs to filter")
+            << words({"filter", "tree", "--first", "2", "s"}) << words({"script", "small.tav", "sparse.s6"});
+        QTest::newRow("number of graphs") << words({"filter", "--first", ""}) << QStringList();
         QTest::newRow("database of names") << words({"names", "--strict", ""}) << words({"data", "small.tav"});
         QTest::newRow("list for names") << words({"names", "-j", "2", "small.tav", ""})
                                         << words({"data", "graphs.g6", "more graphs.g6", "sparse.s6"});

@@ -5,6 +5,7 @@
 #include "parallel.h"
 #include "run.h"
 #include "script.h"
+#include "smallgraph.h"
 #include "support/literals.h"
 #include "support/loading.h"
 #include "support/testfiles.h"
@@ -65,6 +66,17 @@ Operation closure(bool (TAVManager::*operation)(const QString &, const QString &
     };
 }
 
+std::vector<std::optional<double>> valuesOf(const TAVManager &manager, double (*valueOf)(const SmallGraph &graph))
+{
+    std::vector<std::optional<double>> values;
+    manager.visitNames([&](const QString &name) {
+        SmallGraph graph;
+        parseGraph6(name.toStdString(), graph);
+        values.emplace_back(valueOf(graph));
+    });
+    return values;
+}
+
 const std::vector<Meaning> &meanings()
 {
     static const std::vector<Meaning> all = {
@@ -73,6 +85,17 @@ const std::vector<Meaning> &meanings()
         {"save-graphs out", withFile(&TAVManager::saveGraphs, "out")},
         {"load-i1 size", withFile(&TAVManager::loadInv1, "size")},
         {"load-i2 size", withFile(&TAVManager::loadInv2, "size")},
+        {"compute-i1 2*size",
+         [](TAVManager &manager, QByteArray &) {
+             manager.setInv1(QStringLiteral("2*size"),
+                             valuesOf(manager, [](const SmallGraph &graph) { return 2.0 * graph.size(); }));
+         }},
+        {"compute-i2 order - size",
+         [](TAVManager &manager, QByteArray &) {
+             manager.setInv2(QStringLiteral("order - size"), valuesOf(manager, [](const SmallGraph &graph) {
+                                 return double(graph.order - graph.size());
+                             }));
+         }},
         {"save-i1 out", withFile(&TAVManager::saveInv1, "out")},
         {"i1-gets-i2", derivation(&TAVManager::I1getsI2)},
         {"i2-gets-i1", derivation(&TAVManager::I2getsI1)},
@@ -367,6 +390,8 @@ private slots:
         row("number sign in a word", "union a# b#c \"#\"", "union", words({"a#", "b#c", "#"}), false);
         row("quotes in a word", R"(union a"b c" \)", "union", words({"a\"b", "c\"", "\\"}), false);
         row("graph6", R"(union G?qa`_ C\~ \")", "union", words({"G?qa`_", "C\\~", "\\\""}), false);
+        row("expression", "compute-i1 order -  size # c", "compute-i1", words({"order - size"}), false);
+        row("quoted expression", "compute-i2 \"order -  size\"", "compute-i2", words({"order -  size"}), false);
         row("may fail", "-clear", "clear", {}, true);
         row("may fail, with blanks", "  -\t clear", "clear", {}, true);
         row("minus in a word", "show -a", "show", words({"-a"}), false);
@@ -404,6 +429,11 @@ private slots:
         row("\"\"", "unknown command ''");
         row("load", "wrong number of arguments: 'load FILE' expected, 0 given");
         row("clear x", "wrong number of arguments: 'clear' expected, 1 given");
+        row("compute-i1", "wrong number of arguments: 'compute-i1 EXPRESSION' expected, 0 given");
+        row("-compute-i2 order -", "Expression 'order -', column 8: something is missing at the end");
+        row("compute-i1 \"\"", "Expression '', column 1: there is nothing");
+        row("compute-i1 2*grith",
+            "Unknown invariant 'grith' (did you mean 'girth'?); 'tav invariant --list' names them.");
         row("-union a b # c", "wrong number of arguments: 'union NAME A B' expected, 2 given");
         row("show a b", "wrong number of arguments: 'show A' expected, 2 given");
         row("show \"a", "a quote is not closed");
@@ -621,6 +651,33 @@ private slots:
         QVERIFY(!QFile::exists(folder->path("b.g6")));
     }
 
+    void anExpression()
+    {
+        folder->write("some.tav", "@\nA_\t0\nB?\nBW\t1\nBw\t1\n");
+        const ToolResult result = runFile("load some.tav\ncompute-i1 diameter / (order - 1)\ncompute-i2 1\n"
+                                          "list-ge peaks\nshow peaks\nsave-i1 i1\n");
+        QCOMPARE(result.output.mid(result.output.indexOf("Computed")),
+                 QByteArray("Computed diameter / (order - 1)\nComputed 1\nList added : peaks [ 2 element(s)]\n"
+                            "List added : peaks\nA_\nBW\nWrote i1\n"));
+        QCOMPARE(contents(folder->path("i1")), QByteArray("GRAPH\tINV1\n@\tNA\nA_\t1\nB?\tNA\nBW\t1\nBw\t0.5\n"));
+        QCOMPARE(result.status, 0);
+    }
+
+    /// Of a graph whose name is no graph6 string nothing can be computed; all values stay.
+    void anExpressionOfOtherNames()
+    {
+        folder->write("odd.tav", "@\nA_\t0\nsome graph\n");
+        const ToolResult result = runFile("load odd.tav\ncompute-i1 order\n");
+        QVERIFY2(
+            result.errors.endsWith("tav: script:2: compute-i1 failed: 'some graph': not graph6: byte 32 at column 5\n"),
+            result.errors.constData());
+        QCOMPARE(result.status, 1);
+        const QByteArray values = "GRAPH\tINV1\n@\t7\nA_\tNA\nsome graph\t9\n";
+        folder->write("values", values);
+        runFile("load odd.tav\nload-i1 values\n-compute-i1 order\nsave-i1 i1\n");
+        QCOMPARE(contents(folder->path("i1")), values);
+    }
+
     /// A fault of a file is told of the command that has it only.
     void faultsOfFilesAreNotKept()
     {
@@ -694,6 +751,8 @@ private slots:
         QTest::newRow("load I1") << QByteArray("load-i1 examples/connected-8.size.txt")
                                  << QByteArray("No data to match.\nLoad failed\n")
                                  << QByteArray("tav: script:1: load-i1 failed\n");
+        QTest::newRow("compute I1") << QByteArray("compute-i1 size") << QByteArray("No data to match.\n")
+                                    << QByteArray("tav: script:1: compute-i1 failed\n");
         QTest::newRow("derive") << QByteArray("avg-all") << QByteArray() << QByteArray();
         QTest::newRow("compare") << QByteArray("list-ge a") << QByteArray("Empty list\n") << QByteArray();
         QTest::newRow("clear") << QByteArray("clear") << QByteArray() << QByteArray();

@@ -62,6 +62,18 @@ std::optional<double> waitForever(size_t)
 
 void ignoreReport(size_t) {}
 
+/// How many indices a child takes at a time.
+constexpr size_t pieceLength = 64;
+
+/// Sets values[i] to work(i).
+void computeInProcesses(SharedValues &values, size_t indices, int jobs,
+                        const std::function<std::optional<double>(size_t)> &work,
+                        const std::function<void(size_t)> &report)
+{
+    workInProcesses(
+        indices, pieceLength, jobs, [&](size_t index) { values.set(index, work(index)); }, report);
+}
+
 /// What the error of a computation says, empty when there is none.
 QString errorOf(const std::function<std::optional<double>(size_t)> &work)
 {

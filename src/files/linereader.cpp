@@ -25,6 +25,11 @@ LineReader::Status LineReader::nextLines(std::string_view &lines)
     return take(lines, [](std::string_view bytes) { return bytes.rfind('\n'); });
 }
 
+bool LineReader::hasLine() const
+{
+    return std::string_view(buffer.constData() + begin, end - begin).find('\n') != std::string_view::npos;
+}
+
 /// Whether one of @p lines is longer than a line may be.
 bool LineReader::isTooLong(std::string_view lines) const
 {

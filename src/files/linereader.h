@@ -32,6 +32,9 @@ public:
     /// device may lack; else like next(). They make up about a block, or one line that is longer.
     Status nextLines(std::string_view &lines);
 
+    /// Whether next() has a line without reading from the device.
+    bool hasLine() const;
+
 private:
     using FindNewline = size_t (*)(std::string_view bytes);
     bool isTooLong(std::string_view lines) const;

@@ -1,96 +1,77 @@
 #include "invariant.h"
 
 #include "commandline.h"
-#include "graphstring.h"
-#include "input.h"
+#include "evaluation.h"
+#include "expression.h"
+#include "graphpass.h"
+#include "invariantcatalogue.h"
 #include "output.h"
-#include "progress.h"
 #include "standardoutput.h"
-#include "textline.h"
-#include "workers.h"
 
 #include <algorithm>
 #include <cmath>
-#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
 {
-/// How many lines are written at a time.
-constexpr size_t batchLength = 1 << 15;
-
-/// The names of the graphs of a database.
-class Names
-{
-public:
-    void add(std::string_view name)
-    {
-        text.append(name);
-        ends.push_back(text.size());
-    }
-
-    size_t count() const { return ends.size(); }
-    std::string_view at(size_t index) const
-    {
-        const size_t begin = index > 0 ? ends[index - 1] : 0;
-        return std::string_view(text).substr(begin, ends[index] - begin);
-    }
-
-private:
-    std::string text;
-    std::vector<size_t> ends; // by name: where the next one begins
+/// Where the values go: into an invariant file for each expression, or into one table.
+struct Outputs {
+    QStringList paths;
+    bool isTable = false;
 };
 
-Names readNames(const QString &database)
+/// The first lines of the outputs.
+std::vector<QByteArray> headers(const Outputs &outputs, const Evaluation &evaluation)
 {
-    Names names;
-    readLines(database, [&](std::string_view line, qint64 number) {
-        bool more = false;
-        QByteArray memory;
-        const std::string_view name = graphOnLine(normaliseDroppingReturns(takeField(line, more), memory), number);
-        if (name.empty()) {
-            return;
+    if (!outputs.isTable) {
+        return std::vector<QByteArray>(outputs.paths.size(), QByteArrayLiteral("GRAPH\tINV1\n"));
+    }
+    QByteArray header = QByteArrayLiteral("graph");
+    for (const Expression &expression : evaluation.expressions()) {
+        header.append('\t').append(expression.text().simplified().toUtf8());
+    }
+    return {header + '\n'};
+}
+
+void appendLines(std::vector<QByteArray> &lines, const GraphNames &names, const Evaluation &evaluation)
+{
+    for (size_t graph = 0; graph < names.count(); ++graph) {
+        const std::string_view name = names.at(graph);
+        for (QByteArray &output : lines) {
+            output.append(name.data(), int(name.size()));
         }
-        SmallGraph graph;
-        const QString fault = parseGraph(name, graph);
-        if (!fault.isEmpty()) {
-            throw CommandError(database, number, fault);
+        for (size_t i = 0; i < evaluation.expressions().size(); ++i) {
+            QByteArray &output = lines.size() == 1 ? lines.front() : lines[i];
+            output.append('\t').append(invariantText(evaluation.value(graph, i)));
         }
-        names.add(name);
+        for (QByteArray &output : lines) {
+            output.append('\n');
+        }
+    }
+}
+
+/// Writes the values for the graphs of the database, in the order of its lines. Throws CommandError for a name that is
+/// no graph6 string of at most SmallGraph::maxOrder vertices and for a database without graphs.
+void writeValues(const QString &database, Evaluation &evaluation, const Outputs &outputs)
+{
+    writeOutputs(outputs.paths, [&](const std::vector<Write> &writes) {
+        std::vector<QByteArray> lines = headers(outputs, evaluation);
+        bool hasGraph = false;
+        passGraphs(database, evaluation, [&](const GraphNames &names) {
+            hasGraph = true;
+            appendLines(lines, names, evaluation);
+            for (size_t i = 0; i < writes.size(); ++i) {
+                writes[i](lines[i]);
+                lines[i].clear();
+            }
+            return true;
+        });
+        if (!hasGraph) {
+            throw CommandError(database, 1, QStringLiteral("the database holds no graph"));
+        }
     });
-    if (names.count() == 0) {
-        throw CommandError(database, 1, QStringLiteral("the database holds no graph"));
-    }
-    return names;
-}
-
-/// Parses each name a second time. A parsed graph takes half a kilobyte, its name about ten bytes, and parsing is fast
-/// compared with most invariants.
-void compute(const Names &names, const InvariantOptions &options, SharedValues &values)
-{
-    const auto valueOf = [&](size_t index) {
-        SmallGraph graph;
-        parseGraph(names.at(index), graph);
-        GraphFacts facts(graph);
-        return options.invariant->valueOf(facts);
-    };
-    Progress progress(QStringLiteral("Computing"), names.count());
-    computeInProcesses(values, names.count(), options.jobs, valueOf, [&](size_t done) { progress.report(done); });
-}
-
-void writeValues(const Names &names, const SharedValues &values, const Write &write)
-{
-    write(QByteArrayLiteral("GRAPH\tINV1\n"));
-    for (size_t begin = 0; begin < names.count(); begin += batchLength) {
-        QByteArray lines;
-        for (size_t index = begin; index < std::min(begin + batchLength, names.count()); ++index) {
-            const std::string_view name = names.at(index);
-            lines.append(name.data(), int(name.size())).append('\t').append(invariantText(values.at(index)));
-            lines.append('\n');
-        }
-        write(lines);
-    }
 }
 
 /// The value of @p invariant for a graph on @p order vertices without edges.
@@ -125,37 +106,59 @@ void printInvariants()
     }
 }
 
-const Invariant *invariantOf(const QString &name)
+/// The expressions among the operands, the last of which is the database.
+std::vector<Expression> expressionsOf(const QStringList &operands)
 {
-    const Invariant *invariant = findInvariant(name);
-    if (invariant == nullptr) {
-        throw CommandError(QStringLiteral("Unknown invariant %1; 'tav invariant --list' names them.").arg(quoted(name)),
-                           WrongUsage);
+    if (operands.isEmpty()) {
+        throw CommandError(QStringLiteral("No invariant given; 'tav invariant --list' names them."), WrongUsage);
     }
-    return invariant;
+    const int named = int(std::count_if(operands.begin(), operands.end(), [](const QString &operand) {
+        return operand.endsWith(QLatin1String(".tav"));
+    }));
+    const int databases = operands.size() > 1 ? std::max(named, 1) : 0;
+    std::vector<Expression> expressions;
+    for (const QString &operand : operands.mid(0, std::max(1, operands.size() - databases))) {
+        expressions.emplace_back(operand);
+    }
+    if (databases != 1) {
+        throw CommandError(QStringLiteral("Exactly one database file expected, %1 given.").arg(databases), WrongUsage);
+    }
+    return expressions;
+}
+
+Outputs outputsOf(const QCommandLineParser &parser, const QCommandLineOption &table, int expressions)
+{
+    const QString output = QStringLiteral("output");
+    if (parser.isSet(table) && parser.isSet(output)) {
+        throw CommandError(QStringLiteral("Either '-o' or '--table' expected, both given."), WrongUsage);
+    }
+    Outputs outputs;
+    outputs.isTable = parser.isSet(table);
+    outputs.paths = outputs.isTable ? parser.values(table) : parser.values(output); // by default standard output
+    if (outputs.paths.contains(QString())) {
+        throw CommandError(QStringLiteral("The name of the output file is empty."), WrongUsage);
+    }
+    if (outputs.isTable && outputs.paths.size() > 1) {
+        throw CommandError(QStringLiteral("More than one '--table' given."), WrongUsage);
+    }
+    if (!outputs.isTable && outputs.paths.size() != expressions) {
+        throw CommandError(
+            expressions == 1
+                ? QStringLiteral("'-o' expected once for the expression.")
+                : QStringLiteral("'-o' expected once for each of the %1 expressions, or '--table'.").arg(expressions),
+            WrongUsage);
+    }
+    if (outputs.paths.removeDuplicates() > 0) {
+        throw CommandError(QStringLiteral("Two outputs have the same name."), WrongUsage);
+    }
+    return outputs;
 }
 } // namespace
 
 QByteArray invariantText(std::optional<double> value)
 {
-    constexpr double rounding = 1e-12;
     constexpr int digits = 12;
-    if (!value) {
-        return QByteArrayLiteral("NA");
-    }
-    const double integer = std::nearbyint(*value);
-    const bool isInteger = std::abs(*value - integer) <= rounding;
-    return QByteArray::number(isInteger ? integer : *value, 'g', digits);
-}
-
-void writeInvariantFile(const InvariantOptions &options)
-{
-    const Names names = readNames(options.database);
-    writeOutput(options.output, [&](const Write &write) {
-        SharedValues values(names.count());
-        compute(names, options, values);
-        writeValues(names, values, write);
-    });
+    return value ? QByteArray::number(withoutRoundingError(*value), 'g', digits) : QByteArrayLiteral("NA");
 }
 
 void runInvariant(const QStringList &arguments)
@@ -164,16 +167,25 @@ void runInvariant(const QStringList &arguments)
         QStringLiteral("list"),
         QStringLiteral("Lists the invariants in groups, with their values for the graphs on no and "
                        "on one vertex, their definitions and sources."));
+    const QCommandLineOption table(
+        QStringLiteral("table"),
+        QStringLiteral("Write one table to <FILE> instead, with a header, a line for each graph and a column for each "
+                       "expression."),
+        QStringLiteral("FILE"));
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Computes an invariant of every graph of a database and writes the file of it that Tavoline "
-                       "loads: a name and a value a line, 'NA' where the invariant is undefined."));
-    parser.addPositionalArgument(QStringLiteral("NAME"), QStringLiteral("The name of the invariant."));
+        QStringLiteral("Computes an invariant, or an expression such as 'radius - randic_index', of every graph of a "
+                       "database and writes the file of it that Tavoline loads: a name and a value a line, 'NA' where "
+                       "the invariant is undefined."));
+    parser.addPositionalArgument(
+        QStringLiteral("EXPRESSION"),
+        QStringLiteral("The name of an invariant or an expression; for several, '-o' is given for each in turn."),
+        QStringLiteral("EXPRESSION..."));
     parser.addPositionalArgument(
         QStringLiteral("DATABASE"),
         QStringLiteral("The database, whose names are graph6 strings; '-' is standard input."));
-    parser.addOptions({list, outputOption(), jobsOption()});
-    if (!parseArguments(parser, arguments)) {
+    parser.addOptions({list, outputOption(), table, jobsOption()});
+    if (!parseArguments(parser, arguments, expressionHelp)) {
         return;
     }
     const QStringList operands = parser.positionalArguments();
@@ -182,17 +194,8 @@ void runInvariant(const QStringList &arguments)
         printInvariants();
         return;
     }
-    if (operands.isEmpty()) {
-        throw CommandError(QStringLiteral("No invariant given; 'tav invariant --list' names them."), WrongUsage);
-    }
-    InvariantOptions options;
-    options.invariant = invariantOf(operands.first());
-    if (operands.size() != 2) {
-        throw CommandError(QStringLiteral("Exactly one database file expected, %1 given.").arg(operands.size() - 1),
-                           WrongUsage);
-    }
-    options.jobs = jobCount(parser);
-    options.database = operands.last();
-    options.output = outputPath(parser);
-    writeInvariantFile(options);
+    std::vector<Expression> expressions = expressionsOf(operands);
+    const Outputs outputs = outputsOf(parser, table, int(expressions.size()));
+    Evaluation evaluation(std::move(expressions), jobCount(parser));
+    writeValues(operands.last(), evaluation, outputs);
 }

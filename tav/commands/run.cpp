@@ -39,6 +39,7 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
             break;
         case ScriptArgument::InputFile:
         case ScriptArgument::OutputFile:
+        case ScriptArgument::Formula:
             break;
         }
     }

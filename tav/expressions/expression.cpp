@@ -586,6 +586,16 @@ std::optional<double> Expression::valueOf(const std::vector<std::optional<double
     return std::isnan(result) ? std::nullopt : std::optional(result);
 }
 
+const QString expressionHelp =
+    QStringLiteral("\nExpressions:\n"
+                   "  invariants, with underscores for hyphens   average_distance; --list of 'tav\n"
+                   "                                             invariant' names them\n"
+                   "  arithmetic                                 + - * / ^ ( )\n"
+                   "  comparisons, 1 or 0                        == != < <= > >=\n"
+                   "  conditions                                 and or not if(condition, a, b)\n"
+                   "  functions                                  sqrt log exp abs floor ceil min max\n"
+                   "An invariant that is NA makes the expression NA.\n");
+
 bool isTrue(std::optional<double> value)
 {
     return value && holds(*value);

@@ -41,6 +41,9 @@ private:
     std::unique_ptr<Formula> formula;
 };
 
+/// For the help of the commands that take expressions: what stands in one.
+extern const QString expressionHelp;
+
 /// Whether @p value counts as true: it is there, and not equal to 0.
 bool isTrue(std::optional<double> value);
 /// Whether @p value counts as false: it is there, and equal to 0.

@@ -25,9 +25,6 @@
 
 namespace
 {
-/// How many indices a child takes at a time.
-constexpr size_t pieceLength = 64;
-
 constexpr int millisecondsBetweenReports = 100;
 
 CommandError systemError(const char *call)
@@ -233,9 +230,8 @@ void SharedValues::set(size_t index, std::optional<double> value)
     numbers()[index] = value.value_or(std::numeric_limits<double>::quiet_NaN());
 }
 
-void computeInProcesses(SharedValues &values, size_t count, int jobs,
-                        const std::function<std::optional<double>(size_t)> &work,
-                        const std::function<void(size_t)> &report)
+void workInProcesses(size_t count, size_t pieceLength, int jobs, const std::function<void(size_t)> &work,
+                     const std::function<void(size_t)> &report)
 {
     using Counter = std::atomic<size_t>;
     static_assert(Counter::is_always_lock_free, "processes share it");
@@ -247,7 +243,7 @@ void computeInProcesses(SharedValues &values, size_t count, int jobs,
         for (size_t begin = 0; (begin = next.fetch_add(pieceLength)) < count;) {
             const size_t end = std::min(begin + pieceLength, count);
             for (size_t index = begin; index < end; ++index) {
-                values.set(index, work(index));
+                work(index);
             }
             done += end - begin;
         }

@@ -37,13 +37,13 @@ private:
     SharedMemory memory; // doubles; "not a number" stands for none
 };
 
-/// Sets values[i] to work(i) for every i below @p count, in @p jobs child processes: for work that is not thread-safe.
-/// Fewer children work when the system allows no more. Calls @p report now and then with the number of values that are
-/// done. Throws CommandError when @p work throws (with the text of the exception), when a child ends in any other way
-/// before the work is done, and when no child can be made; throws Interrupted after a signal that ends the program. No
-/// child lives longer than the call, or than this process.
-void computeInProcesses(SharedValues &values, size_t count, int jobs,
-                        const std::function<std::optional<double>(size_t index)> &work,
-                        const std::function<void(size_t done)> &report);
+/// Calls @p work for every index below @p count, in @p jobs child processes, each of which takes @p pieceLength indices
+/// at a time: for work that is not thread-safe. Its results reach this process in shared memory. Fewer children work
+/// when the system allows no more. Calls @p report now and then with the number of indices that are done. Throws
+/// CommandError when @p work throws (with the text of the exception), when a child ends in any other way before the
+/// work is done, and when no child can be made; throws Interrupted after a signal that ends the program. No child lives
+/// longer than the call, or than this process.
+void workInProcesses(size_t count, size_t pieceLength, int jobs, const std::function<void(size_t index)> &work,
+                     const std::function<void(size_t done)> &report);
 
 #endif

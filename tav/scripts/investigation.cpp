@@ -1,7 +1,11 @@
 #include "investigation.h"
 
 #include "commandline.h"
+#include "evaluation.h"
+#include "expression.h"
 #include "graphinput.h"
+#include "graphnames.h"
+#include "graphstring.h"
 #include "namesearch.h"
 #include "parallel.h"
 #include "standardoutput.h"
@@ -11,6 +15,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
@@ -24,6 +29,42 @@ std::vector<std::string> readGraphStrings(const QString &file)
     const QString path = file == standardStream ? QStringLiteral("./-") : file;
     readGraphs(path, [&](const GraphLine &line) { graphs.emplace_back(line.text); });
     return graphs;
+}
+
+/// The values of an expression for all graphs of the database, in its order.
+std::vector<std::optional<double>> valuesOf(const QString &expression, const TAVManager &manager)
+{
+    constexpr size_t batchLength = 1 << 15;
+    std::vector<Expression> expressions;
+    expressions.emplace_back(expression);
+    Evaluation evaluation(std::move(expressions), threadCount());
+    std::vector<std::optional<double>> values;
+    GraphNames names;
+    Progress progress(QStringLiteral("Computing"), 0);
+    const auto finishBatch = [&] {
+        evaluation.compute(names);
+        for (size_t i = 0; i < names.count(); ++i) {
+            values.push_back(evaluation.value(i, 0));
+        }
+        names.clear();
+        progress.report(qint64(values.size()));
+    };
+    SmallGraph graph;
+    manager.visitNames([&](const QString &name) {
+        const std::string text = name.toStdString();
+        const QString fault = parseGraph(text, graph);
+        if (!fault.isEmpty()) {
+            throw CommandError(QStringLiteral("%1: %2").arg(quoted(name), fault));
+        }
+        names.add(text);
+        if (names.count() == batchLength) {
+            finishBatch();
+        }
+    });
+    if (names.count() > 0) {
+        finishBatch();
+    }
+    return values;
 }
 
 /// Some names of many.
@@ -67,6 +108,11 @@ bool Investigation::loadInvariant(void (TAVManager::*operation)(const QString &)
 {
     (manager.*operation)(file);
     return lastConsoleLine != QLatin1String("Load failed");
+}
+
+bool Investigation::computeInvariant(SetInvariant set, const QString &expression)
+{
+    return (manager.*set)(expression, valuesOf(expression, manager));
 }
 
 bool Investigation::addListFromGraphs(const QString &name, const QString &file)

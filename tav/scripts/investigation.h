@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 /// The list manager of the window, without the window. Console lines are printed on standard output at once, unless
 /// they are not wanted, the progress of a load on standard error.
@@ -25,6 +26,11 @@ public:
     bool load(const QString &file);
     /// Loads an invariant by @p operation and returns whether every graph got its value.
     bool loadInvariant(void (TAVManager::*operation)(const QString &), const QString &file);
+    /// An operation of the manager that sets an invariant of all graphs.
+    using SetInvariant = bool (TAVManager::*)(const QString &what, const std::vector<std::optional<double>> &values);
+    /// Computes an invariant, which @p set sets, by an expression and returns whether there is a database. Throws
+    /// CommandError, with all values as they were, when the name of a graph is no graph6 string.
+    bool computeInvariant(SetInvariant set, const QString &expression);
     /// Adds the list @p name of the graphs of the database that are isomorphic to those of the file @p file, in the
     /// order of the file; tells on the console how many the database does not hold. Returns false when the name is
     /// empty or taken; throws CommandError when the file cannot be read or a line of it is no graph.

@@ -2,6 +2,7 @@
 
 #include "TAVmanager.h"
 #include "commandline.h"
+#include "expression.h"
 #include "investigation.h"
 #include "textline.h"
 
@@ -43,6 +44,13 @@ Run invariantLoader(void (TAVManager::*operation)(const QString &))
     };
 }
 
+Run invariantComputer(Investigation::SetInvariant set)
+{
+    return [set](Investigation &investigation, const QStringList &arguments) {
+        return investigation.computeInvariant(set, arguments.first());
+    };
+}
+
 bool load(Investigation &investigation, const QStringList &arguments)
 {
     return investigation.load(arguments.first());
@@ -71,6 +79,7 @@ std::vector<ScriptCommand> makeCommands()
     const ScriptArgument name{ScriptArgument::NewList, "NAME"};
     const ScriptArgument a{ScriptArgument::List, "A"};
     const ScriptArgument b{ScriptArgument::List, "B"};
+    const ScriptArgument formula{ScriptArgument::Formula, "EXPRESSION"};
     // clang-format off
     return {
         {"load", {in}, "loads a database, in place of the one at hand", load},
@@ -79,6 +88,8 @@ std::vector<ScriptCommand> makeCommands()
 
         {"load-i1", {in}, "loads I1 of every graph", invariantLoader(&TAVManager::loadInv1)},
         {"load-i2", {in}, "loads I2 of every graph", invariantLoader(&TAVManager::loadInv2)},
+        {"compute-i1", {formula}, "computes I1 of every graph", invariantComputer(&TAVManager::setInv1)},
+        {"compute-i2", {formula}, "computes I2 of every graph", invariantComputer(&TAVManager::setInv2)},
         {"save-i1", {out}, "writes I1 of every graph", manager(&TAVManager::saveInv1)},
         {"i1-gets-i2", {}, "I1 <- I2", manager(&TAVManager::I1getsI2)},
         {"i2-gets-i1", {}, "I2 <- I1", manager(&TAVManager::I2getsI1)},
@@ -119,6 +130,16 @@ std::vector<ScriptCommand> makeCommands()
         {"show", {a}, "prints the graphs of A, one a line", printList},
     };
     // clang-format on
+}
+
+/// An expression that does not stand between quotes is several words: makes them one, and checks it.
+void takeExpression(QStringList &words)
+{
+    if (words.isEmpty()) {
+        return;
+    }
+    words = QStringList(words.join(QLatin1Char(' ')));
+    const Expression checked(words.first());
 }
 
 bool isBlank(char byte)
@@ -253,6 +274,13 @@ std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString 
                                       [&](const ScriptCommand &one) { return name == QLatin1String(one.name); });
     if (command == commands.end()) {
         reader.fail(QStringLiteral("unknown command %1").arg(quoted(name)));
+    }
+    if (!command->arguments.empty() && command->arguments.front().kind == ScriptArgument::Formula) {
+        try {
+            takeExpression(step.arguments);
+        } catch (const CommandError &error) {
+            reader.fail(error.text());
+        }
     }
     if (step.arguments.size() != int(command->arguments.size())) {
         reader.fail(QStringLiteral("wrong number of arguments: '%1' expected, %2 given")

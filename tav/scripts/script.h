@@ -13,7 +13,7 @@ class Investigation;
 
 /// What the words behind the name of a command stand for.
 struct ScriptArgument {
-    enum Kind { InputFile, OutputFile, List, NewList };
+    enum Kind { InputFile, OutputFile, List, NewList, Formula };
 
     Kind kind;
     const char *name; ///< in texts for the user

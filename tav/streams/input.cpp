@@ -6,17 +6,20 @@
 #include "systemcalls.h"
 #include "textline.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <cerrno>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
-/// Every so many lines the progress is reported.
+/// Every so many lines the progress is reported, and sooner where a line takes long.
 constexpr qint64 progressStep = 10000;
+constexpr int millisecondsBetweenReports = 500;
 
 /// How many bytes are read at a time.
 constexpr int blockSize = 1 << 18;
@@ -37,6 +40,13 @@ public:
         }
     }
     bool isSequential() const override { return true; }
+
+    /// Whether a read returns at once.
+    bool isReady() const
+    {
+        pollfd state{descriptor, POLLIN, 0};
+        return ::poll(&state, 1, 0) != 0;
+    }
 
     /// How many bytes a regular file has; 0 for anything else.
     qint64 fileSize() const
@@ -68,24 +78,30 @@ int openInput(const QString &path)
     }
     return descriptor;
 }
-} // namespace
 
-void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take, int longestLine)
+void readLines(const QString &path, const QString &work, const std::function<bool(std::string_view, qint64)> &take,
+               const std::function<bool()> &pause, int longestLine)
 {
     InputDevice device(openInput(path));
     LineReader reader(device, blockSize, longestLine);
     std::string_view line;
     LineReader::Status status = LineReader::Status::Line;
     const qint64 size = device.fileSize();
-    Progress progress(QStringLiteral("Reading ") + inputName(path), size);
+    Progress progress(work, size);
+    QElapsedTimer sinceReport;
+    sinceReport.start();
     qint64 number = 1;
     qint64 bytes = 0;
-    for (; (status = reader.next(line)) == LineReader::Status::Line; ++number) {
+    const auto isWanted = [&] { return reader.hasLine() || device.isReady() || pause(); };
+    for (; isWanted() && (status = reader.next(line)) == LineReader::Status::Line; ++number) {
         bytes += line.size() + 1;
-        if (number % progressStep == 0) {
+        if (number % progressStep == 0 || sinceReport.hasExpired(millisecondsBetweenReports)) {
             progress.report(size > 0 ? bytes : number);
+            sinceReport.start();
         }
-        take(withoutReturnsAtEnd(line), number);
+        if (!take(withoutReturnsAtEnd(line), number)) {
+            return;
+        }
     }
     if (status == LineReader::Status::TooLong) {
         throw CommandError(path, number, QStringLiteral("a line of more than %1 MiB").arg(longestLine >> 20));
@@ -96,4 +112,21 @@ void readLines(const QString &path, const std::function<void(std::string_view, q
     if (status == LineReader::Status::Failed) {
         throw CommandError(path, number, QStringLiteral("cannot be read: ") + qt_error_string());
     }
+}
+} // namespace
+
+void readLines(const QString &path, const std::function<void(std::string_view, qint64)> &take, int longestLine)
+{
+    const auto takeAll = [&](std::string_view line, qint64 number) {
+        take(line, number);
+        return true;
+    };
+    readLines(
+        path, QStringLiteral("Reading ") + inputName(path), takeAll, [] { return true; }, longestLine);
+}
+
+void readLinesWhile(const QString &path, const QString &work, const std::function<bool(std::string_view, qint64)> &take,
+                    const std::function<bool()> &pause)
+{
+    readLines(path, work, take, pause, LineReader::maxLineLength);
 }

@@ -15,4 +15,10 @@
 void readLines(const QString &path, const std::function<void(std::string_view line, qint64 number)> &take,
                int longestLine = LineReader::maxLineLength);
 
+/// The same until @p take or @p pause returns false. Calls @p pause before it waits for the next lines of a pipe or a
+/// terminal. The progress is called @p work.
+void readLinesWhile(const QString &path, const QString &work,
+                    const std::function<bool(std::string_view line, qint64 number)> &take,
+                    const std::function<bool()> &pause);
+
 #endif

@@ -4,42 +4,61 @@
 #include "interruption.h"
 #include "outputfile.h"
 
+#include <algorithm>
 #include <optional>
 #include <unistd.h>
 
 namespace
 {
-void produceInto(OutputFile &file, const QString &path, const std::function<void(const Write &)> &produce)
+using Produce = std::function<void(const std::vector<Write> &writes)>;
+
+Write writeInto(OutputFile &file, const QString &path)
 {
-    produce([&](const QByteArray &bytes) {
+    return [&file, path](const QByteArray &bytes) {
         file.write(bytes);
         InterruptionScope::check();
         if (!file.tookEverything()) {
             throw cannotWrite(path, file.reason());
         }
-    });
+    };
 }
 
-void writeStandardOutput(const std::function<void(const Write &)> &produce)
+/// Opens the outputs behind those that @p writes has, one within the other, and produces them.
+void openNext(const QStringList &paths, std::vector<Write> &writes, const Produce &produce)
 {
-    OutputFile file(STDOUT_FILENO);
-    produceInto(file, standardStream, produce);
+    if (int(writes.size()) == paths.size()) {
+        produce(writes);
+        return;
+    }
+    const QString &path = paths.at(int(writes.size()));
+    const auto write = [&](OutputFile &file) {
+        writes.push_back(writeInto(file, path));
+        openNext(paths, writes, produce);
+    };
+    if (path == standardStream) {
+        OutputFile file(STDOUT_FILENO);
+        write(file);
+        return;
+    }
+    QString reason;
+    if (writeFile(path, write, &reason) != WriteResult::Written) {
+        throw cannotWrite(path, reason);
+    }
 }
 } // namespace
 
 void writeOutput(const QString &path, const std::function<void(const Write &)> &produce)
 {
+    writeOutputs({path}, [&](const std::vector<Write> &writes) { produce(writes.front()); });
+}
+
+void writeOutputs(const QStringList &paths, const Produce &produce)
+{
     std::optional<InterruptionScope> scope; // only for a new file, which a signal must not leave behind unfinished
-    if (path != standardStream && isReplaced(path)) {
+    if (std::any_of(paths.begin(), paths.end(),
+                    [](const QString &path) { return path != standardStream && isReplaced(path); })) {
         scope.emplace();
     }
-    if (path == standardStream) {
-        writeStandardOutput(produce);
-        return;
-    }
-    QString reason;
-    const auto write = [&](OutputFile &file) { produceInto(file, path, produce); };
-    if (writeFile(path, write, &reason) != WriteResult::Written) {
-        throw cannotWrite(path, reason);
-    }
+    std::vector<Write> writes;
+    openNext(paths, writes, produce);
 }

@@ -3,8 +3,10 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
+#include <vector>
 
 /// Takes the next bytes of an output.
 using Write = std::function<void(const QByteArray &bytes)>;
@@ -15,5 +17,9 @@ using Write = std::function<void(const QByteArray &bytes)>;
 /// exceptions for a write error and for a signal come from the argument of @p produce. While the program writes to
 /// standard output or to a device, a signal ends it at once: there is no file to remove.
 void writeOutput(const QString &path, const std::function<void(const Write &write)> &produce);
+
+/// The same with several outputs at once: @p produce is given one argument for each. When one cannot be put in its
+/// place at the end, those behind it in @p paths are in theirs already.
+void writeOutputs(const QStringList &paths, const std::function<void(const std::vector<Write> &writes)> &produce);
 
 #endif

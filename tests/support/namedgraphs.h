@@ -5,6 +5,7 @@
 
 #include "graphfacts.h"
 #include "invariant.h"
+#include "invariantcatalogue.h"
 #include "support/testfiles.h"
 
 #include <QByteArray>
