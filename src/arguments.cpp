@@ -62,10 +62,10 @@ QString helpText()
 {
     return QStringLiteral("Usage: tavoline [OPTION...] [FILE.tav]\n"
                           "Examines numeric invariants of graphs in a database of small graphs.\n\n"
-                          "  FILE.tav        is a database, which is loaded at once\n\n"
+                          "  FILE.tav        loads this database at once\n\n"
                           "Options:\n"
                           "  --work-dir DIR  starts the file dialogs in DIR, this time only\n"
-                          "  -h, --help      displays this help\n"
-                          "  --version       displays the version\n\n"
+                          "  -h, --help      displays a summary of the options\n"
+                          "  --version       displays the version of the program\n\n"
                           "The options of Qt are understood, too, for example -style fusion.\n");
 }

@@ -92,7 +92,10 @@ endif()
 tavoline_test(tst_program tavoline_ui tavoline_base tavoline_files)
 target_sources(tst_program PRIVATE ${PROJECT_SOURCE_DIR}/src/main.cpp)
 set_source_files_properties(${PROJECT_SOURCE_DIR}/src/main.cpp PROPERTIES COMPILE_DEFINITIONS main=tavolineMain)
-target_compile_definitions(tst_program PRIVATE TAVOLINE_PROGRAM="$<TARGET_FILE:tavoline>")
+target_compile_definitions(tst_program PRIVATE
+    GROFF_PROGRAM="${GROFF}"
+    TAVOLINE_PROGRAM="$<TARGET_FILE:tavoline>"
+    TAVOLINE_SOURCES="${PROJECT_SOURCE_DIR}")
 add_dependencies(tst_program tavoline)
 tavoline_window_test(tst_accessibility window_fixture)
 tavoline_window_test(tst_appearance window_fixture)

@@ -10,7 +10,9 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QIcon>
+#include <QMap>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
@@ -89,6 +91,18 @@ ToolResult runInProcess(const QStringList &arguments, const char *platform = "of
                                   QStringLiteral("XDG_CONFIG_HOME=") + home.path(), QStringLiteral(TAVOLINE_PROGRAM)} +
                           arguments);
 }
+
+/// What @p text tells of each option and operand: the two groups of @p expression, without double blanks.
+QMap<QString, QString> entries(const QString &text, const char *expression)
+{
+    QMap<QString, QString> found;
+    const QRegularExpression pattern(QLatin1String(expression), QRegularExpression::MultilineOption);
+    for (auto match = pattern.globalMatch(text); match.hasNext();) {
+        const QRegularExpressionMatch entry = match.next();
+        found.insert(entry.captured(1), entry.captured(2).simplified());
+    }
+    return found;
+}
 } // namespace
 
 class TestProgram : public QObject
@@ -103,6 +117,7 @@ private slots:
     void signalsThatEndNothing();
     void helpAndVersion_data();
     void helpAndVersion();
+    void manualAgreesWithHelp();
     void wrongCommandLines_data();
     void wrongCommandLines();
     void answerThatCannotBeWritten();
@@ -239,6 +254,27 @@ void TestProgram::helpAndVersion()
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output.left(beginning.size()), beginning);
     QCOMPARE(result.output.contains("--work-dir DIR"), beginning.startsWith("Usage"));
+}
+
+/// The options and operands are the same, and so are the words behind the verb that tell what each is for.
+void TestProgram::manualAgreesWithHelp()
+{
+    const QString help = QString::fromUtf8(runInProcess(words({"--help"})).output);
+    const QMap<QString, QString> helpEntries = entries(help, R"(^  (\S+(?: \S+)*) +\w+ (.*)$)");
+    QCOMPARE(helpEntries.keys(), words({"--version", "--work-dir DIR", "-h, --help", "FILE.tav"}));
+
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    // Long lines, and no word divided.
+    const QStringList setting = words({"-man", "-Tascii", "-P-cbou", "-rLL=400n", "-rHY=0"});
+    const ToolResult result = runProgram(QStringLiteral(GROFF_PROGRAM),
+                                         setting + QStringList{QStringLiteral(TAVOLINE_SOURCES "/src/tavoline.1")});
+    QCOMPARE(result.status, 0);
+    const QString manual = QString::fromUtf8(result.output).section(QStringLiteral("\nEXIT STATUS\n"), 0, 0);
+    QCOMPARE(entries(manual, R"(^ {7}(\S.*)\n {14}\w+ ([^.]*)\.)"), helpEntries);
+    const QString synopsis = manual.section(QStringLiteral("\nSYNOPSIS\n"), 1).section(QStringLiteral("\n\n"), 0, 0);
+    QCOMPARE(synopsis.simplified(),
+             QStringLiteral("tavoline [--work-dir DIR] [FILE.tav] tavoline --help tavoline --version"));
 }
 
 void TestProgram::wrongCommandLines_data()
