@@ -73,7 +73,7 @@ private slots:
     /// The square of the determinant between the sides, and the sign of 31 swaps of rows.
     void largestDeterminant()
     {
-        QCOMPARE(exactDeterminant(pointsAndHyperplanes()), -std::ldexp(1.0, 98));
+        QVERIFY(exactDeterminant(pointsAndHyperplanes()) == -std::ldexp(1.0, 98));
         QCOMPARE(exactRank(pointsAndHyperplanes(), 0), 62);
     }
 
@@ -86,7 +86,7 @@ private slots:
                 graph.addEdge(u, v);
             }
         }
-        QCOMPARE(exactDeterminant(graph), 14348907.0);
+        QVERIFY(exactDeterminant(graph) == 14348907.0);
     }
 
     /// A multiplicity is the order less the rank.
