@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace
@@ -18,6 +19,24 @@ struct Found {
     int longestInducedCycle = 0;
     int cyclesTwice = 0; // either direction
 };
+
+/// The squares of a chessboard; adjacent are those a knight's move apart. Boards with four rows, and such with an odd
+/// number of squares, have tours, but no closed ones (A. J. Schwenk, "Which rectangular chessboards have a knight's
+/// tour?", 1991).
+SmallGraph knightMoves(int rows, int columns)
+{
+    SmallGraph graph = edgeless(rows * columns);
+    for (int v = 0; v < graph.order; ++v) {
+        for (int u = 0; u < v; ++u) {
+            const int down = v / columns - u / columns;
+            const int across = std::abs(v % columns - u % columns);
+            if (down * across == 2) {
+                graph.addEdge(u, v);
+            }
+        }
+    }
+    return graph;
+}
 
 /// The edges between the vertices of @p path, but for those between consecutive ones.
 int chords(const SmallGraph &graph, const std::vector<int> &path)
@@ -140,6 +159,8 @@ private slots:
         addKnown("K20,42", completeBipartite(20, 42), {{"circumference", "40"}, {"longest-path", "40"}});
         addKnown("K31,31", completeBipartite(31, 31), {{"circumference", "62"}, {"longest-path", "61"}});
         addKnown("K62", complete(62), {{"circumference", "62"}, {"longest-path", "61"}});
+        addKnown("knight on 4 x 15", knightMoves(4, 15), {{"longest-path", "59"}});
+        addKnown("knight on 7 x 7", knightMoves(7, 7), {{"circumference", "48"}, {"longest-path", "48"}});
     }
 
     void values()

@@ -1,5 +1,6 @@
 #include "longestpaths.h"
 
+#include "hamiltoncycle.h"
 #include "pathtable.h"
 #include "vertexset.h"
 
@@ -81,8 +82,7 @@ private:
     }
 
     /// How many of @p usable a path can have at most. It has another vertex between two independent ones, so that it
-    /// has
-    /// @p surplus independent ones more than others at most.
+    /// has @p surplus independent ones more than others at most.
     int most(VertexSet usable, int surplus) const
     {
         const int others = vertexCount(usable & ~independent);
@@ -179,12 +179,26 @@ private:
 
 int longestPath(const SmallGraph &graph)
 {
-    return graph.order <= PathTable::maxOrder ? PathTable(graph).longestPath() : LongestPaths(graph).path();
+    if (graph.order <= PathTable::maxOrder) {
+        return PathTable(graph).longestPath();
+    }
+    return hasHamiltonPath(graph) ? graph.order : LongestPaths(graph).path();
 }
 
 int longestCycle(const SmallGraph &graph)
 {
-    return graph.order <= PathTable::maxOrder ? PathTable(graph).longestCycle() : LongestPaths(graph).cycle();
+    if (graph.order <= PathTable::maxOrder) {
+        return PathTable(graph).longestCycle();
+    }
+    if (hasHamiltonCycle(graph)) {
+        return graph.order;
+    }
+    for (int v = 0; v < graph.order; ++v) {
+        if (hasHamiltonCycle(graph.withoutVertex(v))) {
+            return graph.order - 1;
+        }
+    }
+    return LongestPaths(graph).cycle();
 }
 
 int longestInducedPath(const SmallGraph &graph)
