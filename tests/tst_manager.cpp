@@ -156,6 +156,7 @@ private slots:
     void roundTripOfManyNames();
     void savesTellTheFile();
     void invariantLoadsTellTheOutcome();
+    void valuesThatAreSet();
     void derivations();
     void comparisonLists_data();
     void comparisonLists();
@@ -653,6 +654,23 @@ void TestManager::invariantLoadsTellTheOutcome()
                                         "console Data format error", "console Load failed", "manager_ready"}));
 }
 
+void TestManager::valuesThatAreSet()
+{
+    Desk desk;
+    SignalRecorder signalsSeen(desk.manager);
+    QVERIFY(desk.manager.setInv1(text("this"), {1.5, std::nullopt, 3.0}));
+    QVERIFY(desk.manager.setInv2(text("that"), {std::nullopt, 2.0, 4.0}));
+    QCOMPARE(signalsSeen.take(),
+             words({"console Computed this", "manager_ready", "console Computed that", "manager_ready"}));
+    QCOMPARE(desk.inv1(), QByteArray("1.5 NA 3"));
+    desk.manager.exch_1_2();
+    QCOMPARE(desk.inv1(), QByteArray("NA 2 4"));
+    desk.manager.resetDatabase();
+    signalsSeen.take();
+    QVERIFY(!desk.manager.setInv1(text("this"), {}));
+    QCOMPARE(signalsSeen.take(), words({"console No data to match.", "manager_ready"}));
+}
+
 void TestManager::derivations()
 {
     const struct {
@@ -761,6 +779,8 @@ void TestManager::refusalsDuringALoad()
     operations.emplace_back([&] { return desk.manager.saveInv1(out); });
     operations.emplace_back([&] { return desk.manager.loadInv1(invariant), false; });
     operations.emplace_back([&] { return desk.manager.loadInv2(invariant), false; });
+    operations.emplace_back([&] { return desk.manager.setInv1(text("one"), {1.0, 1.0, 1.0}); });
+    operations.emplace_back([&] { return desk.manager.setInv2(text("one"), {1.0, 1.0, 1.0}); });
     for (const auto &operation : operations) {
         QVERIFY(!operation());
         QCOMPARE(signalsSeen.take(), QStringList({busy, refused}));
