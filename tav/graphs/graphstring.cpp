@@ -127,7 +127,7 @@ QString parseGraph(std::string_view text, SmallGraph &graph)
     if (beginsWith(text, std::string_view(&sparse6Mark, 1))) {
         return parseSparse6(text, graph);
     }
-    const QString fault = parseGraph6(text, graph);
+    QString fault = parseGraph6(text, graph);
     const QString format = fault.isEmpty() ? QString() : foreignFormat(text);
     return format.isEmpty() ? fault : fault + QStringLiteral("; this looks like ") + format;
 }
