@@ -3,6 +3,8 @@
 #include "TAVmainwidget.h"
 #include "TAVmainwindow.h"
 #include "TAVmanager.h"
+#include "graph.h"
+#include "node.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -34,6 +36,8 @@ public:
         }
         QApplication::processEvents();
     }
+
+    Graph *view() const { return widget->findChild<Graph *>(); }
 
     void showNext()
     {
@@ -79,6 +83,38 @@ void browse(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations());
 }
+/// The same while a layout is in force. The cycle is planar, the complete graph is not.
+template<void (Graph::*Layout)()> void browseWith(benchmark::State &state)
+{
+    BrowsingWindow window(graphsOfOrder(int(state.range(0))));
+    window.showNext();
+    window.view()->node(0)->setSelected(true);
+    (window.view()->*Layout)();
+    while (state.KeepRunning()) {
+        window.showNext();
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK_TEMPLATE(browseWith, &Graph::slot_layout_kamada_kawai)
+    ->Arg(8)
+    ->Arg(16)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_TEMPLATE(browseWith, &Graph::slot_layout_fruchterman_reingold)
+    ->Arg(8)
+    ->Arg(16)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_TEMPLATE(browseWith, &Graph::slot_layout_planar)
+    ->Arg(8)
+    ->Arg(16)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_TEMPLATE(browseWith, &Graph::slot_layout_levels)
+    ->Arg(8)
+    ->Arg(16)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(browse)->Arg(8)->Arg(16)->Arg(31)->Unit(benchmark::kMillisecond)->UseRealTime();
 } // namespace
 

@@ -2,10 +2,12 @@
 
 #include "fuzztarget.h"
 #include "node.h"
+#include "pictures.h"
 #include "viewerchecks.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QImage>
 #include <QKeyEvent>
@@ -56,12 +58,15 @@ template<void (Graph::*Command)()> constexpr Operation command(Effect effect = E
 
 void pressKey(Graph &graph, InputBytes &input)
 {
-    // All keys with a meaning, except P, which opens a dialog.
-    constexpr int keys[] = {Qt::Key_X,    Qt::Key_K,         Qt::Key_O, Qt::Key_E,      Qt::Key_V,     Qt::Key_C,
-                            Qt::Key_A,    Qt::Key_I,         Qt::Key_R, Qt::Key_Z,      Qt::Key_U,     Qt::Key_D,
-                            Qt::Key_L,    Qt::Key_Right,     Qt::Key_H, Qt::Key_Left,   Qt::Key_Up,    Qt::Key_Down,
-                            Qt::Key_Plus, Qt::Key_Minus,     Qt::Key_T, Qt::Key_B,      Qt::Key_Space, Qt::Key_M,
-                            Qt::Key_Alt,  Qt::Key_Backspace, Qt::Key_F, Qt::Key_Control};
+    // All keys with a meaning, except P, which opens a dialog. That of F is closed at once.
+    constexpr int keys[] = {
+        Qt::Key_X,      Qt::Key_K,     Qt::Key_O,   Qt::Key_E,      Qt::Key_V,         Qt::Key_C,     Qt::Key_A,
+        Qt::Key_I,      Qt::Key_R,     Qt::Key_Z,   Qt::Key_U,      Qt::Key_D,         Qt::Key_L,     Qt::Key_Right,
+        Qt::Key_H,      Qt::Key_Left,  Qt::Key_Up,  Qt::Key_Down,   Qt::Key_Plus,      Qt::Key_Minus, Qt::Key_T,
+        Qt::Key_B,      Qt::Key_Space, Qt::Key_M,   Qt::Key_Alt,    Qt::Key_Backspace, Qt::Key_F,     Qt::Key_Control,
+        Qt::Key_6,      Qt::Key_7,     Qt::Key_5,   Qt::Key_8,      Qt::Key_9,         Qt::Key_G,     Qt::Key_PageDown,
+        Qt::Key_PageUp, Qt::Key_Home,  Qt::Key_End, Qt::Key_Insert, Qt::Key_0,         Qt::Key_1,     Qt::Key_2,
+        Qt::Key_3,      Qt::Key_4};
     const int key = keys[input.below(std::size(keys))];
     const int choice = input.byte();
     const Qt::KeyboardModifiers modifiers = (choice & 1) != 0 ? Qt::ControlModifier : Qt::NoModifier;
@@ -153,6 +158,39 @@ void draw(Graph &graph, InputBytes &)
     QPainter painter(&image);
     graph.render(&painter);
     graph.print(&painter, 64);
+}
+
+/// Draws what is shown as each picture, and requires that it has the vertices and the edges.
+void drawPictures(Graph &graph, InputBytes &input)
+{
+    const Drawing drawing = graph.drawing();
+    require(svg(drawing).count("<circle") == drawing.vertices.size(), "the picture has all vertices");
+    require(tikz(drawing).count("\\draw[") == drawing.edges.size(), "the picture has all edges");
+    require(dot(drawing).count("pos=") == drawing.vertices.size(), "the picture has all vertices");
+    require(!png(drawing, 1 + input.byte(), input.below(2) != 0).isEmpty(), "there is a picture");
+    require(pdf(drawing).endsWith("%%EOF\n"), "the page is complete");
+}
+
+/// Small enough for many a second.
+void copyPicture(Graph &graph, InputBytes &)
+{
+    graph.scaleCoords(50, 50);
+    graph.slot_copy_picture();
+}
+
+/// Pastes any text, or a graph on few vertices.
+void pasteText(Graph &graph, InputBytes &input)
+{
+    const int order = 2 + input.below(6);
+    QString text{QChar(63 + order)};
+    for (int i = (order * (order - 1) / 2 + 5) / 6; i > 0; --i) {
+        text += QChar(63 + input.below(64));
+    }
+    if (input.below(4) == 0) {
+        text += QChar(input.byte());
+    }
+    QApplication::clipboard()->setText(text);
+    graph.slot_paste_graph6();
 }
 
 QVector<double> numbers(InputBytes &input)
@@ -267,6 +305,22 @@ const std::vector<Operation> &operations()
         {Effect::None, letTimerExpire},
         {Effect::Changes, openFile},
         {Effect::Changes, importFile},
+        // Pictures, layouts, and what is written on the vertices.
+        {Effect::None, drawPictures},
+        command<&Graph::slot_copy_graph6>(),
+        {Effect::None, copyPicture},
+        {Effect::Changes, pasteText},
+        command<&Graph::slot_layout_circle>(),
+        command<&Graph::slot_layout_kamada_kawai>(),
+        command<&Graph::slot_layout_fruchterman_reingold>(),
+        command<&Graph::slot_layout_planar>(),
+        command<&Graph::slot_layout_levels>(),
+        command<&Graph::slot_follow_layout>(),
+        command<&Graph::slot_show_numbers>(),
+        command<&Graph::slot_show_names>(),
+        command<&Graph::slot_show_degrees>(),
+        command<&Graph::slot_show_distances>(),
+        command<&Graph::slot_show_nothing>(),
     };
     return all;
 }

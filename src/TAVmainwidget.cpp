@@ -412,18 +412,29 @@ void TAVMainWidget::compare(bool (TAVManager::*builder)(const QString &))
 
 void TAVMainWidget::slot_next_graph()
 {
-    stepThroughList(1);
+    showGraphAt(position + 1);
 }
 
 void TAVMainWidget::slot_prev_graph()
 {
-    stepThroughList(-1);
+    showGraphAt(position - 1);
 }
 
-void TAVMainWidget::stepThroughList(int step)
+void TAVMainWidget::slot_first_graph()
+{
+    showGraphAt(0);
+}
+
+void TAVMainWidget::slot_last_graph()
+{
+    showGraphAt(-1); // the one before the first is the last
+}
+
+/// Beyond the ends of the list begins its other end.
+void TAVMainWidget::showGraphAt(int newPosition)
 {
     slot_manager_busy();
-    position += step;
+    position = newPosition;
     if (!browseChosenList()) {
         return;
     }
@@ -442,6 +453,7 @@ void TAVMainWidget::stepThroughList(int step)
         view->place_circle(circleDiameter);
         view->changeBest();
         view->update_display();
+        view->slot_follow_layout();
         showPosition(QString::number(position + 1) + QLatin1Char('/') + QString::number(browsedNames.size()) +
                      QLatin1Char(' ') + shortened(name));
     } else {
@@ -594,8 +606,11 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     QWidget *panel = createPanel("visualizationPanel", tr("Visualization"));
     view = new Graph(QStringLiteral("VIZ"), true);
     view->setMinimumHeight(smallestViewHeight);
-    view->setAcceptDrops(false); // QGraphicsView takes a file that is dropped from the window, and does nothing with it
     view->slot_set_node_radius(vertexRadius);
+    connect(view, &Graph::signal_next_graph, this, &TAVMainWidget::slot_next_graph);
+    connect(view, &Graph::signal_previous_graph, this, &TAVMainWidget::slot_prev_graph);
+    connect(view, &Graph::signal_first_graph, this, &TAVMainWidget::slot_first_graph);
+    connect(view, &Graph::signal_last_graph, this, &TAVMainWidget::slot_last_graph);
     view->clear();
     view->best_backup();
     view->update_display();

@@ -126,6 +126,9 @@ public slots:
     void slot_next_graph();
     /// Shows the previous graph of the chosen list, before the first one the last.
     void slot_prev_graph();
+    /// The same with the first and with the last graph.
+    void slot_first_graph();
+    void slot_last_graph();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -162,7 +165,7 @@ private:
     QString askForFileToSave(const char *filter);
     void derive(void (TAVManager::*derivation)());
     void compare(bool (TAVManager::*builder)(const QString &));
-    void stepThroughList(int step);
+    void showGraphAt(int newPosition);
     bool browseChosenList();
     void showNothing();
     void showPosition(const QString &text);

@@ -16,6 +16,7 @@
 #include <QFileDialog>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QLineF>
 #include <QMessageBox>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -44,6 +45,8 @@ private slots:
     void unreadableNameLeavesAnEmptyView();
     void sampleListIsShownAsItsNamesSay();
     void theBeginningOfALongNameIsShown();
+    void keysBrowse();
+    void layoutStaysInForce();
     void namesAreNotRichText();
     void vertexNamesAreNotRichText();
     void fileNamesAreNotRichText();
@@ -346,6 +349,48 @@ void TestBrowsing::theBeginningOfALongNameIsShown()
     QCOMPARE(browser.view()->getNbEdges(), 6);
     QVERIFY(!browser.window->grab().isNull());
     QCOMPARE(browser.widget()->getManager()->getList(QStringLiteral("long")).toVector(), QVector<QString>{name});
+}
+
+/// While the viewer has the keyboard.
+void TestBrowsing::keysBrowse()
+{
+    Browser browser;
+    browser.addNames("four", words({"A_", "Bw", "BW", "Bg"}));
+    browser.next();
+    Graph *view = browser.view();
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(view, key);
+        return browser.positionText();
+    };
+    QCOMPARE(press(Qt::Key_PageDown), QStringLiteral("3/4 BW"));
+    QCOMPARE(press(Qt::Key_PageUp), QStringLiteral("2/4 Bw"));
+    QCOMPARE(press(Qt::Key_End), QStringLiteral("4/4 Bg"));
+    QCOMPARE(press(Qt::Key_PageDown), QStringLiteral("1/4 A_"));
+    QCOMPARE(press(Qt::Key_PageUp), QStringLiteral("4/4 Bg"));
+    QCOMPARE(press(Qt::Key_Home), QStringLiteral("1/4 A_"));
+    QCOMPARE(view->getNbNodes(), 2);
+    QVERIFY(browser.listsEnabled());
+}
+
+void TestBrowsing::layoutStaysInForce()
+{
+    Browser browser;
+    browser.addNames("two", words({"C~", "Dhc"}));
+    browser.next();
+    Graph *view = browser.view();
+    const auto isOnCircle = [&] {
+        return qAbs(QLineF(QPointF(), view->node(1)->pos()).length() - 100) < 1e-6 && view->node(0)->pos().y() == 0;
+    };
+    QVERIFY(isOnCircle());
+    QTest::keyClick(view, Qt::Key_8);
+    QVERIFY(!isOnCircle());
+    browser.next();
+    QVERIFY(!isOnCircle());
+    browser.next();
+    QVERIFY(!isOnCircle());
+    QTest::keyClick(view, Qt::Key_5);
+    browser.next();
+    QVERIFY(isOnCircle());
 }
 
 void TestBrowsing::namesAreNotRichText()

@@ -46,7 +46,7 @@ const std::vector<Room> rooms = {
     room("lists", "src/lists/", "base files queries"),
     room("core", "src/TAVmanager. src/TAVsearchengine. src/graphlist.", "base database files lists queries record"),
     room("drawing", "src/drawing/", ""),
-    room("viewer", "src/olm/", "base files graph6"),
+    room("viewer", "src/olm/", "base drawing files graph6"),
     room("ui", "src/TAVmainwidget. src/TAVmainwindow. src/applicationtitle. src/arguments.", "base core files viewer"),
     room("tavoline", "src/main.", "base files ui"),
     room("console", "tav/console/", "base files"),

@@ -13,9 +13,11 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDialogButtonBox>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
@@ -23,6 +25,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSlider>
@@ -92,6 +95,14 @@ int windowsOfTheProgram()
     const QWidgetList windows = QApplication::topLevelWidgets();
     return int(std::count_if(windows.begin(), windows.end(),
                              [](const QWidget *window) { return qobject_cast<const Graph *>(window) == nullptr; }));
+}
+
+/// What the clipboard may hold: graphs, among them the Petersen graph, and what is none.
+QVector<QString> graph6Texts()
+{
+    return {QStringLiteral("IheA@GUAo"), QStringLiteral("A_"),         QStringLiteral("D~{\n"),
+            QStringLiteral("G?zTb_"),    QStringLiteral("not graph6"), QString(),
+            QStringLiteral("@"),         QStringLiteral("~~~~~"),      QString(5000, QLatin1Char('A'))};
 }
 
 /// Presses and releases a key where the keyboard input goes; the press may close the window.
@@ -166,6 +177,8 @@ private:
     void keyAnywhere();
     void menuOfViewer();
     void fileOfViewer();
+    void clipboardOfViewer();
+    void dropOnViewer();
     void menuElsewhere();
     void shortcut();
     void resizeWindow();
@@ -256,10 +269,9 @@ void Monkey::prepareFiles()
     QDir(directory.path()).mkdir(QStringLiteral("folder"));
     mkfifo(QFile::encodeName(file("fifo")).constData(), S_IRUSR | S_IWUSR);
     inputs += {file("missing.tav"), file("folder"), QString(), QStringLiteral(".")};
-    outputs += {file("out.g6"),          file("out.txt"), file("out.golm3"),
-                file("out.edgelist"),    file("out.pdf"), file("no suffix"),
-                file("\xe9\xff odd.g6"), file("folder"),  file("fifo"),
-                file("nowhere/file"),    QString(),       QStringLiteral("relative.g6")};
+    outputs += {file("out.g6"),  file("out.txt"),      file("out.golm3"), file("out.edgelist"),         file("out.pdf"),
+                file("out.svg"), file("out.tex"),      file("no suffix"), file("\xe9\xff odd.g6"),      file("folder"),
+                file("fifo"),    file("nowhere/file"), QString(),         QStringLiteral("relative.g6")};
     inputs += outputs;
 }
 
@@ -299,13 +311,14 @@ bool Monkey::isUsable(const QWidget *widget) const
 void Monkey::act(int number)
 {
     static const QVector<Action> actions = {
-        {140, &Monkey::pressAnyButton}, {30, &Monkey::loadDatabase},  {20, &Monkey::loadInvariant},
-        {60, &Monkey::makeList},        {60, &Monkey::chooseMode},    {50, &Monkey::typeName},
-        {50, &Monkey::chooseInCombo},   {20, &Monkey::moveSlider},    {60, &Monkey::browse},
-        {180, &Monkey::mouseInViewer},  {20, &Monkey::wheelInViewer}, {140, &Monkey::keyInViewer},
-        {40, &Monkey::keyAnywhere},     {80, &Monkey::menuOfViewer},  {10, &Monkey::menuElsewhere},
-        {30, &Monkey::fileOfViewer},    {6, &Monkey::shortcut},       {10, &Monkey::resizeWindow},
-        {50, &Monkey::turnEventLoop},   {2, &Monkey::closeWindow},
+        {140, &Monkey::pressAnyButton}, {30, &Monkey::loadDatabase},      {20, &Monkey::loadInvariant},
+        {60, &Monkey::makeList},        {60, &Monkey::chooseMode},        {50, &Monkey::typeName},
+        {50, &Monkey::chooseInCombo},   {20, &Monkey::moveSlider},        {60, &Monkey::browse},
+        {180, &Monkey::mouseInViewer},  {20, &Monkey::wheelInViewer},     {140, &Monkey::keyInViewer},
+        {40, &Monkey::keyAnywhere},     {80, &Monkey::menuOfViewer},      {10, &Monkey::menuElsewhere},
+        {40, &Monkey::fileOfViewer},    {30, &Monkey::clipboardOfViewer}, {30, &Monkey::dropOnViewer},
+        {6, &Monkey::shortcut},         {10, &Monkey::resizeWindow},      {50, &Monkey::turnEventLoop},
+        {2, &Monkey::closeWindow},
     };
     int total = 0;
     for (const Action &action : actions) {
@@ -587,9 +600,12 @@ void Monkey::wheelInViewer()
 void Monkey::keyInViewer()
 {
     static const QVector<Qt::Key> keys = [] {
-        QVector<Qt::Key> all{Qt::Key_Left,   Qt::Key_Right,     Qt::Key_Up,     Qt::Key_Down,  Qt::Key_Plus,
-                             Qt::Key_Minus,  Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Space, Qt::Key_Alt,
-                             Qt::Key_Escape, Qt::Key_Control,   Qt::Key_Shift,  Qt::Key_Menu};
+        QVector<Qt::Key> all{Qt::Key_Left,     Qt::Key_Right,     Qt::Key_Up,     Qt::Key_Down,   Qt::Key_Plus,
+                             Qt::Key_Minus,    Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Space,  Qt::Key_Alt,
+                             Qt::Key_Escape,   Qt::Key_Control,   Qt::Key_Shift,  Qt::Key_Menu,   Qt::Key_5,
+                             Qt::Key_6,        Qt::Key_7,         Qt::Key_8,      Qt::Key_9,      Qt::Key_PageUp,
+                             Qt::Key_PageDown, Qt::Key_Home,      Qt::Key_End,    Qt::Key_Insert, Qt::Key_0,
+                             Qt::Key_1,        Qt::Key_2,         Qt::Key_3,      Qt::Key_4};
         for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key) {
             all.append(Qt::Key(key));
         }
@@ -625,6 +641,42 @@ void Monkey::menuOfViewer()
 }
 
 /// A graph file or an edge list, by the entry of the menu that asks for it.
+/// Puts a text into the clipboard for the viewer to paste, a graph6 string most of the time.
+void Monkey::clipboardOfViewer()
+{
+    const QString text = dice.oneOf(graph6Texts());
+    attempt(QStringLiteral("paste ") + text);
+    QApplication::clipboard()->setText(text);
+    pressKey(viewer(), Qt::Key_Insert, dice.oneIn(2) ? Qt::ShiftModifier : Qt::NoModifier);
+}
+
+/// Drops a file or a text onto the viewer.
+void Monkey::dropOnViewer()
+{
+    const QString name = dice.oneOf(
+        QVector<QString>{QStringLiteral("good.g6"), QStringLiteral("odd.g6"), QStringLiteral("garbage.g6"),
+                         QStringLiteral("good.golm3"), QStringLiteral("garbage.golm3"), QStringLiteral("good.edgelist"),
+                         QStringLiteral("large.edgelist"), QStringLiteral("good.txt"), QString()});
+    const QString text = dice.oneOf(graph6Texts());
+    attempt(QStringLiteral("drop ") + (name.isEmpty() ? text : name));
+    Graph *view = viewer();
+    if (view == nullptr) {
+        return;
+    }
+    QMimeData data;
+    if (name.isEmpty()) {
+        data.setText(text);
+    } else {
+        data.setUrls({QUrl::fromLocalFile(directory.filePath(name))});
+    }
+    const QPoint place(20, 20);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    if (enter.isAccepted()) {
+        send<QDropEvent>(view->viewport(), QPointF(place), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    }
+}
+
 void Monkey::fileOfViewer()
 {
     struct FileCommand {
@@ -639,7 +691,11 @@ void Monkey::fileOfViewer()
     static const FileCommand save = {"Save...", {"out.golm3", "no suffix", "folder", "fifo", "nowhere/file"}};
     static const FileCommand exportEdges = {"Export...",
                                             {"out.edgelist", "no suffix", "folder", "fifo", "nowhere/file"}};
-    const FileCommand command = dice.oneOf(QVector<FileCommand>{open, open, import, save, exportEdges});
+    static const FileCommand picture = {
+        "Export picture...",
+        {"out.svg", "out.png", "out.pdf", "out.tex", "out.dot", "no suffix", "folder", "fifo", "nowhere/file"}};
+    const FileCommand command =
+        dice.oneOf(QVector<FileCommand>{open, open, import, save, exportEdges, picture, picture});
     const char *const name = dice.oneOf(command.files);
     attempt(QLatin1String(command.entry) + QLatin1Char(' ') + QLatin1String(name));
     Graph *view = viewer();

@@ -12,6 +12,7 @@
 #include "support/windowdriver.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
@@ -47,6 +48,7 @@ public:
         editTheGraph();
         saveAndPrintTheGraph();
         findCounterexample();
+        drawTheCounterexample();
         const QPalette usualColours = QApplication::palette();
         QApplication::setPalette(darkTheme());
         showAllModes(QStringLiteral("dark"));
@@ -250,6 +252,34 @@ private:
         }
         expect(position->text() == counterexample, "the third graph is the first counterexample");
         save("counterexample");
+    }
+
+    /// Draws the counterexample so that its structure shows, and writes a picture of it.
+    void drawTheCounterexample()
+    {
+        auto *view = window.findChild<Graph *>();
+        view->setFocus();
+        QTest::keyClick(view, Qt::Key_6);
+        expect(view->node(0)->position() != QPointF(100, 0), "the springs move the vertices from the circle");
+        save("spring-layout");
+        view->slot_unselect_all();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          view->mapFromScene(view->node(0)->position()));
+        QTest::keyClick(view, Qt::Key_9);
+        QTest::keyClick(view, Qt::Key_4);
+        expect(view->node(0)->getLabel() == QLatin1String("0"), "the distances from the selected vertex are shown");
+        save("levels-and-distances");
+        QTest::keyClick(view, Qt::Key_Insert, Qt::ControlModifier);
+        expect(QApplication::clipboard()->text() == view->g6currentGraphData(), "the graph is in the clipboard");
+        const QString picture = results.filePath(QStringLiteral("counterexample.tex"));
+        const driver::DialogAnswer writing = driver::DialogAnswer::withFile(picture);
+        QTest::keyClick(view, Qt::Key_F, Qt::ControlModifier);
+        expect(writing.done() && QFile::exists(picture), "the picture is written");
+        QTest::keyClick(view, Qt::Key_Home);
+        const auto *position = window.findChild<QLabel *>(QStringLiteral("position"));
+        expect(position->text().startsWith(QLatin1String("1/28 ")), "Home shows the first graph of the list");
+        expect(view->node(0)->getLabel().isEmpty(), "the distances were those of another graph");
+        save("layout-in-force");
     }
 
     void nameList(const QString &name)

@@ -80,6 +80,16 @@ void Edge::setHilighted(bool on)
     update();
 }
 
+QColor Edge::shownColor() const
+{
+    return hilighted ? Qt::red : Qt::black;
+}
+
+int Edge::shownWidth() const
+{
+    return hilighted ? edgeWidth + 2 : edgeWidth;
+}
+
 void Edge::display() const
 {
     std::cerr << "Edge(" << nameOf(source) << " ; " << nameOf(dest) << ")" << std::endl;
@@ -101,8 +111,7 @@ void Edge::paint(QPainter *painter, const QStyleOptionGraphicsItem * /*option*/,
         present = false;
         return;
     }
-    const QColor colour = hilighted ? Qt::red : Qt::black;
-    painter->setPen(QPen(colour, hilighted ? edgeWidth + 2 : edgeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->setPen(QPen(shownColor(), shownWidth(), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->setBrush(Qt::white);
     if (sourcePoint == destPoint) {
         painter->drawPoint(sourcePoint); // Qt draws nothing for a line without length.

@@ -1,6 +1,7 @@
 #ifndef TAVOLINE_OLM_EDGE_H
 #define TAVOLINE_OLM_EDGE_H
 
+#include <QColor>
 #include <QGraphicsLineItem>
 #include <QPointF>
 #include <QString>
@@ -31,6 +32,12 @@ public:
     void setHilighted(bool on);
     /// The pen width, in scene units, of all edges. Nothing in this program calls it.
     static void setEdgeWidth(int width) { edgeWidth = width; }
+
+    // What is shown of the edge.
+
+    QString getLabel() const { return label; }
+    QColor shownColor() const;
+    int shownWidth() const;
 
     /// Writes the names of the ends to the standard error stream; a missing end has an empty name. For a debugger:
     /// nothing in this program calls it.

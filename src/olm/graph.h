@@ -21,7 +21,10 @@ class QAction;
 class QGraphicsRectItem;
 class QGraphicsScene;
 class QMenu;
+class QLabel;
+class QMimeData;
 class QPainter;
+struct Drawing;
 
 /// The viewer and editor of one simple undirected graph of at most 32 vertices, and at the same time its model.
 ///
@@ -218,7 +221,14 @@ public:
     /// Reads that form into the current graph.
     void loadCurrentGraph(const QString &text);
 
-    // Printing.
+    /// Shows a graph6 string of 2..31 vertices, all of it, on the circle: one step that can be undone. Otherwise a line
+    /// tells what is wrong, nothing changes, and the result is false.
+    bool showGraph6(const QString &text);
+
+    // Printing and pictures.
+
+    /// What is shown, without marks of the selection.
+    Drawing drawing() const;
 
     /// Draws the current graph into a square of side @p size, in device units, shifted by (@p dx, @p dy), which nothing
     /// in this program asks for. Moves the vertices.
@@ -251,6 +261,38 @@ public slots:
     void slot_export_graph();
     /// Asks for a file and prints the graph to it, in PDF, on a page of 80 mm x 80 mm.
     void slot_print();
+
+    /// Asks for a file and writes a picture of what is shown, in the format that the suffix tells.
+    void slot_export_picture();
+
+    // The clipboard.
+
+    void slot_copy_graph6();
+    /// Puts a picture of what is shown into the clipboard, in pixels and as SVG.
+    void slot_copy_picture();
+    /// Shows the graph6 string that is in the clipboard.
+    void slot_paste_graph6();
+
+    // The layouts. Each places the vertices of the current graph so that they fill the view, publishes and shows it,
+    // and is in force until another one is chosen. Where one is not possible, a line tells why, and no vertex moves.
+
+    void slot_layout_circle();
+    void slot_layout_kamada_kawai();
+    void slot_layout_fruchterman_reingold();
+    void slot_layout_planar();
+    void slot_layout_levels();
+    /// To be called when another graph stands on the circle: places it by the layout that is in force.
+    void slot_follow_layout();
+
+    // What is written on the vertices, until the best graph changes.
+
+    void slot_show_numbers();
+    void slot_show_names();
+    /// With sizes.
+    void slot_show_degrees();
+    /// From the nearest selected vertex, with colours.
+    void slot_show_distances();
+    void slot_show_nothing();
 
     // Editing.
 
@@ -306,7 +348,14 @@ public slots:
     void slot_link_one_diameter();
 
 signals:
-    // Nothing in this program receives them.
+    // The keys Page Down, Page Up, Home and End: another graph of the list that is browsed is asked for.
+
+    void signal_next_graph();
+    void signal_previous_graph();
+    void signal_first_graph();
+    void signal_last_graph();
+
+    // Nothing in this program receives the others.
 
     /// The key R: an optimisation run, a variable neighbourhood search, is asked for.
     void signal_start_vns();
@@ -344,6 +393,9 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     enum class TextKind {
@@ -359,6 +411,8 @@ private:
     struct MenuSwitch;
     using Command = void (Graph::*)();
     enum class NewVertex : int { Clique, Bipartite, Tail };
+    enum class Layout { Circle, KamadaKawai, FruchtermanReingold, Planar, Levels };
+    enum class Shown { Nothing, Numbers, Names, Degrees, FromSelection };
 
     static bool isSlot(int i) { return i >= 0 && i < MAX_NODES; }
     /// The number of slots that a vertex count stands for, whatever a reader made of the count.
@@ -379,11 +433,22 @@ private:
     bool readGraph(const QByteArray &text, TextKind kind);
     int vertexNamed(const QString &label) const;
     QString autosavePath() const;
-    QString askForGraphFile();
+    QString askForFile(const QString &title, const QString &filter, const QStringList &suffixes);
     bool mayReplace(const QString &title, const QString &fileName);
     bool withinMemory(const std::function<bool()> &operation);
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
     void warn(const QString &title, const QString &text);
+    void tell(const QString &line);
+    bool askForPixels(int &width, bool &transparent);
+    void recordPresentState();
+    void showDroppedFile(const QString &path);
+
+    QVector<QVector<bool>> currentAdjacency() const;
+    QSizeF roomForDrawing() const;
+    void choose(Layout chosen);
+    bool placeByLayout();
+    void write(Shown what, const QVector<double> &values);
+    void clearWhatIsOutdated();
 
     QVector<int> verticesAmong(const QList<QGraphicsItem *> &items) const;
     QVector<int> verticesAt(QPointF point) const;
@@ -412,7 +477,8 @@ private:
     void addEntries(QMenu *menu, const QVector<MenuEntry> &entries);
     QAction *addSwitch(QMenu *menu, const MenuSwitch &entry);
     void addModes(QMenu *menu, const QVector<MenuSwitch> &modes);
-    void standOnCircle();
+    MenuSwitch modeOf(const QString &text, bool on, Command command, bool enabled = true);
+    static QString withKey(const QString &text, Command command);
 
     QGraphicsScene *scene = nullptr;
     QVector<Node *> nodes;
@@ -437,6 +503,10 @@ private:
     QString workDir;
     QGraphicsRectItem *selectionRect = nullptr;
     QMenu *shownMenu = nullptr; // the last one that was shown; a child of the view
+    QLabel *notice = nullptr;
+    Layout layout = Layout::Circle;
+    Shown written = Shown::Nothing;
+    QString shownGraph; // the graph that it was written for
     double rescaleSize = 300.0;
     bool uniformScale = false; // whether the last fit kept the proportions; nothing depends on it
     NewVertex addMode = NewVertex::Clique;

@@ -42,6 +42,9 @@ const KeyCommand controlCommands[] = {
     {Qt::Key_U, &Graph::slot_redo},
     {Qt::Key_D, &Graph::slot_duplicate},
     {Qt::Key_L, &Graph::slot_duplicate_link},
+    {Qt::Key_Insert, &Graph::slot_copy_graph6},
+    {Qt::Key_G, &Graph::slot_copy_picture},
+    {Qt::Key_F, &Graph::slot_export_picture},
 };
 
 /// The keys without Control, except those that move the drawing: moveView() has them.
@@ -54,6 +57,21 @@ const KeyCommand plainCommands[] = {
     {Qt::Key_B, &Graph::addBip},
     {Qt::Key_K, &Graph::addK},
     {Qt::Key_M, &Graph::signal_place_graph},
+    {Qt::Key_PageDown, &Graph::signal_next_graph},
+    {Qt::Key_PageUp, &Graph::signal_previous_graph},
+    {Qt::Key_Home, &Graph::signal_first_graph},
+    {Qt::Key_End, &Graph::signal_last_graph},
+    {Qt::Key_Insert, &Graph::slot_paste_graph6},
+    {Qt::Key_5, &Graph::slot_layout_circle},
+    {Qt::Key_6, &Graph::slot_layout_kamada_kawai},
+    {Qt::Key_7, &Graph::slot_layout_fruchterman_reingold},
+    {Qt::Key_8, &Graph::slot_layout_planar},
+    {Qt::Key_9, &Graph::slot_layout_levels},
+    {Qt::Key_1, &Graph::slot_show_numbers},
+    {Qt::Key_2, &Graph::slot_show_names},
+    {Qt::Key_3, &Graph::slot_show_degrees},
+    {Qt::Key_4, &Graph::slot_show_distances},
+    {Qt::Key_0, &Graph::slot_show_nothing},
 };
 
 /// The entry of @p commands that @p matches, null when there is none.
@@ -416,6 +434,17 @@ void Graph::backup()
     }
     history.append(clone());
     historyIndex = history.size() - 1;
+}
+
+/// Makes the current graph the present state of the history, unless it is: a command that replaces the whole graph can
+/// then be undone.
+void Graph::recordPresentState()
+{
+    const bool recorded = historyIndex >= 0 && historyIndex < history.size() &&
+                          history[historyIndex]->currentGraphData() == currentGraphData();
+    if (!recorded) {
+        backup();
+    }
 }
 
 void Graph::slot_undo()

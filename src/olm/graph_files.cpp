@@ -4,6 +4,7 @@
 #include "numbertext.h"
 #include "outputfile.h"
 #include "random.h"
+#include "shortened.h"
 #include "textfile.h"
 
 #include <QByteArray>
@@ -14,6 +15,7 @@
 #include <QMutexLocker>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <new>
@@ -379,6 +381,24 @@ QString Graph::g6currentGraphData() const
     return QString::fromStdString(graph6::encode(usedSlots(nbNodes), [this](int u, int v) { return edge(u, v); }));
 }
 
+bool Graph::showGraph6(const QString &text)
+{
+    const int n = text.isEmpty() ? 0 : graph6::valueOf(text[0].toLatin1());
+    const bool right = isGraph6Size(n) && text.size() == graph6::stringLength(n) &&
+                       std::all_of(text.cbegin(), text.cend(),
+                                   [](QChar character) { return graph6::isCharacter(character.toLatin1()); });
+    if (!right) {
+        constexpr int longest = 60;
+        tell(tr("This is no graph6 string of 2 to 31 vertices: %1").arg(shortened(text, longest)));
+        return false;
+    }
+    recordPresentState();
+    loadg6(text, true);
+    place_circle(circleDiameter);
+    commit();
+    return true;
+}
+
 // Count and bits.
 
 QString Graph::graphData() const
@@ -434,32 +454,35 @@ void Graph::slot_open()
 
 void Graph::slot_save()
 {
-    const QString path = askForGraphFile();
+    const QString path =
+        askForFile(QStringLiteral("Save graph as"), QStringLiteral("*.golm3"), {QStringLiteral("golm3")});
     releaseModifiers();
     const bool done = withinMemory([&] { return save(path); });
     concludeFileCommand(done, path, QStringLiteral("Failed to save graph."));
 }
 
-/// The graph file to write, with its suffix; empty when the dialog was cancelled. QFileDialog would ask about the name
-/// without the suffix before it replaces a file, so that the question is put here.
-QString Graph::askForGraphFile()
+/// The file to write, with one of the suffixes, which are those of the filters in their order; empty when the dialog
+/// was cancelled. QFileDialog would ask about the name without the suffix before it replaces a file, so that the
+/// question is put here.
+QString Graph::askForFile(const QString &title, const QString &filter, const QStringList &suffixes)
 {
-    const QString title = QStringLiteral("Save graph as");
-    const QString suffix = QStringLiteral("golm3");
-    const bool shown = isVisible();
+    const bool visible = isVisible();
     QString proposed = workDir;
     for (;;) {
-        const QString chosen = QFileDialog::getSaveFileName(this, title, proposed, QStringLiteral("*.golm3"), nullptr,
+        QString chosenFilter;
+        const QString chosen = QFileDialog::getSaveFileName(this, title, proposed, filter, &chosenFilter,
                                                             QFileDialog::DontConfirmOverwrite);
         if (chosen.isEmpty()) {
             return {};
         }
-        QString path = QFileInfo(chosen).suffix() == suffix ? chosen : chosen + QLatin1Char('.') + suffix;
+        const int chosenKind = qMax(0, filter.split(QStringLiteral(";;")).indexOf(chosenFilter));
+        QString path =
+            suffixes.contains(QFileInfo(chosen).suffix()) ? chosen : chosen + QLatin1Char('.') + suffixes[chosenKind];
         const QFileInfo file(path);
         if (!file.exists() || file.isDir() || mayReplace(title, file.fileName())) {
             return path;
         }
-        if (shown && !isVisible()) {
+        if (visible && !isVisible()) {
             return {}; // The end of the session closed the question.
         }
         proposed = chosen;

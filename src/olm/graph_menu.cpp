@@ -18,6 +18,9 @@ struct Graph::MenuSwitch {
     QString text;
     bool on;
     std::function<void(bool)> set;
+    bool enabled = true;
+    /// What the key beside the entry carries out.
+    Command command = nullptr;
 };
 
 void Graph::showMenu(QPoint position)
@@ -74,17 +77,37 @@ QMenu *Graph::createMenu()
                 {tr("Copy &linked to its source"), &Graph::slot_duplicate_link, roomForCopy},
                 {tr("&False twins"), &Graph::slot_duplicate_twins, roomForCopy},
                 {tr("&True twins"), &Graph::slot_duplicate_link_twins, roomForCopy}});
-    QMenu *layout = menu->addMenu(tr("La&yout"));
-    addEntries(layout, {{tr("&Circle"), &Graph::standOnCircle, any, &Graph::update_display},
-                        {tr("&Random placement"), &Graph::slot_randomPosition, any, &Graph::update_display},
-                        {tr("R&eorganise"), &Graph::slot_reorganize, pair, &Graph::commit},
-                        {tr("Re&label"), &Graph::slot_relabel, pair, &Graph::commit}});
-    addSwitch(layout, {tr("&Spin"), rotationTimerId != 0, [this](bool) { toggleAnim(); }});
+    QMenu *layoutMenu = menu->addMenu(tr("La&yout"));
+    addModes(
+        layoutMenu,
+        {modeOf(tr("&Circle"), layout == Layout::Circle, &Graph::slot_layout_circle, any),
+         modeOf(tr("Spring (&Kamada and Kawai)"), layout == Layout::KamadaKawai, &Graph::slot_layout_kamada_kawai, any),
+         modeOf(tr("Spring (&Fruchterman and Reingold)"), layout == Layout::FruchtermanReingold,
+                &Graph::slot_layout_fruchterman_reingold, any),
+         modeOf(tr("&Planar"), layout == Layout::Planar, &Graph::slot_layout_planar, any),
+         modeOf(tr("Le&vels from the selection"), layout == Layout::Levels, &Graph::slot_layout_levels, selection)});
+    layoutMenu->addSeparator();
+    addEntries(layoutMenu, {{tr("&Random placement"), &Graph::slot_randomPosition, any, &Graph::update_display},
+                            {tr("R&eorganise"), &Graph::slot_reorganize, pair, &Graph::commit},
+                            {tr("Re&label"), &Graph::slot_relabel, pair, &Graph::commit}});
+    addSwitch(layoutMenu, {tr("&Spin"), rotationTimerId != 0, [this](bool) { toggleAnim(); }});
+    addModes(menu->addMenu(tr("Sho&w")),
+             {modeOf(tr("Vertex &numbers"), written == Shown::Numbers, &Graph::slot_show_numbers, any),
+              modeOf(tr("N&ames"), written == Shown::Names, &Graph::slot_show_names, any),
+              modeOf(tr("&Degrees"), written == Shown::Degrees, &Graph::slot_show_degrees, any),
+              modeOf(tr("Di&stances from the selected vertex"), written == Shown::FromSelection,
+                     &Graph::slot_show_distances, selection),
+              modeOf(tr("N&othing"), written == Shown::Nothing, &Graph::slot_show_nothing)});
     addEntries(menu, {{},
+                      {tr("Copy as &graph6"), &Graph::slot_copy_graph6, any},
+                      {tr("&Copy as picture"), &Graph::slot_copy_picture, any},
+                      {tr("Paste grap&h6"), &Graph::slot_paste_graph6},
+                      {},
                       {tr("&Open..."), &Graph::slot_open},
                       {tr("Sa&ve..."), &Graph::slot_save},
                       {tr("I&mport..."), &Graph::slot_import_graph},
                       {tr("E&xport..."), &Graph::slot_export_graph},
+                      {tr("Expor&t picture..."), &Graph::slot_export_picture, any},
                       {tr("&Print..."), &Graph::slot_print}});
     return menu;
 }
@@ -96,9 +119,7 @@ void Graph::addEntries(QMenu *menu, const QVector<MenuEntry> &entries)
             menu->addSeparator();
             continue;
         }
-        // The key is shown as text behind the tab. It is no shortcut of the action: keyPressEvent() handles it.
-        const QString key = keyText(entry.command);
-        QAction *action = menu->addAction(key.isEmpty() ? entry.text : entry.text + QLatin1Char('\t') + key);
+        QAction *action = menu->addAction(withKey(entry.text, entry.command));
         action->setEnabled(entry.enabled);
         connect(action, &QAction::triggered, this, [this, entry]() {
             (this->*entry.command)();
@@ -111,7 +132,8 @@ void Graph::addEntries(QMenu *menu, const QVector<MenuEntry> &entries)
 
 QAction *Graph::addSwitch(QMenu *menu, const MenuSwitch &entry)
 {
-    QAction *action = menu->addAction(entry.text);
+    QAction *action = menu->addAction(withKey(entry.text, entry.command));
+    action->setEnabled(entry.enabled);
     action->setCheckable(true);
     action->setChecked(entry.on);
     connect(action, &QAction::triggered, this, entry.set);
@@ -126,8 +148,15 @@ void Graph::addModes(QMenu *menu, const QVector<MenuSwitch> &modes)
     }
 }
 
-void Graph::standOnCircle()
+/// One of several modes, which a command chooses.
+Graph::MenuSwitch Graph::modeOf(const QString &text, bool on, Command command, bool enabled)
 {
-    place_circle(circleDiameter);
-    changeBest();
+    return {text, on, [this, command](bool) { (this->*command)(); }, enabled, command};
+}
+
+/// The key of the command is shown as text behind the tab. It is no shortcut of the action: keyPressEvent() handles it.
+QString Graph::withKey(const QString &text, Command command)
+{
+    const QString key = keyText(command);
+    return key.isEmpty() ? text : text + QLatin1Char('\t') + key;
 }

@@ -322,6 +322,13 @@ void Node::paintLabel(QPainter *painter) const
     painter->drawText(labelBox.topLeft() + QPointF(7, 25), label);
 }
 
+QColor Node::shownColor() const
+{
+    initColors();
+    const int index = (color % NbNodeColors + NbNodeColors) % NbNodeColors;
+    return NodeColor.at(index);
+}
+
 QBrush Node::fill() const
 {
     constexpr int lighter = 120;
@@ -333,12 +340,10 @@ QBrush Node::fill() const
         gradient.setColorAt(0, marked ? QColor(Qt::green).lighter(lighter) : QColor(Qt::green));
         gradient.setColorAt(1, marked ? QColor(Qt::red).lighter(lighter) : QColor(Qt::red));
     } else {
-        initColors();
-        const int index = (color % NbNodeColors + NbNodeColors) % NbNodeColors;
         gradient.setCenter(0, 0);
         gradient.setFocalPoint(-5, -5);
-        gradient.setColorAt(0, NodeColor.at(index));
-        gradient.setColorAt(1, NodeColor.at(index).darker(darker));
+        gradient.setColorAt(0, shownColor());
+        gradient.setColorAt(1, shownColor().darker(darker));
     }
     return gradient;
 }

@@ -97,6 +97,13 @@ public:
     /// and gives the vertex another name with "Done".
     void toggleNodeDisplay();
     bool isNodeDisplayShown() const;
+    // What is shown of the vertex, besides its name.
+
+    QString getLabel() const { return label; }
+    QColor shownColor() const;
+    /// With the relative size.
+    double shownRadius() const { return drawRadius; }
+
     /// Adds a row to the information dialog.
     void setValue(const QString &valueName, double value);
     void setText(const QString &valueName, const QString &text);
