@@ -422,7 +422,7 @@ private slots:
                  QByteArray("tav: " + missing.toUtf8() + ": cannot be opened: No such file or directory\n"));
         result = runTav(build({folder.path()}));
         QCOMPARE(result.status, 1);
-        QCOMPARE(result.errors, QByteArray("tav: " + folder.path().toUtf8() + ":1: cannot be read: Is a directory\n"));
+        QCOMPARE(result.errors, QByteArray("tav: " + folder.path().toUtf8() + ": cannot be read: Is a directory\n"));
         const QString nowhere = folder.path("no/such/folder.tav");
         result = runTav(build({QStringLiteral("-o"), nowhere}), "@\n");
         QCOMPARE(result.status, 1);
