@@ -31,6 +31,7 @@
 
 #include <iostream>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -279,10 +280,23 @@ void TAVMainWidget::slot_adjust_mode()
     if (!hasLoaded) {
         return;
     }
-    listsPanel->setVisible(listsMode->isChecked());
-    invariantsPanel->setVisible(invariantsMode->isChecked());
-    comparisonPanel->setVisible(invariantsMode->isChecked());
-    visualizationPanel->setVisible(visualizationMode->isChecked());
+    const std::pair<QWidget *, QRadioButton *> panels[] = {
+        {listsPanel, listsMode},
+        {invariantsPanel, invariantsMode},
+        {comparisonPanel, invariantsMode},
+        {visualizationPanel, visualizationMode},
+    };
+    // Panels of two modes at a time would need a larger window, which would not become smaller again.
+    for (const auto &[panel, mode] : panels) {
+        if (!mode->isChecked()) {
+            panel->hide();
+        }
+    }
+    for (const auto &[panel, mode] : panels) {
+        if (mode->isChecked()) {
+            panel->show();
+        }
+    }
 }
 
 // New lists from old ones and from files.
