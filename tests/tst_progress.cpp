@@ -5,7 +5,6 @@
 
 #include <QtTest>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -17,7 +16,7 @@ namespace
 class Terminal
 {
 public:
-    Terminal() : screen(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK))
+    Terminal() : screen(::posix_openpt(O_RDWR | O_NOCTTY))
     {
         if (screen < 0 || ::grantpt(screen) != 0 || ::unlockpt(screen) != 0) {
             qFatal("there is no terminal");
@@ -28,13 +27,17 @@ public:
     Terminal(const Terminal &) = delete;
     Terminal &operator=(const Terminal &) = delete;
 
-    /// What was written to it since the last call.
+    /// What was written to it since the last call. A terminal hands on what it gets a little later: a zero at the end
+    /// tells that all is there.
     QByteArray take() const
     {
+        std::fputc('\0', stderr);
         std::fflush(stderr);
-        char bytes[4096];
-        const ssize_t count = ::read(screen, bytes, sizeof bytes);
-        return QByteArray(bytes, int(std::max<ssize_t>(count, 0)));
+        QByteArray bytes;
+        for (char byte = 0; ::read(screen, &byte, 1) == 1 && byte != 0;) {
+            bytes.append(byte);
+        }
+        return bytes;
     }
 
 private:
