@@ -52,15 +52,14 @@ private:
             for (const int v : VerticesOf(rest)) {
                 const VertexSet vertex = SmallGraph::bit(v);
                 const VertexSet neighbours = graph.rows[v] & rest;
+                const bool isOpen = (kept & vertex) == 0;
                 if (vertexCount(neighbours) < 2) {
                     rest &= ~vertex;
                     kept &= ~vertex;
-                } else if ((kept & vertex) != 0) {
-                    continue;
-                } else if (closesCycle(neighbours & kept, kept)) {
+                } else if (isOpen && closesCycle(neighbours & kept, kept)) {
                     rest &= ~vertex;
                     ++removed;
-                } else if (vertexCount(neighbours) == 2 && (neighbours & ~kept) != 0) {
+                } else if (isOpen && vertexCount(neighbours) == 2 && (neighbours & ~kept) != 0) {
                     kept |= vertex;
                 } else {
                     continue;
