@@ -198,7 +198,7 @@ private slots:
     /// A. Cayley, "A theorem on trees" (1889): n^(n - 2) for the complete graph. 17^15 is beyond 2^53.
     void largeNumbersOfTrees()
     {
-        QCOMPARE(*valueOf("spanning-trees", complete(14)), std::pow(14.0, 12));
+        QVERIFY(*valueOf("spanning-trees", complete(14)) == 56693912375296.0); // QCOMPARE rounds
         for (const int n : {17, 40, 62}) {
             const double expected = std::pow(double(n), n - 2);
             QVERIFY(std::abs(*valueOf("spanning-trees", complete(n)) - expected) < 1e-12 * expected);
