@@ -23,7 +23,8 @@ private:
     void findFrom(int source, const SmallGraph &graph);
 
     const int vertices;
-    std::array<unsigned char, SmallGraph::maxOrder * SmallGraph::maxOrder> table; // by pair of vertices, as far as used
+    std::array<unsigned char, size_t(SmallGraph::maxOrder) * SmallGraph::maxOrder>
+        table; // by pair of vertices, as far as used
     std::vector<int> largest;
     std::vector<int> sums;
 };
