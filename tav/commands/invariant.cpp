@@ -85,7 +85,7 @@ QString edgelessValue(const Invariant &invariant, int order)
 
 void printRow(const QString &name, const QString &ofNone, const QString &ofOne, const QString &description)
 {
-    print(QStringLiteral("%1 %2 %3  %4\n").arg(name, -29).arg(ofNone, 5).arg(ofOne, 5).arg(description));
+    print(QStringLiteral("%1 %2 %3  %4\n").arg(name, -30).arg(ofNone, 5).arg(ofOne, 5).arg(description));
 }
 
 void printInvariants()
@@ -101,7 +101,7 @@ void printInvariants()
                  edgelessValue(invariant, 1), QString::fromUtf8(invariant.description));
         const QString source = QString::fromUtf8(invariant.source);
         if (!source.isEmpty()) {
-            print(QString(43, QLatin1Char(' ')) + QLatin1Char('[') + source + QStringLiteral("]\n"));
+            print(QString(44, QLatin1Char(' ')) + QLatin1Char('[') + source + QStringLiteral("]\n"));
         }
     }
 }
