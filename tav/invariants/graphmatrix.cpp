@@ -11,7 +11,8 @@ namespace
 template<typename Diagonal, typename Entry>
 std::vector<double> fromEdges(const SmallGraph &graph, Diagonal diagonal, Entry entry)
 {
-    std::vector<double> rows(graph.order * graph.order);
+    const int entryCount = graph.order * graph.order;
+    std::vector<double> rows(entryCount);
     for (int u = 0; u < graph.order; ++u) {
         rows[u * graph.order + u] = diagonal(u);
         for (const int v : VerticesOf(graph.rows[u])) {
@@ -24,7 +25,6 @@ std::vector<double> fromEdges(const SmallGraph &graph, Diagonal diagonal, Entry 
 std::vector<double> distanceMatrix(const DistanceMatrix &distances, int order)
 {
     std::vector<double> rows;
-    rows.reserve(order * order);
     for (int u = 0; u < order; ++u) {
         for (int v = 0; v < order; ++v) {
             rows.push_back(distances.at(u, v));
