@@ -3,7 +3,7 @@
 A set of vertices is an integer with bit v for vertex v.
 """
 
-from functools import cache, cached_property
+from functools import cached_property
 
 
 MEMBERS = [[v for v in range(8) if vertices >> v & 1] for vertices in range(1 << 8)]
@@ -32,10 +32,11 @@ class BruteForce:
 
     @cached_property
     def components_of(self):
-        counts = [0] * len(self.sets)
+        components = [[]]
         for s in self.sets[1:]:
-            counts[s] = 1 + counts[s & ~self.reached(s & -s, s)]
-        return counts
+            first = self.reached(s & -s, s)
+            components.append([first, *components[s ^ first]])
+        return components
 
     def reached(self, start, within):
         """The vertices that are joined to those of a set by paths within another."""
@@ -74,15 +75,15 @@ class BruteForce:
         return self.edges_within[s] == k * (k - 1) // 2
 
     def is_forest(self, s):
-        return self.edges_within[s] == s.bit_count() - self.components_of[s]
+        return self.edges_within[s] == s.bit_count() - len(self.components_of[s])
 
     def is_induced_path(self, s):
         k = s.bit_count()
-        return self.edges_within[s] == k - 1 and self.components_of[s] == 1 and self.degrees_within(s)[-1] <= 2
+        return self.edges_within[s] == k - 1 and len(self.components_of[s]) == 1 and self.degrees_within(s)[-1] <= 2
 
     def is_induced_cycle(self, s):
         k = s.bit_count()
-        return (k >= 3 and self.edges_within[s] == k and self.components_of[s] == 1
+        return (k >= 3 and self.edges_within[s] == k and len(self.components_of[s]) == 1
                 and self.degrees_within(s)[0] == 2)
 
     @cached_property
@@ -121,11 +122,12 @@ class BruteForce:
     def chromatic_number(self):
         fewest = [0] + [self.order] * (len(self.sets) - 1)
         for s in self.sets[1:]:
-            part = s
-            while part:
-                if self.is_independent(part):
-                    fewest[s] = min(fewest[s], 1 + fewest[s ^ part])
-                part = (part - 1) & s
+            low = s & -s
+            part = rest = s ^ low
+            while part >= 0:
+                if self.is_independent(part | low):
+                    fewest[s] = min(fewest[s], 1 + fewest[rest ^ part])
+                part = (part - 1) & rest if part else -1
         return fewest[self.all]
 
     def matching_number(self):
@@ -138,7 +140,7 @@ class BruteForce:
 
     def vertex_connectivity(self):
         return min((s.bit_count() for s in self.sets
-                    if self.components_of[self.all ^ s] > 1 or (self.all ^ s).bit_count() == 1), default=0)
+                    if len(self.components_of[self.all ^ s]) > 1 or (self.all ^ s).bit_count() == 1), default=0)
 
     def edge_connectivity(self):
         return min((self.edges_within[self.all] - self.edges_within[s] - self.edges_within[self.all ^ s]
@@ -199,16 +201,15 @@ class BruteForce:
         width = [0] * len(self.sets)
         for s in self.sets[1:]:
             width[s] = self.order
-            for v in MEMBERS[s]:
-                before = s ^ 1 << v
-                higher = self.all_neighbours[self.reached(1 << v, s)] & ~s
-                width[s] = min(width[s], max(width[before], higher.bit_count()))
+            for component in self.components_of[s]:
+                higher = (self.all_neighbours[component] & ~s).bit_count()
+                for v in MEMBERS[component]:
+                    width[s] = min(width[s], max(width[s ^ 1 << v], higher))
         return width[self.all]
 
     def circumference(self):
         return max((s.bit_count() for s in self.sets if self.cycles_through(s)), default=None)
 
-    @cache
     def longest_path(self):
         if self.order == 0:
             return None

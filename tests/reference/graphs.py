@@ -69,11 +69,12 @@ def families():
         yield f'prism over a cycle of {n}', nx.circular_ladder_graph(n)
     for n in (5, 6, 13, 20):
         yield f'Moebius ladder of {2 * n}', nx.circulant_graph(2 * n, [1, n])
-    for n, k in ((6, 2), (7, 2), (9, 2), (9, 3), (11, 2), (12, 4), (13, 5), (14, 2), (15, 4), (16, 2), (18, 5), (20, 2)):
+    for n, k in ((6, 2), (7, 2), (9, 2), (9, 3), (11, 2), (12, 4), (13, 5), (14, 2), (15, 4), (16, 2), (18, 5),
+                 (20, 2)):
         yield f'generalised Petersen {n}, {k}', generalised_petersen(n, k)
     for n, jumps in ((9, (1, 2)), (10, (1, 3)), (10, (2, 4, 5)), (11, (1, 3)), (12, (1, 4)), (13, (1, 5)), (14, (1, 4)),
-                     (15, (1, 4)), (16, (1, 2, 4)), (17, (1, 4)), (18, (2, 3)), (20, (1, 5)), (24, (2, 3)), (26, (1, 5)),
-                     (33, (1, 2)), (40, (1, 2))):
+                     (15, (1, 4)), (16, (1, 2, 4)), (17, (1, 4)), (18, (2, 3)), (20, (1, 5)), (24, (2, 3)),
+                     (26, (1, 5)), (33, (1, 2)), (40, (1, 2))):
         yield f'circulant {n}, {jumps}', nx.circulant_graph(n, jumps)
     for d in (3, 4, 5):
         yield f'hypercube of {d}', nx.hypercube_graph(d)
@@ -244,7 +245,8 @@ def composed():
         yield f'binary tree of height {height}', nx.balanced_tree(2, height)
     yield 'caterpillar', nx.Graph([(i, i + 1) for i in range(11)] + [(i, 12 + 2 * i + j) for i in range(12)
                                                                      for j in range(2)])
-    yield 'chain of triangles', nx.Graph(edge for i in range(0, 30, 2) for edge in ((i, i + 1), (i + 1, i + 2), (i, i + 2)))
+    yield 'chain of triangles', nx.Graph(edge for i in range(0, 30, 2)
+                                         for edge in ((i, i + 1), (i + 1, i + 2), (i, i + 2)))
     yield 'chain of cycles of 5', nx.Graph(edge for i in range(0, 36, 4)
                                            for edge in ((i, i + 1), (i + 1, i + 2), (i + 2, i + 3), (i + 3, i + 4),
                                                         (i, i + 4)))

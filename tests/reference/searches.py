@@ -5,19 +5,25 @@ The limits count steps, not time, so that every machine gives the same.
 """
 
 from collections import defaultdict
-from functools import cache, cached_property
+from functools import cached_property
 
 import networkx as nx
 import numpy as np
-from pysat.card import CardEnc
 from pysat.solvers import Glucose4
 from scipy.optimize import Bounds, LinearConstraint, milp
 
 BLANK = object()
 MOST_STATES = 20_000  # of the dynamic programming, at one edge
 MOST_CYCLES = 1_000_000
-MOST_CONFLICTS = 20_000
-MOST_TRIALS = 300_000  # of induced paths
+MOST_CONFLICTS = 20_000  # of a colouring
+MOST_TRIALS = 1_000_000  # of induced paths
+MOST_SETS = 100_000  # of eliminated vertices
+MOST_STEPS = 20_000  # of the search for a spanning cycle
+MOST_NODES = 1_000  # of the search tree of an integer program
+
+
+class TooLong(Exception):
+    """A limit is reached."""
 
 
 class Program:
@@ -49,9 +55,11 @@ class Program:
                 matrix[row, variable] = factor
         constraints = LinearConstraint(matrix, self.lower, self.upper) if self.rows else None
         result = milp(objective, integrality=np.ones(self.count), bounds=Bounds(0, 1), constraints=constraints,
-                      options={'mip_rel_gap': 0})
+                      options={'mip_rel_gap': 0, 'node_limit': MOST_NODES})
         if result.status == 2:
             return None
+        if result.status == 1:
+            raise TooLong
         if result.status != 0:
             raise RuntimeError(result.message)
         return {variable for variable in range(self.count) if result.x[variable] > 0.5}
@@ -163,7 +171,7 @@ class Searches:
             return within_budget(solver)
 
     def treewidth(self):
-        """Between the degeneracy of minors and an elimination that fills in least, decided by satisfiability."""
+        """Between the degeneracy of minors and an elimination that fills in least, decided by sets."""
         if self.order == 0:
             return None
         widths = [self.treewidth_of(self.graph.subgraph(part)) for part in nx.biconnected_components(self.graph)]
@@ -176,7 +184,7 @@ class Searches:
         if nx.is_chordal(graph):
             return max(len(clique) for clique in nx.find_cliques(graph)) - 1
         while width > least:
-            answer = self.has_width(graph, width - 1)
+            answer = has_width(graph, width - 1)
             if answer is BLANK:
                 return BLANK
             if not answer:
@@ -200,46 +208,6 @@ class Searches:
             graph.remove_node(v)
         return least
 
-    @staticmethod
-    def has_width(graph, width):
-        """M. Samer and H. Veith, "Encoding treewidth into SAT" (2009): an order of the vertices, and the edges that
-        elimination along it fills in."""
-        order = graph.number_of_nodes()
-        before = {}
-        arc = {}
-        used = 0
-        for u in range(order):
-            for v in range(u + 1, order):
-                used += 1
-                before[u, v], before[v, u] = used, -used
-        for u in range(order):
-            for v in range(order):
-                if u != v:
-                    used += 1
-                    arc[u, v] = used
-        clauses = []
-        for u in range(order):
-            for v in range(order):
-                for w in range(order):
-                    if len({u, v, w}) == 3:
-                        clauses.append([-before[u, v], -before[v, w], before[u, w]])
-                        if v < w:
-                            clauses.append([-arc[u, v], -arc[u, w], -before[v, w], arc[v, w]])
-                            clauses.append([-arc[u, v], -arc[u, w], before[v, w], arc[w, v]])
-        for u, v in graph.edges:
-            clauses.append([-before[u, v], arc[u, v]])
-            clauses.append([before[u, v], arc[v, u]])
-        for u in range(order):
-            arcs = [arc[u, v] for v in range(order) if v != u]
-            bound = CardEnc.atmost(arcs, bound=width, top_id=used)
-            used = max(used, bound.nv)
-            clauses += bound.clauses
-        # A largest clique may come last.
-        clique = max(nx.find_cliques(graph), key=len)
-        clauses += [[before[u, v]] for u in graph if u not in clique for v in clique]
-        with Glucose4(bootstrap_with=clauses) as solver:
-            return within_budget(solver)
-
     # Paths and cycles.
 
     def blocks(self):
@@ -259,17 +227,23 @@ class Searches:
         count = sum(sum(counts.values()) for counts in self.cycle_counts)
         return count if count <= MOST_CYCLES else BLANK
 
-    @cache
     def circumference(self):
+        return self.longest_cycle
+
+    @cached_property
+    def longest_cycle(self):
         return max((longest_cycle(block) if counts is None else max(counts)
                     for block, counts in zip(self.blocks(), self.cycle_counts)), default=None)
 
     def hamiltonian(self):
-        return self.order > 2 and self.circumference() == self.order
+        return self.order > 2 and self.longest_cycle == self.order
 
-    @cache
     def longest_path(self):
-        """With one more vertex, adjacent to all, a path is a cycle."""
+        return max(self.longest_paths, default=None)
+
+    @cached_property
+    def longest_paths(self):
+        """Of the components: with one more vertex, adjacent to all, a path is a cycle."""
         longest = []
         for part in self.components():
             order = len(part)
@@ -279,10 +253,10 @@ class Searches:
                 longest.append((longest_cycle(part) if counts is None else max(counts)) - 2)
             else:
                 longest.append(0)
-        return max(longest, default=None)
+        return longest
 
     def traceable(self):
-        return self.order > 0 and self.longest_path() == self.order - 1
+        return self.longest_paths == [self.order - 1]
 
     def longest_induced_path(self):
         return max((longest_induced(part, is_cycle=False) - 1 for part in self.components()), default=None)
@@ -345,6 +319,28 @@ def within_budget(solver):
     return BLANK if answer is None else answer
 
 
+def has_width(graph, width):
+    """Whether an order of elimination meets no vertex with more neighbours: by the sets of vertices that may go first
+    (H. L. Bodlaender et al., "On exact algorithms for treewidth", 2012)."""
+    neighbours = [sum(1 << u for u in graph[v]) for v in range(len(graph))]
+
+    def met(gone, v):
+        """The neighbours of a vertex when others are gone."""
+        reached, following = 1 << v, neighbours[v]
+        while through := following & gone & ~reached:
+            u = through.bit_length() - 1
+            reached |= 1 << u
+            following |= neighbours[u]
+        return (following & ~gone & ~(1 << v)).bit_count()
+
+    sets = {0}
+    for _ in range(len(graph) - width - 1):
+        sets = {gone | 1 << v for gone in sets for v in graph if not gone >> v & 1 and met(gone, v) <= width}
+        if len(sets) > MOST_SETS:
+            return BLANK
+    return bool(sets)
+
+
 def is_automorphic(graph, sources, images):
     """Whether an automorphism maps each vertex of a list to that of the other in the same place."""
     first = refined(graph, sources)
@@ -360,8 +356,8 @@ def is_automorphic(graph, sources, images):
 
 
 def refined(graph, fixed):
-    """The coarsest equitable colouring in which each vertex of a list has a colour of its own. The colours do not depend
-    on the numbers of the vertices."""
+    """The coarsest equitable colouring in which each vertex of a list has a colour of its own. The colours do not
+    depend on the numbers of the vertices."""
     colours = {v: hash((0, fixed.index(v) if v in fixed else -1)) for v in graph}
     count = 0
     while len(set(colours.values())) > count:
@@ -492,7 +488,10 @@ def frontier_order(graph):
 
 
 def longest_cycle(graph):
-    """The most edges of a cycle, by an integer program; separate cycles are ruled out when they come up."""
+    """The most edges of a cycle, by an integer program unless one through all vertices is found soon; separate cycles
+    are ruled out when they come up."""
+    if finds_spanning_cycle(graph):
+        return len(graph)
     program = Program()
     order = graph.number_of_nodes()
     vertices = program.variables(order)
@@ -513,6 +512,30 @@ def longest_cycle(graph):
             inside = min(part)
             for outside in set(graph) - part:
                 program.require(between + [(-2, inside), (-2, outside)], lower=-2)
+
+
+def finds_spanning_cycle(graph):
+    """Whether a search that goes on to vertices with few free neighbours comes upon one."""
+    steps = 0
+    path = [0]
+    free = set(graph) - {0}
+
+    def extend():
+        nonlocal steps
+        steps += 1
+        if not free:
+            return graph.has_edge(path[-1], 0)
+        if steps > MOST_STEPS:
+            return False
+        for v in sorted(free.intersection(graph[path[-1]]), key=lambda v: len(free.intersection(graph[v]))):
+            path.append(v)
+            free.remove(v)
+            if extend():
+                return True
+            free.add(path.pop())
+        return False
+
+    return extend()
 
 
 def longest_induced(graph, is_cycle):
