@@ -24,7 +24,7 @@ Evaluation::Evaluation(std::vector<Expression> formulas, int jobs) : given(std::
 void Evaluation::compute(const GraphNames &names)
 {
     // Few graphs at a time keep all processes busy to the end; many cost less.
-    const size_t pieceLength = std::clamp<size_t>(names.count() / (8 * processes), 1, 64);
+    const size_t pieceLength = std::clamp<size_t>(names.count() / (size_t(8) * processes), 1, 64);
     values.emplace(names.count() * given.size());
     workInProcesses(
         names.count(), pieceLength, processes, [&](size_t graph) { computeGraph(names.at(graph), graph); },
