@@ -61,6 +61,7 @@ int runMain(const std::function<void()> &then, const QStringList &arguments = {}
         words.push_back(QFile::encodeName(argument));
     }
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (QByteArray &word : words) {
         pointers.push_back(word.data());
     }
