@@ -11,7 +11,7 @@ DistanceMatrix::DistanceMatrix(const SmallGraph &graph) : vertices(graph.order),
 
 void DistanceMatrix::findFrom(int source, const SmallGraph &graph)
 {
-    unsigned char *const row = &table[source * vertices];
+    unsigned char *const row = &table[size_t(source) * vertices];
     row[source] = 0;
     uint64_t reached = SmallGraph::bit(source);
     uint64_t level = graph.rows[source];
