@@ -13,12 +13,55 @@ QString quoted(const QString &text)
     return QLatin1Char('\'') + shortened(text.simplified()) + QLatin1Char('\'');
 }
 
+/// Whether @p argument is one of @p options, with one dash or two.
+bool isOption(const QString &argument, const QStringList &options)
+{
+    return argument.startsWith(QLatin1Char('-')) &&
+           options.contains(argument.mid(argument.startsWith(QLatin1String("--")) ? 2 : 1));
+}
+
+/// The command line without what QApplication takes out of it for Qt, and for X11.
+QStringList withoutOptionsOfQt(const QStringList &commandLine)
+{
+    const QStringList flags = QStringLiteral("reverse testability widgetcount nograb dograb").split(QLatin1Char(' '));
+    const QStringList withValue =
+        QStringLiteral("platform platformpluginpath platformtheme plugin qmljsdebugger qwindowgeometry qwindowicon "
+                       "qwindowtitle session style stylesheet display geometry icon name title visual")
+            .split(QLatin1Char(' '));
+    const QStringList withValueInOne = QStringLiteral("qmljsdebugger style stylesheet").split(QLatin1Char(' '));
+    QStringList rest;
+    for (int i = 0; i < commandLine.size(); ++i) {
+        const QString &argument = commandLine[i];
+        if (isOption(argument, withValue) && i + 1 < commandLine.size()) {
+            ++i;
+        } else if (!isOption(argument, flags) &&
+                   !(argument.contains(QLatin1Char('=')) &&
+                     isOption(argument.section(QLatin1Char('='), 0, 0), withValueInOne))) {
+            rest.append(argument);
+        }
+    }
+    return rest;
+}
+
+/// The option called @p name as it was typed, without its value.
+QString typedOption(const QStringList &commandLine, const QString &name)
+{
+    for (const QString &argument : commandLine) {
+        const QString option = argument.section(QLatin1Char('='), 0, 0);
+        if (isOption(option, {name})) {
+            return option;
+        }
+    }
+    return name;
+}
+
 /// What is wrong with a command line that was read, empty when nothing is.
-QString faultOf(const QCommandLineParser &parser, const Arguments &arguments, bool parsed)
+QString faultOf(const QCommandLineParser &parser, const Arguments &arguments, const QStringList &commandLine,
+                bool parsed)
 {
     const QStringList unknown = parser.unknownOptionNames();
     if (!unknown.isEmpty()) {
-        return QStringLiteral("Unknown option %1.").arg(quoted(unknown.first()));
+        return QStringLiteral("Unknown option %1.").arg(quoted(typedOption(commandLine, unknown.first())));
     }
     if (!parsed) {
         return parser.errorText();
@@ -43,7 +86,8 @@ Arguments readArguments(const QStringList &commandLine)
     // The options of Qt have one dash, or two.
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOptions({help, version, workDir});
-    const bool parsed = parser.parse(commandLine);
+    const QStringList ownCommandLine = withoutOptionsOfQt(commandLine);
+    const bool parsed = parser.parse(ownCommandLine);
 
     Arguments arguments;
     arguments.help = parser.isSet(help);
@@ -54,7 +98,7 @@ Arguments readArguments(const QStringList &commandLine)
     if (!parser.positionalArguments().isEmpty()) {
         arguments.database = parser.positionalArguments().first();
     }
-    arguments.fault = faultOf(parser, arguments, parsed);
+    arguments.fault = faultOf(parser, arguments, ownCommandLine, parsed);
     return arguments;
 }
 

@@ -15,7 +15,7 @@ struct Arguments {
     QString fault;                   ///< what is wrong with the command line, one line; empty when nothing is
 };
 
-/// Reads a command line, the name of the program first.
+/// Reads a command line, the name of the program first. The options that are Qt's are passed over.
 Arguments readArguments(const QStringList &commandLine);
 
 /// What the option --help prints.

@@ -16,7 +16,7 @@ namespace
 {
 constexpr int wrongUsage = 2;
 
-/// The arguments before QApplication has taken those of Qt out.
+/// The arguments, before QApplication has taken those of Qt out.
 QStringList allArguments(int argc, char *argv[])
 {
     QStringList all;
@@ -50,22 +50,16 @@ int main(int argc, char *argv[])
     // SIGPIPE would end the program when the reader of standard error, or of a FIFO that a list is saved into, leaves.
     std::signal(SIGPIPE, SIG_IGN);
     failBeyondFileSizeLimit();
-    // QApplication needs a display, which help and the version do without.
-    const Arguments plain = readArguments(allArguments(argc, argv));
-    if (plain.fault.isEmpty()) {
-        if (const std::optional<int> status = answerWithoutWindow(plain)) {
-            return *status;
-        }
+    // QApplication needs a display, which an answer on the command line does without.
+    const Arguments arguments = readArguments(allArguments(argc, argv));
+    if (const std::optional<int> status = answerWithoutWindow(arguments)) {
+        return *status;
     }
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tavoline"));
     QApplication::setOrganizationDomain(QStringLiteral("tavoline.example"));
     QApplication::setApplicationName(QLatin1String(applicationTitle));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/src/images/paragraph.png")));
-    const Arguments arguments = readArguments(QCoreApplication::arguments());
-    if (const std::optional<int> status = answerWithoutWindow(arguments)) {
-        return *status;
-    }
     auto *window = new TAVMainWindow; // deletes itself when it is closed
     window->show();
     if (arguments.workDir) {
