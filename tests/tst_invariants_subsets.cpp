@@ -180,6 +180,32 @@ int eliminationWidth(SmallGraph graph, Subset eliminated)
     return smallest;
 }
 
+SmallGraph grid(int columns, int rows)
+{
+    SmallGraph graph = edgeless(columns * rows);
+    for (int v = 0; v < graph.order; ++v) {
+        if (v % columns != columns - 1) {
+            graph.addEdge(v, v + 1);
+        }
+        if (v + columns < graph.order) {
+            graph.addEdge(v, v + columns);
+        }
+    }
+    return graph;
+}
+
+/// Two cycles of the given length, and the edges between their vertices of the same number.
+SmallGraph prism(int length)
+{
+    SmallGraph graph = edgeless(2 * length);
+    for (int i = 0; i < length; ++i) {
+        graph.addEdge(i, (i + 1) % length);
+        graph.addEdge(length + i, length + (i + 1) % length);
+        graph.addEdge(i, length + i);
+    }
+    return graph;
+}
+
 /// The snark on four times @p petals vertices: a star of three for each petal, whose first leaves are in a cycle and
 /// whose others are in a cycle of twice the length. @p petals must be odd.
 SmallGraph flowerSnark(int petals)
@@ -346,6 +372,9 @@ private slots:
                  {{"chromatic-index", "61"}, {"treewidth", "61"}, {"feedback-vertex-set-number", "60"}});
         addKnown("C62", cycle(62),
                  {{"domination-number", "21"}, {"total-domination-number", "32"}, {"treewidth", "2"}});
+        // The treewidth of a square grid is the length of its side.
+        addKnown("grid of 7 by 7", grid(7, 7), {{"treewidth", "7"}});
+        addKnown("prism over C31", prism(31), {{"treewidth", "4"}});
         // R. Isaacs, "Infinite families of nontrivial trivalent graphs which are not Tait colorable", 1975
         addKnown("flower of 20", flowerSnark(5), {{"chromatic-index", "4"}});
         addKnown("flower of 36", flowerSnark(9), {{"chromatic-index", "4"}});

@@ -3,8 +3,7 @@
 #include "vertexset.h"
 
 #include <algorithm>
-#include <unordered_map>
-#include <utility>
+#include <unordered_set>
 #include <vector>
 
 namespace
@@ -100,98 +99,130 @@ void eliminateForced(Remainder &remainder, int width)
     }
 }
 
-/// The search for an elimination order of a given width from its end: of the vertices of a connected set, the one that
-/// is eliminated last has then all neighbours of the set for its own, and the components of the others are independent
-/// of each other (S. Arnborg, D. G. Corneil and A. Proskurowski, "Complexity of finding embeddings in a k-tree", 1987).
-class Elimination
+/// Whether a connected graph has a tree decomposition of a given width, found from its leaves (H. Tamaki,
+/// "Positive-instance driven dynamic programming for treewidth", 2019). A connected set is feasible when it has, with
+/// its neighbours, a decomposition in which these share a bag. Every bag that is needed is the neighbourhood of a
+/// vertex, or that of a union of feasible sets together with what is adjacent to one of its vertices (V. Bouchitté and
+/// I. Todinca, "Listing all potential maximal cliques of a graph", 2002).
+class Decomposition
 {
 public:
-    Elimination(const SmallGraph &given, int mostNeighbours) : graph(given), width(mostNeighbours) {}
-
-    /// Whether the width is enough for every component of @p set.
-    bool succeeds(VertexSet set)
+    /// The graph on the connected set @p rest, with bags of at most @p mostInBag vertices.
+    Decomposition(const SmallGraph &given, VertexSet rest, int mostInBag)
+        : graph(given)
+        , all(rest)
+        , largestBag(mostInBag)
     {
-        while (set != 0) {
-            const VertexSet component = reachable(graph, SmallGraph::bit(firstVertex(set)), set);
-            if (!succeedsIn(component)) {
-                return false;
-            }
-            set &= ~component;
+    }
+
+    bool exists()
+    {
+        for (const int v : VerticesOf(all)) {
+            tryBag(graph.rows[v] | SmallGraph::bit(v));
         }
-        return true;
+        // Sets are found while others are combined.
+        for (size_t next = 0; next < found.size() && !isComplete; ++next) {
+            combine(found[next]);
+        }
+        return isComplete;
     }
 
 private:
-    bool succeedsIn(VertexSet component)
-    {
-        const VertexSet around = neighbours(component);
-        if (vertexCount(around) > width) {
-            return false;
-        }
-        if (vertexCount(around | component) <= width + 1) {
-            return true;
-        }
-        const auto known = results.find(component);
-        if (known != results.end()) {
-            return known->second;
-        }
-        const bool result = search(component, around);
-        constexpr size_t mostKept = 1 << 20; // about 50 MB
-        if (results.size() < mostKept) {
-            results[component] = result;
-        }
-        return result;
-    }
+    /// A union of feasible sets that are not adjacent to each other.
+    struct Union {
+        VertexSet inside;
+        VertexSet around;
+    };
 
-    bool search(VertexSet component, VertexSet around)
+    /// Adds the feasible @p set to every union that stands beside it.
+    void combine(VertexSet set)
     {
-        for (const int u : VerticesOf(around)) {
-            const VertexSet inside = graph.rows[u] & component;
-            if (vertexCount(inside) == 1) { // takes the place of u without harm
-                return succeeds(component & ~inside);
+        const VertexSet around = neighbours(set);
+        for (const int v : VerticesOf(all & ~set)) {
+            const VertexSet bag = graph.rows[v] | SmallGraph::bit(v);
+            if ((around & ~bag) == 0) {
+                tryBag(bag);
             }
         }
-        if (lowerBound(withClique(component, around)) > width) {
-            return false;
+        const size_t others = unions.size();
+        extend({set, around});
+        for (size_t i = 0; i < others && !isComplete; ++i) {
+            const Union other = unions[i];
+            if ((other.inside & (set | around)) == 0 && vertexCount(other.around | around) <= largestBag) {
+                extend({other.inside | set, other.around | around});
+            }
         }
-        std::vector<std::pair<int, int>> candidates; // with the number of vertices around what they leave
-        for (const int v : VerticesOf(component)) {
-            candidates.emplace_back(vertexCount(neighbours(component & ~SmallGraph::bit(v))), v);
+    }
+
+    void extend(const Union &sets)
+    {
+        unions.push_back(sets);
+        for (const int v : VerticesOf(sets.around)) {
+            tryBag(sets.around | (graph.rows[v] & ~sets.inside));
         }
-        std::sort(candidates.begin(), candidates.end());
-        return std::any_of(candidates.begin(), candidates.end(), [&](const std::pair<int, int> &candidate) {
-            return succeeds(component & ~SmallGraph::bit(candidate.second));
-        });
+    }
+
+    /// Keeps what is feasible with @p bag at its top.
+    void tryBag(VertexSet bag)
+    {
+        if (vertexCount(bag) > largestBag) {
+            return;
+        }
+        VertexSet missing = 0; // the components that are not known to be feasible
+        std::vector<VertexSet> components;
+        for (VertexSet others = all & ~bag; others != 0; others &= ~components.back()) {
+            components.push_back(reachable(graph, SmallGraph::bit(firstVertex(others)), others));
+            if (feasible.count(components.back()) == 0) {
+                missing |= components.back();
+            }
+        }
+        if (missing == 0) {
+            isComplete = true;
+            return;
+        }
+        for (const VertexSet above : components) {
+            const VertexSet border = neighbours(above);
+            const VertexSet own = bag & ~border;
+            if (own == 0) {
+                continue;
+            }
+            const VertexSet below = reachable(graph, SmallGraph::bit(firstVertex(own)), all & ~border);
+            if ((own & ~below) == 0 && (below & missing) == 0 && feasible.insert(below).second) {
+                found.push_back(below);
+            }
+        }
     }
 
     VertexSet neighbours(VertexSet set) const
     {
-        VertexSet all = 0;
+        VertexSet around = 0;
         for (const int v : VerticesOf(set)) {
-            all |= graph.rows[v];
+            around |= graph.rows[v];
         }
-        return all & ~set;
-    }
-
-    /// The graph on both sets, with all edges between vertices of @p around.
-    Remainder withClique(VertexSet component, VertexSet around) const
-    {
-        Remainder result;
-        result.rest = component | around;
-        result.graph.order = graph.order;
-        for (const int v : VerticesOf(component)) {
-            result.graph.rows[v] = graph.rows[v];
-        }
-        for (const int v : VerticesOf(around)) {
-            result.graph.rows[v] = ((graph.rows[v] & component) | around) & ~SmallGraph::bit(v);
-        }
-        return result;
+        return around & ~set;
     }
 
     const SmallGraph &graph;
-    const int width;
-    std::unordered_map<VertexSet, bool> results;
+    const VertexSet all;
+    const int largestBag;
+    bool isComplete = false;
+    std::unordered_set<VertexSet> feasible;
+    std::vector<VertexSet> found; // the same in the order of their finding
+    std::vector<Union> unions;
 };
+
+/// Whether the width @p width is enough for every component of @p remainder.
+bool hasDecompositions(const Remainder &remainder, int width)
+{
+    VertexSet component = 0;
+    for (VertexSet rest = remainder.rest; rest != 0; rest &= ~component) {
+        component = reachable(remainder.graph, SmallGraph::bit(firstVertex(rest)), rest);
+        if (!Decomposition(remainder.graph, component, width + 1).exists()) {
+            return false;
+        }
+    }
+    return true;
+}
 } // namespace
 
 int treewidth(const SmallGraph &graph)
@@ -200,7 +231,7 @@ int treewidth(const SmallGraph &graph)
     for (int width = lowerBound(whole);; ++width) {
         Remainder remainder = whole;
         eliminateForced(remainder, width);
-        if (Elimination(remainder.graph, width).succeeds(remainder.rest)) {
+        if (hasDecompositions(remainder, width)) {
             return width;
         }
     }
