@@ -1,7 +1,6 @@
 #include "canonicalform.h"
 
 #include <algorithm>
-#include <cmath>
 #include <nauty.h>
 
 static_assert(sizeof(setword) == sizeof(uint64_t), "a row of a SmallGraph is a set of nauty with one word");
@@ -17,6 +16,15 @@ struct NautyMemory {
         nauty_freedyn();
     }
 };
+
+thread_local double groupSize = 1.0;
+
+/// nauty calls this for each factor of the number of automorphisms. The product that it keeps itself is rounded where
+/// it exceeds 10^10.
+void multiplyGroupSize(int *, int *, int, int *, statsblk *, int, int factor, int, int, int, int)
+{
+    groupSize *= factor;
+}
 } // namespace
 
 CanonicalForm canonicalForm(const SmallGraph &given)
@@ -30,6 +38,8 @@ CanonicalForm canonicalForm(const SmallGraph &given)
     static DEFAULTOPTIONS_GRAPH(defaults);
     optionblk options = defaults;
     options.getcanon = TRUE;
+    options.userlevelproc = multiplyGroupSize;
+    groupSize = 1.0;
     statsblk statistics;
     std::array<setword, SmallGraph::maxOrder> rows{};
     std::array<setword, SmallGraph::maxOrder> canonicalRows{};
@@ -39,6 +49,6 @@ CanonicalForm canonicalForm(const SmallGraph &given)
     densenauty(rows.data(), labels.data(), partition.data(), form.orbits.data(), &options, &statistics, 1, given.order,
                canonicalRows.data());
     std::copy_n(canonicalRows.begin(), given.order, form.graph.rows.begin());
-    form.automorphisms = statistics.grpsize1 * std::pow(10.0, statistics.grpsize2);
+    form.automorphisms = groupSize;
     return form;
 }
