@@ -171,6 +171,11 @@ bool TAVManager::saveList(const QString &listName, const QString &fileName)
     });
 }
 
+bool TAVManager::hasGraphs() const
+{
+    return !loading && !engine->records().isEmpty();
+}
+
 void TAVManager::visitNames(const std::function<void(const QString &)> &take) const
 {
     if (loading) {

@@ -66,6 +66,8 @@ public:
     /// written, in which case a file that stood there is as it was.
     bool saveList(const QString &listName, const QString &fileName);
 
+    /// Whether there is a database with a graph in it, and no load runs.
+    bool hasGraphs() const;
     /// Calls @p take with the name of every graph of the database, in its order; with none while a load runs.
     void visitNames(const std::function<void(const QString &name)> &take) const;
 

@@ -712,14 +712,6 @@ private slots:
         QCOMPARE(result.status, 0);
     }
 
-    void graphsWithoutADatabase()
-    {
-        const ToolResult result = runFile("list-from-graphs a examples/regular-8.g6\nlists\n");
-        QCOMPARE(result.output, QByteArray("Not in the database : 17 of 17 graph(s), the first is G?qa`_\n"
-                                           "Empty list, not added.\nList added : a\n"));
-        QCOMPARE(result.status, 0);
-    }
-
     // What is printed.
 
     void onlyWhatIsAskedFor()
@@ -745,14 +737,16 @@ private slots:
         QTest::addColumn<QByteArray>("console");
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("save graphs") << QByteArray("save-graphs g") << QByteArray("No data to save.\n")
-                                     << QByteArray("tav: script:1: save-graphs failed\n");
+                                     << QByteArray("tav: script:1: save-graphs failed: there is no database\n");
         QTest::newRow("save I1") << QByteArray("save-i1 g") << QByteArray("No data to save.\n")
-                                 << QByteArray("tav: script:1: save-i1 failed\n");
+                                 << QByteArray("tav: script:1: save-i1 failed: there is no database\n");
         QTest::newRow("load I1") << QByteArray("load-i1 examples/connected-8.size.txt")
                                  << QByteArray("No data to match.\nLoad failed\n")
-                                 << QByteArray("tav: script:1: load-i1 failed\n");
+                                 << QByteArray("tav: script:1: load-i1 failed: there is no database\n");
         QTest::newRow("compute I1") << QByteArray("compute-i1 size") << QByteArray("No data to match.\n")
-                                    << QByteArray("tav: script:1: compute-i1 failed\n");
+                                    << QByteArray("tav: script:1: compute-i1 failed: there is no database\n");
+        QTest::newRow("find graphs") << QByteArray("list-from-graphs a examples/regular-8.g6") << QByteArray()
+                                     << QByteArray("tav: script:1: list-from-graphs failed: there is no database\n");
         QTest::newRow("derive") << QByteArray("avg-all") << QByteArray() << QByteArray();
         QTest::newRow("compare") << QByteArray("list-ge a") << QByteArray("Empty list\n") << QByteArray();
         QTest::newRow("clear") << QByteArray("clear") << QByteArray() << QByteArray();
@@ -768,6 +762,17 @@ private slots:
         QCOMPARE(result.output, console);
         QCOMPARE(result.errors, start + message);
         QCOMPARE(result.status, message.isEmpty() ? 0 : 1);
+        const ToolResult quiet = runTav(words({"run", "-q", "-"}), line);
+        QCOMPARE(quiet.errors, start + QByteArray(message).replace("script", "standard input"));
+    }
+
+    /// A file without graphs makes a database that is none.
+    void anEmptyDatabase()
+    {
+        folder->write("empty.tav", "\n");
+        const ToolResult result = runFile("load empty.tav\ncompute-i1 order\n");
+        QVERIFY2(result.errors.endsWith("tav: script:2: compute-i1 failed: there is no database\n"),
+                 result.errors.constData());
     }
 
     void anEmptyListIsNoFailureButIsNotThere()

@@ -17,7 +17,7 @@
 
 namespace
 {
-/// Why the command cannot succeed with the lists that there are; empty when it can.
+/// Why the command cannot succeed with the lists and the database that there are; empty when it can.
 QString obstacle(const ScriptStep &step, const TAVManager &manager)
 {
     for (int i = 0; i < step.arguments.size(); ++i) {
@@ -43,7 +43,7 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
             break;
         }
     }
-    return {};
+    return step.command->needsGraphs && !manager.hasGraphs() ? QStringLiteral("there is no database") : QString();
 }
 
 bool isLastArgument(const ScriptStep &step, ScriptArgument::Kind kind)

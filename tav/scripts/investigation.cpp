@@ -117,7 +117,7 @@ bool Investigation::computeInvariant(SetInvariant set, const QString &expression
 
 bool Investigation::addListFromGraphs(const QString &name, const QString &file)
 {
-    if (name.isEmpty() || manager.indexOf(name) >= 0) {
+    if (name.isEmpty() || manager.indexOf(name) >= 0 || !manager.hasGraphs()) {
         return false;
     }
     const std::vector<std::string> graphs = readGraphStrings(file);

@@ -33,7 +33,8 @@ public:
     bool computeInvariant(SetInvariant set, const QString &expression);
     /// Adds the list @p name of the graphs of the database that are isomorphic to those of the file @p file, in the
     /// order of the file; tells on the console how many the database does not hold. Returns false when the name is
-    /// empty or taken; throws CommandError when the file cannot be read or a line of it is no graph.
+    /// empty or taken or there is no database; throws CommandError when the file cannot be read or a line of it is no
+    /// graph.
     bool addListFromGraphs(const QString &name, const QString &file);
     /// Prints the name and the length of every list, separated by a tab, one list a line.
     void printLists();

@@ -26,6 +26,7 @@ struct ScriptCommand {
     const char *summary;
     /// Carries the command out and returns whether it succeeded.
     std::function<bool(Investigation &investigation, const QStringList &arguments)> run;
+    bool needsGraphs = false; ///< it fails without a database
 
     /// The name and the names of the arguments.
     QString usage() const;
