@@ -170,13 +170,15 @@ private slots:
         const char *const gml = "GML, which Python's networkx converts (read_gml, write_graph6)";
         const char *const json =
             "JSON; if it is of Python's networkx, that converts it (node_link_graph, write_graph6)";
-        const char *const graphviz = "the language of Graphviz, which tav does not read";
+        const char *const graphviz = "the language of Graphviz, which gv2gml makes GML of; Python's networkx converts "
+                                     "that (read_gml with label='id', write_graph6)";
         row("digraph6", "&BP_", directed);
         row("digraph6 with a header", ">>digraph6<<&BP_", directed);
         row("incremental sparse6", ";w", "incremental sparse6, which nauty-copyg -s converts");
-        row("planar code", ">>planar_code<<\x04\x02", "planar code, which tav does not read");
-        row("planar code with the order of bytes", ">>planar_code le<<", "planar code, which tav does not read");
-        row("edge code", ">>edge_code<<", "edge code, which tav does not read");
+        row("planar code", ">>planar_code<<\x04\x02", "planar code, in whose place plantri writes graph6 with -g");
+        row("planar code with the order of bytes", ">>planar_code le<<",
+            "planar code, in whose place plantri writes graph6 with -g");
+        row("edge code", ">>edge_code<<", "edge code, in whose place plantri writes graph6 with -g");
         row("edge list", "0 1", edges);
         row("edge list with tabs", "10\t11", edges);
         row("edge list with signs", "-1 12", edges);

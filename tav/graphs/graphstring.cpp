@@ -65,15 +65,16 @@ struct Beginning {
 constexpr const char *digraph6 = "digraph6, whose graphs are directed; nauty-underlyingg makes undirected ones of them";
 constexpr const char *gml = "GML, which Python's networkx converts (read_gml, write_graph6)";
 constexpr const char *json = "JSON; if it is of Python's networkx, that converts it (node_link_graph, write_graph6)";
-constexpr const char *graphviz = "the language of Graphviz, which tav does not read";
+constexpr const char *graphviz = "the language of Graphviz, which gv2gml makes GML of; Python's networkx converts that "
+                                 "(read_gml with label='id', write_graph6)";
 
 /// How lines of other formats begin.
 constexpr std::array beginnings = {
     Beginning{"&", digraph6},
     Beginning{">>digraph6<<", digraph6},
     Beginning{";", "incremental sparse6, which nauty-copyg -s converts"},
-    Beginning{">>planar_code", "planar code, which tav does not read"},
-    Beginning{">>edge_code", "edge code, which tav does not read"},
+    Beginning{">>planar_code", "planar code, in whose place plantri writes graph6 with -g"},
+    Beginning{">>edge_code", "edge code, in whose place plantri writes graph6 with -g"},
     Beginning{"c ", "DIMACS, which nauty-dimacs2g converts if the line 'p' says 'edge'"},
     Beginning{"p edge ", "DIMACS, which nauty-dimacs2g converts"},
     Beginning{"p col ", "DIMACS, which nauty-dimacs2g converts once 'p col' is 'p edge'"},
