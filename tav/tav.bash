@@ -41,6 +41,14 @@ _tav_invariants()
     "$1" invariant --list 2>/dev/null | sed -n 's/^  \([a-z0-9-]*\) .*/\1/p'
 }
 
+# _tav_expression CURRENT TAV: completes the last name in an expression, which may stand between quotes.
+_tav_expression()
+{
+    local text=${1#[\'\"]} name
+    name=${text##*[!a-z0-9_]}
+    mapfile -t COMPREPLY < <(compgen -P "${text%"$name"}" -W "$(_tav_invariants "$2" | tr - _)" -- "$name")
+}
+
 _tav()
 {
     local tav=${COMP_WORDS[0]/#\~/$HOME} command=${COMP_WORDS[1]}
@@ -89,10 +97,18 @@ _tav()
     *)
         if [[ $current == -* ]]; then
             _tav_words "$current" "${options[@]}"
+        elif [[ $command == filter && $(_tav_operands) == 0 ]]; then
+            _tav_expression "$current" "$tav"
+        elif [[ $command == invariant && $current == [\'\"]* ]]; then
+            _tav_expression "$current" "$tav"
         elif [[ $command == invariant && $(_tav_operands) == 0 ]]; then
             _tav_words "$current" "$(_tav_invariants "$tav")"
-        elif [[ $command == filter && $(_tav_operands) == 0 ]]; then
-            _tav_words "$current" "$(_tav_invariants "$tav" | tr - _)"
+        elif [[ $command == invariant && -n $current ]]; then
+            # Another expression or the database.
+            _tav_words "$current" "$(_tav_invariants "$tav")"
+            local names=("${COMPREPLY[@]}")
+            _tav_files "$current" "$input"
+            COMPREPLY+=("${names[@]}")
         else
             _tav_files "$current" "$input"
         fi

@@ -105,6 +105,7 @@ void TestInvariantReference::everyInvariantHasOne()
             const auto found = reference->invariants.find(invariant.name);
             QVERIFY2(found != reference->invariants.end(), invariant.name);
             QCOMPARE(found->second.texts.size(), reference->graphs.size());
+            QVERIFY2(found->second.areIntegers == (invariant.kind == ValueKind::Integer), invariant.name);
         }
         QCOMPARE(reference->invariants.size(), invariants().size());
     }

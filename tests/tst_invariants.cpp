@@ -22,7 +22,11 @@ const double pi = std::acos(-1.0);
 
 double factorial(int n)
 {
-    return std::tgamma(n + 1.0);
+    double product = 1.0;
+    for (int factor = 2; factor <= n; ++factor) {
+        product *= factor;
+    }
+    return product;
 }
 
 /// What is known of a graph: values of invariants.
@@ -537,6 +541,11 @@ void TestInvariants::texts_data()
     QTest::newRow("no zero") << 2e-12 << QByteArray("2e-12");
     QTest::newRow("twelve digits") << std::sqrt(2.0) << QByteArray("1.41421356237");
     QTest::newRow("negative") << -1.5 << QByteArray("-1.5");
+    QTest::newRow("a large integer") << 1792160394037.0 << QByteArray("1792160394037"); // 13^11
+    QTest::newRow("a round integer") << -1e15 << QByteArray("-1000000000000000");
+    QTest::newRow("the largest exact integer") << 0x1p53 - 1 << QByteArray("9007199254740991");
+    QTest::newRow("an integer that may be rounded") << 0x1p53 << QByteArray("9.00719925474e+15");
+    QTest::newRow("large, no integer") << 1792160394037.5 << QByteArray("1.79216039404e+12");
     QTest::newRow("large") << factorial(62) << QByteArray("3.14699732604e+85");
 }
 
@@ -562,12 +571,15 @@ void TestInvariants::memoryIsGivenBack()
 {
     const SmallGraph graph = complete(5);
     for (const Invariant &invariant : invariants()) {
-        valueOf(invariant.name, graph); // what a library sets up once stays
+        for (int i = 0; i < 1000; ++i) { // what a library sets up once stays
+            valueOf(invariant.name, graph);
+        }
         const size_t before = heapUse();
         for (int i = 0; i < 1000; ++i) {
             valueOf(invariant.name, graph);
         }
-        QVERIFY2(heapUse() < before + 1000, invariant.name);
+        // A block that is lost each time makes 32 kB; glibc keeps some blocks for the thread and counts them as used.
+        QVERIFY2(heapUse() < before + 10000, invariant.name);
     }
 }
 

@@ -65,6 +65,12 @@ private slots:
                   {"complement-components", "5"},
                   {"cyclomatic-number", "6"},
                   {"orbits", "1"}});
+        addKnown("K15", complete(15), {{"automorphisms", "1307674368000"}});
+        addKnown("K16", complete(16), {{"automorphisms", "20922789888000"}});
+        addKnown("K17", complete(17), {{"automorphisms", "355687428096000"}});
+        addKnown("K18", complete(18), {{"automorphisms", "6402373705728000"}});
+        addKnown("K9,9", completeBipartite(9, 9), {{"automorphisms", "263363788800"}});
+        addKnown("K9,10", completeBipartite(9, 10), {{"automorphisms", "1316818944000"}});
         addKnown("K62", complete(62),
                  {{"density", "1"}, {"triangles", "37820"}, {"cliques", "1"}, {"complement-components", "62"}});
         addKnown("C3", cycle(3), {{"cliques", "1"}, {"complement-components", "3"}});

@@ -90,6 +90,64 @@ private slots:
         QCOMPARE(result.output, QByteArray("graph\torder\n@\t1\nBW\t3\nBw\t3\n"));
     }
 
+    void anExpressionThatBeginsWithASign()
+    {
+        const QByteArray graphs = "BW\nBw\n";
+        QCOMPARE(runTav(words({"invariant", "-j", "1", "--", "-order + size", "-"}), graphs).output,
+                 QByteArray("GRAPH\tINV1\nBW\t-1\nBw\t0\n"));
+        // Here '-1' is a value of an option.
+        QCOMPARE(runTav(words({"invariant", "-j", "-1", "order", "-"}), graphs).errors.split('\n').first(),
+                 QByteArray("tav: Not a number of processors from 1 to 1024: '-1'."));
+    }
+
+    /// However the names are written.
+    void noFileIsReadAndWritten()
+    {
+        const TestFolder folder;
+        const QByteArray lines = "@\nBw\n";
+        folder.write("x.tav", lines);
+        QVERIFY(QFile::link(folder.path("x.tav"), folder.path("link")));
+        const auto errorsOf = [&](const QStringList &arguments) {
+            const ToolResult result = runTav(words({"invariant", "order"}) + arguments, {}, folder.path());
+            [&] { QCOMPARE(result.status, 2); }();
+            [&] { QCOMPARE(contents(folder.path("x.tav")), lines); }();
+            return result.errors.split('\n').first();
+        };
+        for (const char *name : {"x.tav", "./x.tav", "link"}) {
+            QCOMPARE(errorsOf(words({"-o", name, "x.tav"})),
+                     QByteArray("tav: x.tav would be read and written at once."));
+        }
+        QCOMPARE(errorsOf({QStringLiteral("--table"), folder.path("x.tav"), QStringLiteral("x.tav")}),
+                 QByteArray("tav: x.tav would be read and written at once."));
+        QCOMPARE(errorsOf(words({"-o", "link", "./x.tav"})),
+                 QByteArray("tav: ./x.tav would be read and written at once."));
+        const QByteArray same = "tav: Two outputs are the same file.";
+        QCOMPARE(errorsOf(words({"size", "-o", "new", "-o", "./new", "x.tav"})), same);
+        QVERIFY(!QFile::exists(folder.path("new")));
+        folder.write("old", "old");
+        QVERIFY(QFile::link(folder.path("old"), folder.path("link of old")));
+        QCOMPARE(errorsOf(words({"size", "-o", "old", "-o", "link of old", "x.tav"})), same);
+        QCOMPARE(contents(folder.path("old")), QByteArray("old"));
+        // Through the shell, too: it could go on for ever.
+        const ToolResult shell = runProgram(
+            QStringLiteral("bash"),
+            {QStringLiteral("-c"), QStringLiteral("\"$0\" filter order x.tav >> x.tav"), QStringLiteral(TAVOLINE_TAV)},
+            {}, folder.path());
+        QCOMPARE(shell.errors.split('\n').first(), QByteArray("tav: x.tav would be read and written at once."));
+        QCOMPARE(contents(folder.path("x.tav")), lines);
+        QCOMPARE(runTav(words({"names", "-o", "link", "x.tav"}), "@\n", folder.path()).errors.split('\n').first(),
+                 QByteArray("tav: x.tav would be read and written at once."));
+    }
+
+    /// A device is not replaced: it may be named twice, once as input.
+    void aDeviceIsReadAndWritten()
+    {
+        const ToolResult result =
+            runTav(words({"invariant", "order", "size", "-o", "/dev/null", "-o", "/dev/../dev/null", "-"}), "@\n");
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
+
     void allOutputsOrNone()
     {
         const QTemporaryDir folder;
@@ -160,7 +218,16 @@ private slots:
                                            << QByteArray("Expression 'girth <', column 8: something is missing at the "
                                                          "end");
         QTest::newRow("a database only") << words({"invariant", "girth.tav"})
-                                         << QByteArray("Expression 'girth.tav', column 6: unexpected '.'");
+                                         << QByteArray("Expression 'girth.tav': the name of a file, where an "
+                                                       "expression is expected");
+        const QByteArray taken = " is taken for options: an expression that begins with '-' stands behind '--'.";
+        for (const char *expression : {"-girth", "-1", "-order", "- (girth)", "-.5*girth", "-sqrt(girth)", "- -1"}) {
+            QTest::newRow(expression) << words({"invariant", expression, "x.tav"})
+                                      << '\'' + QByteArray(expression) + '\'' + taken;
+        }
+        QTest::newRow("no expression") << words({"invariant", "-grith", "x.tav"}) << QByteArray("Unknown option 'g'.");
+        QTest::newRow("a long option") << words({"invariant", "--order", "x.tav"})
+                                       << QByteArray("Unknown option 'order'.");
         QTest::newRow("two expressions") << words({"invariant", "girth", "order", "-o", "a.txt", "x.tav"})
                                          << QByteArray(
                                                 "'-o' expected once for each of the 2 expressions, or '--table'.");

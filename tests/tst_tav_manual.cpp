@@ -194,6 +194,19 @@ private slots:
                                                   << words({"radius", "randic-index", "rank"});
         QTest::newRow("database of an invariant")
             << words({"invariant", "girth", "-o", "x.txt", ""}) << words({"data", "small.tav"});
+        QTest::newRow("another invariant or the database")
+            << words({"invariant", "girth", "s"})
+            << words({"second-eigenvalue", "second-zagreb-index", "self-complementary", "signless-laplacian-energy",
+                      "signless-laplacian-radius", "signless-laplacian-smallest", "size", "small.tav",
+                      "smallest-eigenvalue", "spanning-trees", "spectral-radius", "sum-connectivity-index",
+                      "szeged-index"});
+        QTest::newRow("in an expression") << words({"invariant", "'girth + average_d"})
+                                          << words({"girth + average_degree", "girth + average_distance"});
+        QTest::newRow("in the second expression") << words({"invariant", "girth", "\"2*rad"}) << words({"2*radius"});
+        QTest::newRow("in a condition") << words({"filter", "'girth == 5 and not tr"})
+                                        << words({"girth == 5 and not traceable", "girth == 5 and not tree",
+                                                  "girth == 5 and not treewidth", "girth == 5 and not triangle_free",
+                                                  "girth == 5 and not triangles"});
         QTest::newRow("output of an invariant")
             << words({"invariant", "girth", "-o", ""}) << words({"data", "girth.txt"});
         QTest::newRow("table") << words({"invariant", "girth", "--table", ""}) << words({"data"});

@@ -51,7 +51,7 @@ void runFilter(const QStringList &arguments)
             "Graph6 or sparse6 strings, one a line, or a database; by default, and for '-', standard input."),
         QStringLiteral("[FILE]"));
     parser.addOptions({count, first, invert, jobsOption()});
-    if (!parseArguments(parser, arguments, expressionHelp)) {
+    if (!parseExpressionArguments(parser, arguments)) {
         return;
     }
     QStringList operands = parser.positionalArguments();
@@ -63,10 +63,12 @@ void runFilter(const QStringList &arguments)
     expectNoMore(operands.mid(1));
     const qint64 most = firstCount(parser, first);
     const auto isWanted = parser.isSet(invert) ? isFalse : isTrue;
+    const QString input = operands.value(0, standardStream);
+    expectDifferentFiles(input, {standardStream});
     Evaluation evaluation(std::move(expressions), jobCount(parser));
     writeOutput(standardStream, [&](const Write &write) {
         qint64 found = 0;
-        passGraphs(operands.value(0, standardStream), evaluation, [&](const GraphNames &names) {
+        passGraphs(input, evaluation, [&](const GraphNames &names) {
             QByteArray lines;
             for (size_t graph = 0; graph < names.count() && found < most; ++graph) {
                 if (isWanted(evaluation.value(graph, 0))) {

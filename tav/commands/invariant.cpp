@@ -158,7 +158,11 @@ Outputs outputsOf(const QCommandLineParser &parser, const QCommandLineOption &ta
 QByteArray invariantText(std::optional<double> value)
 {
     constexpr int digits = 12;
-    return value ? QByteArray::number(withoutRoundingError(*value), 'g', digits) : QByteArrayLiteral("NA");
+    if (!value) {
+        return QByteArrayLiteral("NA");
+    }
+    const double number = withoutRoundingError(*value);
+    return isExactInteger(number) ? QByteArray::number(qint64(number)) : QByteArray::number(number, 'g', digits);
 }
 
 void runInvariant(const QStringList &arguments)
@@ -185,7 +189,7 @@ void runInvariant(const QStringList &arguments)
         QStringLiteral("DATABASE"),
         QStringLiteral("The database, whose names are graph6 strings; '-' is standard input."));
     parser.addOptions({list, outputOption(), table, jobsOption()});
-    if (!parseArguments(parser, arguments, expressionHelp)) {
+    if (!parseExpressionArguments(parser, arguments)) {
         return;
     }
     const QStringList operands = parser.positionalArguments();
@@ -196,6 +200,7 @@ void runInvariant(const QStringList &arguments)
     }
     std::vector<Expression> expressions = expressionsOf(operands);
     const Outputs outputs = outputsOf(parser, table, int(expressions.size()));
+    expectDifferentFiles(operands.last(), outputs.paths);
     Evaluation evaluation(std::move(expressions), jobCount(parser));
     writeValues(operands.last(), evaluation, outputs);
 }

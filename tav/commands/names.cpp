@@ -148,5 +148,6 @@ void runNames(const QStringList &arguments)
     options.strict = parser.isSet(strict);
     options.jobs = jobCount(parser);
     options.output = outputPath(parser);
+    expectDifferentFiles(options.database, {options.output});
     findNames(options);
 }

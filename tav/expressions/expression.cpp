@@ -4,6 +4,8 @@
 #include "nearestname.h"
 #include "tolerance.h"
 
+#include <QCommandLineParser>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -20,6 +22,8 @@ namespace
 /// muParser reads no longer ones.
 constexpr int longestExpression = 4000; // characters
 
+constexpr int none = -1;
+
 // Operations on numbers; NaN is an undefined one. muParser works with NaN as the processor does, where a comparison
 // with it is false: so all operations are defined here.
 
@@ -30,23 +34,21 @@ double finite(double value)
     return std::isfinite(value) ? value : undefined;
 }
 
-bool areIntegers(double a, double b)
-{
-    return std::nearbyint(a) == a && std::nearbyint(b) == b;
-}
-
-bool areEqual(double a, double b)
+bool areClose(double a, double b)
 {
     constexpr double relativeTolerance = 1e-12;
-    if (areIntegers(a, b)) {
-        return a == b;
-    }
     return std::abs(a - b) <= std::max(TOLERANCE, relativeTolerance * std::max(std::abs(a), std::abs(b)));
+}
+
+/// For the results of integers alone.
+bool areEqual(double a, double b)
+{
+    return isExactInteger(a) && isExactInteger(b) ? a == b : areClose(a, b);
 }
 
 bool holds(double value)
 {
-    return !areEqual(value, 0.0);
+    return !areClose(value, 0.0);
 }
 
 /// The truth of @p statement on two numbers, undefined when one of them is.
@@ -55,29 +57,31 @@ template<bool (*statement)(double, double)> double truth(double a, double b)
     return std::isnan(a) || std::isnan(b) ? undefined : double(statement(a, b));
 }
 
-bool isLess(double a, double b)
+// The other comparisons follow from what counts as equal.
+
+template<bool (*equal)(double, double)> bool differ(double a, double b)
 {
-    return a < b && !areEqual(a, b);
+    return !equal(a, b);
 }
 
-bool isGreater(double a, double b)
+template<bool (*equal)(double, double)> bool isLess(double a, double b)
 {
-    return isLess(b, a);
+    return a < b && !equal(a, b);
 }
 
-bool isAtMost(double a, double b)
+template<bool (*equal)(double, double)> bool isGreater(double a, double b)
 {
-    return !isLess(b, a);
+    return isLess<equal>(b, a);
 }
 
-bool isAtLeast(double a, double b)
+template<bool (*equal)(double, double)> bool isAtMost(double a, double b)
 {
-    return !isLess(a, b);
+    return !isLess<equal>(b, a);
 }
 
-bool differ(double a, double b)
+template<bool (*equal)(double, double)> bool isAtLeast(double a, double b)
 {
-    return !areEqual(a, b);
+    return !isLess<equal>(a, b);
 }
 
 bool bothHold(double a, double b)
@@ -121,6 +125,12 @@ double power(double a, double b)
     return std::isnan(a) || std::isnan(b) ? undefined : finite(std::pow(a, b));
 }
 
+/// What "not not" is.
+double truthOf(double a)
+{
+    return std::isnan(a) ? undefined : double(holds(a));
+}
+
 double same(double a)
 {
     return a;
@@ -155,7 +165,7 @@ double absolute(double a)
 template<double (*round)(double)> double rounded(double a)
 {
     const double nearest = std::nearbyint(a);
-    return areEqual(a, nearest) ? nearest : round(a);
+    return areClose(a, nearest) ? nearest : round(a);
 }
 
 /// The first of @p count numbers that @p precedes all others, undefined when one of them is.
@@ -191,7 +201,37 @@ const QStringList functions = {
     QStringLiteral("min"),  QStringLiteral("max"),   QStringLiteral("if"),
 };
 
-/// Gives @p parser all operations and none of its own. The words are symbols to it: see Reader.
+bool isSign(char symbol)
+{
+    return symbol == '+' || symbol == '-';
+}
+
+/// The prefix that does what @p first and @p second do one after the other: both signs, or both "not".
+char combined(char first, char second)
+{
+    if (isSign(first)) {
+        return first == second ? '+' : '-';
+    }
+    return first == '!' ? '~' : '!';
+}
+
+/// How the first character of a comparison is written where both sides are made of integers.
+char exactComparison(char first)
+{
+    switch (first) {
+    case '<':
+        return '{';
+    case '>':
+        return '}';
+    case '=':
+        return '#';
+    default: // '!'
+        return '$';
+    }
+}
+
+/// Gives @p parser all operations and none of its own. The words are symbols to it, and some symbols are others: see
+/// Reader.
 void defineOperations(mu::Parser &parser)
 {
     parser.EnableBuiltInOprt(false);
@@ -206,18 +246,25 @@ void defineOperations(mu::Parser &parser)
     };
     binary("||", truth<eitherHolds>, Or);
     binary("&&", truth<bothHold>, And);
-    binary("==", truth<areEqual>, Comparison);
-    binary("!=", truth<differ>, Comparison);
-    binary("<=", truth<isAtMost>, Comparison);
-    binary(">=", truth<isAtLeast>, Comparison);
-    binary("<", truth<isLess>, Comparison);
-    binary(">", truth<isGreater>, Comparison);
+    binary("==", truth<areClose>, Comparison);
+    binary("!=", truth<differ<areClose>>, Comparison);
+    binary("<=", truth<isAtMost<areClose>>, Comparison);
+    binary(">=", truth<isAtLeast<areClose>>, Comparison);
+    binary("<", truth<isLess<areClose>>, Comparison);
+    binary(">", truth<isGreater<areClose>>, Comparison);
+    binary("#=", truth<areEqual>, Comparison);
+    binary("$=", truth<differ<areEqual>>, Comparison);
+    binary("{=", truth<isAtMost<areEqual>>, Comparison);
+    binary("}=", truth<isAtLeast<areEqual>>, Comparison);
+    binary("{", truth<isLess<areEqual>>, Comparison);
+    binary("}", truth<isGreater<areEqual>>, Comparison);
     binary("+", sum, Sum);
     binary("-", difference, Sum);
     binary("*", product, Product);
     binary("/", quotient, Product);
     binary("^", power, Power);
     parser.DefineInfixOprt("!", negation, Not);
+    parser.DefineInfixOprt("~", truthOf, Not);
     parser.DefineInfixOprt("+", same, Sign);
     parser.DefineInfixOprt("-", opposite, Sign);
 
@@ -270,6 +317,10 @@ public:
         if (text.size() > longestExpression) {
             fail(QStringLiteral("more than %1 characters").arg(longestExpression));
         }
+        static const QRegularExpression fileName(QStringLiteral("^\\S+\\.(tav|[gs]6|txt|tsv)$"));
+        if (fileName.match(text).hasMatch()) {
+            fail(QStringLiteral("the name of a file, where an expression is expected"));
+        }
         for (position = 0; position < text.size();) {
             readPart();
         }
@@ -279,6 +330,7 @@ public:
         if (!parts.back().isComplete) {
             fail(parts.back().end, QStringLiteral("something is missing at the end"));
         }
+        endStatement();
     }
 
     const std::string &translation() const { return result; }
@@ -319,12 +371,15 @@ private:
         int begin;
         int end;
         bool isComplete; ///< the expression may end behind it
+        bool isPrefix;   ///< a "not" or a sign
     };
 
-    /// What stands between two parentheses.
+    /// What stands between two parentheses. A statement ends at "and", "or" and a comma.
     struct Level {
-        bool hasArguments;  ///< they are those of a function
-        bool hasComparison; ///< since the last "and", "or" or comma
+        bool hasArguments = false;  ///< the parentheses are those of a function
+        int comparison = none;      ///< where the comparison of the current statement is
+        bool isOfIntegers = true;   ///< nothing but integers is in the current statement
+        bool wereOfIntegers = true; ///< nothing but integers is in those before it
     };
 
     QString textOf(const Part &part) const { return text.mid(part.begin, part.end - part.begin); }
@@ -361,7 +416,7 @@ private:
     void write(std::string_view symbols, int width, bool isComplete)
     {
         result.replace(position, symbols.size(), symbols);
-        parts.push_back({position, position + width, isComplete});
+        parts.push_back({position, position + width, isComplete, false});
         position += width;
     }
 
@@ -374,6 +429,7 @@ private:
             }
         };
         skipDigits();
+        const int digits = end - position;
         if (at(end) == QLatin1Char('.')) {
             ++end;
             skipDigits();
@@ -389,6 +445,9 @@ private:
         if (!isRepresented || isNamePart(at(end)) || at(end) == QLatin1Char('.')) {
             fail(position, QStringLiteral("not a number: %1").arg(quoted(text.mid(position, end + 1 - position))));
         }
+        if (number.size() > digits) {
+            levels.back().isOfIntegers = false;
+        }
         write(number.toStdString(), number.size(), true);
     }
 
@@ -400,15 +459,60 @@ private:
         }
         const QString name = text.mid(position, end - position);
         if (name == QLatin1String("and") || name == QLatin1String("or")) {
-            levels.back().hasComparison = false;
+            endStatement();
             write(name == QLatin1String("and") ? "&&" : "||", name.size(), false);
         } else if (name == QLatin1String("not")) {
-            write("!", name.size(), false);
+            writePrefix('!', name.size());
         } else if (functions.contains(name)) {
-            write(name.toStdString(), name.size(), false);
+            readFunction(name);
         } else {
+            expectLowerCase(name);
             readInvariant(name);
         }
+    }
+
+    /// "And" is no name of an invariant that somebody mistyped.
+    void expectLowerCase(const QString &name) const
+    {
+        static const QStringList words =
+            functions + QStringList{QStringLiteral("and"), QStringLiteral("or"), QStringLiteral("not")};
+        const QString lower = name.toLower();
+        if (words.contains(lower)) {
+            fail(position, QStringLiteral("write '%1'").arg(lower));
+        }
+    }
+
+    /// muParser takes one prefix at a time: of several the last stands for all, and not -x becomes not 0-x.
+    void writePrefix(char prefix, int width)
+    {
+        if (isBehindPrefix()) {
+            char &before = result[size_t(parts.back().begin)];
+            if (isSign(prefix) == isSign(before)) {
+                prefix = combined(before, prefix);
+                before = ' ';
+            } else if (isSign(prefix)) {
+                result[size_t(parts.back().end) - 1] = '0';
+            }
+        }
+        write(std::string_view(&prefix, 1), width, false);
+        parts.back().isPrefix = true;
+    }
+
+    bool isBehindPrefix() const { return !parts.empty() && parts.back().isPrefix; }
+
+    void readFunction(const QString &name)
+    {
+        int next = position + name.size();
+        while (at(next).isSpace()) {
+            ++next;
+        }
+        if (next < text.size() && text[next] != QLatin1Char('(')) {
+            fail(position, QStringLiteral("write '%1(...)'").arg(name));
+        }
+        const bool isRoundedAlways =
+            name == QLatin1String("sqrt") || name == QLatin1String("log") || name == QLatin1String("exp");
+        levels.back().isOfIntegers = levels.back().isOfIntegers && !isRoundedAlways;
+        write(name.toStdString(), name.size(), false);
     }
 
     void readInvariant(const QString &name)
@@ -422,6 +526,7 @@ private:
         if (invariant == nullptr) {
             failAt(name);
         }
+        levels.back().isOfIntegers = levels.back().isOfIntegers && invariant->kind == ValueKind::Integer;
         if (std::find(found.begin(), found.end(), invariant) == found.end()) {
             found.push_back(invariant);
         }
@@ -477,7 +582,12 @@ private:
             failAtSymbol();
         }
         followStructure(*symbol);
-        write(symbol->toStdString(), symbol->size(), *symbol == QLatin1String(")"));
+        const bool isPrefix = isSign(symbol->front().toLatin1()) && (parts.empty() || !parts.back().isComplete);
+        if (isPrefix) {
+            writePrefix(symbol->front().toLatin1(), symbol->size());
+        } else {
+            write(symbol->toStdString(), symbol->size(), *symbol == QLatin1String(")"));
+        }
     }
 
     [[noreturn]] void failAtSymbol() const
@@ -498,24 +608,48 @@ private:
     void followStructure(const QString &symbol)
     {
         if (symbol == QLatin1String("(")) {
-            levels.push_back({isBehindFunction(), false});
+            levels.emplace_back();
+            levels.back().hasArguments = isBehindFunction();
         } else if (symbol == QLatin1String(")")) {
-            if (levels.size() == 1) {
-                fail(position, QStringLiteral("unexpected ')'"));
-            }
-            levels.pop_back();
+            closeParenthesis();
         } else if (symbol == QLatin1String(",")) {
             if (!levels.back().hasArguments) {
                 fail(position, QStringLiteral("unexpected ','"));
             }
-            levels.back().hasComparison = false;
+            endStatement();
+        } else if (symbol == QLatin1String("/")) {
+            levels.back().isOfIntegers = false;
         } else if (symbol.contains(QLatin1Char('<')) || symbol.contains(QLatin1Char('>')) ||
                    symbol.contains(QLatin1Char('='))) {
-            if (levels.back().hasComparison) {
+            if (levels.back().comparison != none) {
                 fail(position, QStringLiteral("comparisons are joined by 'and', as in 'a < b and b < c'"));
             }
-            levels.back().hasComparison = true;
+            levels.back().comparison = position;
         }
+    }
+
+    void closeParenthesis()
+    {
+        if (levels.size() == 1) {
+            fail(position, QStringLiteral("unexpected ')'"));
+        }
+        endStatement();
+        const bool wereOfIntegers = levels.back().wereOfIntegers;
+        levels.pop_back();
+        levels.back().isOfIntegers = levels.back().isOfIntegers && wereOfIntegers;
+    }
+
+    /// A comparison is exact when nothing but integers stands in its statement.
+    void endStatement()
+    {
+        Level &level = levels.back();
+        if (level.comparison != none && level.isOfIntegers) {
+            char &first = result[size_t(level.comparison)];
+            first = exactComparison(first);
+        }
+        level.wereOfIntegers = level.wereOfIntegers && level.isOfIntegers;
+        level.isOfIntegers = true;
+        level.comparison = none;
     }
 
     bool isBehindFunction() const { return !parts.empty() && functions.contains(textOf(parts.back())); }
@@ -524,9 +658,31 @@ private:
     std::string result;
     std::vector<Part> parts;
     std::vector<const Invariant *> found;
-    std::vector<Level> levels = {{false, false}}; // the first is outside of all parentheses
+    std::vector<Level> levels = std::vector<Level>(1); // the first is outside of all parentheses
     int position = 0;
 };
+
+/// For the help of the commands that take expressions: what stands in one.
+const QString expressionHelp =
+    QStringLiteral("\nExpressions:\n"
+                   "  invariants, with underscores for hyphens   average_distance; --list of 'tav\n"
+                   "                                             invariant' names them\n"
+                   "  arithmetic                                 + - * / ^ ( )\n"
+                   "  comparisons, 1 or 0                        == != < <= > >=\n"
+                   "  conditions                                 and or not if(condition, a, b)\n"
+                   "  functions                                  sqrt log exp abs floor ceil min max\n"
+                   "An invariant that is NA makes the expression NA. One that begins with '-' stands\n"
+                   "behind '--', and options before that.\n");
+
+/// Whether @p argument, which begins with '-', goes on like an expression and not like an option.
+bool isExpressionWithSign(const QString &argument)
+{
+    static const QRegularExpression sign(QStringLiteral("^-(?!-)[-+\\s]*(?:[0-9.(]|([A-Za-z_][A-Za-z0-9_]*))"));
+    const QRegularExpressionMatch match = sign.match(argument);
+    const QString name = match.captured(1);
+    return match.hasMatch() &&
+           (name.isEmpty() || functions.contains(name) || findInvariant(withHyphens(name)) != nullptr);
+}
 
 } // namespace
 
@@ -586,15 +742,23 @@ std::optional<double> Expression::valueOf(const std::vector<std::optional<double
     return std::isnan(result) ? std::nullopt : std::optional(result);
 }
 
-const QString expressionHelp =
-    QStringLiteral("\nExpressions:\n"
-                   "  invariants, with underscores for hyphens   average_distance; --list of 'tav\n"
-                   "                                             invariant' names them\n"
-                   "  arithmetic                                 + - * / ^ ( )\n"
-                   "  comparisons, 1 or 0                        == != < <= > >=\n"
-                   "  conditions                                 and or not if(condition, a, b)\n"
-                   "  functions                                  sqrt log exp abs floor ceil min max\n"
-                   "An invariant that is NA makes the expression NA.\n");
+bool parseExpressionArguments(QCommandLineParser &parser, const QStringList &arguments)
+{
+    parser.parse(arguments); // which finds the values of options also when another argument is wrong
+    const QStringList options = parser.optionNames();
+    for (const QString &argument : arguments.mid(0, arguments.indexOf(QStringLiteral("--")))) {
+        const bool isValue = std::any_of(options.begin(), options.end(), [&](const QString &option) {
+            return parser.values(option).contains(argument);
+        });
+        if (!isValue && isExpressionWithSign(argument)) {
+            throw CommandError(QStringLiteral("%1 is taken for options: an expression that begins with '-' stands "
+                                              "behind '--'.")
+                                   .arg(quoted(argument)),
+                               WrongUsage);
+        }
+    }
+    return parseArguments(parser, arguments, expressionHelp);
+}
 
 bool isTrue(std::optional<double> value)
 {
@@ -604,6 +768,12 @@ bool isTrue(std::optional<double> value)
 bool isFalse(std::optional<double> value)
 {
     return value && !holds(*value);
+}
+
+bool isExactInteger(double value)
+{
+    constexpr double end = 0x1p53;
+    return std::abs(value) < end && std::nearbyint(value) == value;
 }
 
 double withoutRoundingError(double value)

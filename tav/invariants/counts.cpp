@@ -82,16 +82,18 @@ InvariantValue orbits(GraphFacts &facts)
 std::vector<Invariant> countInvariants()
 {
     const char *const group = "Counts";
+    const char *const algebraic = "C. Godsil and G. Royle, \"Algebraic Graph Theory\", 2001";
     return {
         {"order", group, "number of vertices", "", order},
         {"size", group, "number of edges", "", size},
-        {"density", group, "number of edges over the number of pairs of vertices; NA below two vertices", "", density},
+        {"density", group, "number of edges over the number of pairs of vertices; NA below two vertices", "", density,
+         ValueKind::Real},
         {"triangles", group, "number of triangles", "", triangles},
         {"cliques", group, "number of maximal sets of mutually adjacent vertices", "", cliques},
         {"components", group, "number of connected components", "", components},
         {"complement-components", group, "number of connected components of the complement", "", complementComponents},
         {"cyclomatic-number", group, "number of edges outside a spanning forest", "", cyclomaticNumber},
-        {"automorphisms", group, "number of automorphisms", "", automorphisms},
-        {"orbits", group, "number of orbits of the vertices under the automorphisms", "", orbits},
+        {"automorphisms", group, "number of automorphisms", algebraic, automorphisms},
+        {"orbits", group, "number of orbits of the vertices under the automorphisms", algebraic, orbits},
     };
 }

@@ -59,12 +59,11 @@ std::vector<Invariant> cycleInvariants()
     return {
         {"girth", group, "length of a shortest cycle; NA for a forest", "", girth},
         {"circumference", group, "length of a longest cycle; NA for a forest", "", circumference},
-        {"longest-induced-cycle", group,
-         "length of a longest cycle with all edges between its vertices; NA for a forest", "", inducedCycle},
+        {"longest-induced-cycle", group, "length of a longest cycle without chords; NA for a forest", "", inducedCycle},
         {"cycles", group, "number of cycles", "", cycles},
         {"longest-path", group, "number of edges of a longest path; NA without vertices", "", path},
-        {"longest-induced-path", group,
-         "number of edges of a longest path with all edges between its vertices; NA without vertices", "", inducedPath},
+        {"longest-induced-path", group, "number of edges of a longest path without chords; NA without vertices", "",
+         inducedPath},
         {"spanning-trees", group, "number of spanning trees, exact up to 2^53",
          "G. Kirchhoff, \"Über die Auflösung der Gleichungen, auf welche man bei der Untersuchung der linearen "
          "Vertheilung galvanischer Ströme geführt wird\", 1847",

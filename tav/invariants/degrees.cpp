@@ -95,10 +95,10 @@ std::vector<Invariant> degreeInvariants()
     return {
         {"minimum-degree", group, "smallest degree; NA without vertices", "", minimumDegree},
         {"maximum-degree", group, "largest degree; NA without vertices", "", maximumDegree},
-        {"average-degree", group, "mean of the degrees; NA without vertices", "", averageDegree},
+        {"average-degree", group, "mean of the degrees; NA without vertices", "", averageDegree, ValueKind::Real},
         {"degree-variance", group,
          "mean of the squares of the degrees less the square of their mean; NA without vertices",
-         "F. K. Bell, \"A note on the irregularity of graphs\", 1992", degreeVariance},
+         "F. K. Bell, \"A note on the irregularity of graphs\", 1992", degreeVariance, ValueKind::Real},
         {"irregularity", group, "sum of |d(u) - d(v)| over the edges uv",
          "M. O. Albertson, \"The irregularity of a graph\", 1997", irregularity},
         {"first-zagreb-index", group, "sum of the squares of the degrees", zagreb, firstZagrebIndex},
@@ -107,19 +107,19 @@ std::vector<Invariant> degreeInvariants()
          "polyenes\", 1975",
          secondZagrebIndex},
         {"randic-index", group, "sum of 1/sqrt(d(u)d(v)) over the edges uv",
-         "M. Randić, \"On characterization of molecular branching\", 1975", randicIndex},
+         "M. Randić, \"On characterization of molecular branching\", 1975", randicIndex, ValueKind::Real},
         {"sum-connectivity-index", group, "sum of 1/sqrt(d(u) + d(v)) over the edges uv",
-         "B. Zhou and N. Trinajstić, \"On a novel connectivity index\", 2009", sumConnectivityIndex},
+         "B. Zhou and N. Trinajstić, \"On a novel connectivity index\", 2009", sumConnectivityIndex, ValueKind::Real},
         {"harmonic-index", group, "sum of 2/(d(u) + d(v)) over the edges uv",
-         "S. Fajtlowicz, \"On conjectures of Graffiti-II\", 1987", harmonicIndex},
+         "S. Fajtlowicz, \"On conjectures of Graffiti-II\", 1987", harmonicIndex, ValueKind::Real},
         {"abc-index", group, "atom-bond connectivity: sum of sqrt((d(u) + d(v) - 2)/(d(u)d(v))) over the edges uv",
          "E. Estrada, L. Torres, L. Rodríguez and I. Gutman, \"An atom-bond connectivity index: modelling the enthalpy "
          "of formation of alkanes\", 1998",
-         abcIndex},
+         abcIndex, ValueKind::Real},
         {"geometric-arithmetic-index", group, "sum of 2 sqrt(d(u)d(v))/(d(u) + d(v)) over the edges uv",
          "D. Vukičević and B. Furtula, \"Topological index based on the ratios of geometrical and arithmetical means "
          "of "
          "end-vertex degrees of edges\", 2009",
-         geometricArithmeticIndex},
+         geometricArithmeticIndex, ValueKind::Real},
     };
 }

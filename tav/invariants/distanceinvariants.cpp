@@ -136,17 +136,18 @@ std::vector<Invariant> distanceInvariants()
         {"diameter", group, "largest distance of two vertices; NA unless connected", "", ifConnected<diameter>},
         {"radius", group, "smallest eccentricity of a vertex; NA unless connected", "", ifConnected<radius>},
         {"average-eccentricity", group, "mean of the eccentricities of the vertices; NA unless connected",
-         "F. Buckley and F. Harary, \"Distance in Graphs\", 1990", ifConnected<averageEccentricity>},
-        {"average-distance", group, "mean distance of two vertices; NA unless connected and with two vertices", "",
-         ifConnectedPairs<averageDistance>},
+         "F. Buckley and F. Harary, \"Distance in Graphs\", 1990", ifConnected<averageEccentricity>, ValueKind::Real},
+        {"average-distance", group, "mean distance of two vertices; NA unless connected and with two vertices",
+         "J. K. Doyle and J. E. Graver, \"Mean distance in a graph\", 1977", ifConnectedPairs<averageDistance>,
+         ValueKind::Real},
         {"proximity", group,
          "smallest mean distance of a vertex from the others; NA unless connected and with two vertices",
          "M. Aouchiche and P. Hansen, \"Nordhaus-Gaddum relations for proximity and remoteness in graphs\", 2010",
-         ifConnectedPairs<proximity>},
+         ifConnectedPairs<proximity>, ValueKind::Real},
         {"remoteness", group,
          "largest mean distance of a vertex from the others; NA unless connected and with two vertices",
          "M. Aouchiche and P. Hansen, \"Nordhaus-Gaddum relations for proximity and remoteness in graphs\", 2010",
-         ifConnectedPairs<remoteness>},
+         ifConnectedPairs<remoteness>, ValueKind::Real},
         {"wiener-index", group, "sum of the distances of all pairs of vertices; NA unless connected",
          "H. Wiener, \"Structural determination of paraffin boiling points\", 1947", ifConnected<wienerIndex>},
         {"hyper-wiener-index", group,
@@ -157,7 +158,7 @@ std::vector<Invariant> distanceInvariants()
         {"harary-index", group, "sum of 1/d over the distances d of all pairs of vertices; NA unless connected",
          "D. Plavšić, S. Nikolić, N. Trinajstić and Z. Mihalić, \"On the Harary index for the characterization of "
          "chemical graphs\", 1993",
-         ifConnected<hararyIndex>},
+         ifConnected<hararyIndex>, ValueKind::Real},
         {"eccentric-connectivity-index", group,
          "sum of degree times eccentricity over the vertices; NA unless connected",
          "V. Sharma, R. Goswami and A. K. Madan, \"Eccentric connectivity index: a novel highly discriminating "
@@ -172,10 +173,11 @@ std::vector<Invariant> distanceInvariants()
          "m/(m-n+2) times the sum over the edges uv of 1/sqrt(s(u)s(v)), where s(v) is the sum of the distances from "
          "v; "
          "NA unless connected",
-         "A. T. Balaban, \"Highly discriminating distance-based topological index\", 1982", ifConnected<balabanIndex>},
+         "A. T. Balaban, \"Highly discriminating distance-based topological index\", 1982", ifConnected<balabanIndex>,
+         ValueKind::Real},
         {"kirchhoff-index", group,
          "sum over all pairs of vertices of the resistance between them when every edge has resistance 1; NA unless "
          "connected",
-         "D. J. Klein and M. Randić, \"Resistance distance\", 1993", ifConnected<kirchhoffIndex>},
+         "D. J. Klein and M. Randić, \"Resistance distance\", 1993", ifConnected<kirchhoffIndex>, ValueKind::Real},
     };
 }

@@ -11,6 +11,11 @@
 /// The value of an invariant, or nothing where it is undefined.
 using InvariantValue = std::optional<double>;
 
+enum class ValueKind {
+    Integer,
+    Real, ///< computed with rounding errors
+};
+
 /// A number that isomorphic graphs share.
 struct Invariant {
     const char *name;        ///< on the command line
@@ -19,6 +24,7 @@ struct Invariant {
     const char *source;      ///< who defined it, in UTF-8; empty for what textbooks define
     /// Its value for a graph. Throws CommandError when igraph fails.
     InvariantValue (*valueOf)(GraphFacts &facts);
+    ValueKind kind = ValueKind::Integer;
 };
 
 /// All invariants there are, group by group.

@@ -180,8 +180,10 @@ std::vector<Invariant> propertyInvariants()
          "V. Chvátal and P. L. Hammer, \"Aggregation of inequalities in integer programming\", 1977",
          zeroOrOne<threshold>},
         {"triangle-free", group, "1 when no three vertices are mutually adjacent", "", zeroOrOne<triangleFree>},
-        {"claw-free", group, "1 when no vertex has three mutually non-adjacent neighbours", "", zeroOrOne<clawFree>},
-        {"self-complementary", group, "1 when isomorphic to its complement", "", zeroOrOne<selfComplementary>},
+        {"claw-free", group, "1 when no vertex has three mutually non-adjacent neighbours",
+         "R. Faudree, E. Flandrin and Z. Ryjáček, \"Claw-free graphs: a survey\", 1997", zeroOrOne<clawFree>},
+        {"self-complementary", group, "1 when isomorphic to its complement",
+         "H. Sachs, \"Über selbstkomplementäre Graphen\", 1962", zeroOrOne<selfComplementary>},
         {"integral", group, "1 when all eigenvalues of the adjacency matrix are integers",
          "F. Harary and A. J. Schwenk, \"Which graphs have integral spectra?\", 1974", zeroOrOne<integral>},
     };

@@ -1,6 +1,7 @@
 #include "output.h"
 
 #include "commandline.h"
+#include "fileidentity.h"
 #include "interruption.h"
 #include "outputfile.h"
 
@@ -46,6 +47,26 @@ void openNext(const QStringList &paths, std::vector<Write> &writes, const Produc
     }
 }
 } // namespace
+
+void expectDifferentFiles(const QString &input, const QStringList &outputs)
+{
+    const std::optional<FileIdentity> read = FileIdentity::of(input, STDIN_FILENO);
+    std::vector<FileIdentity> written;
+    for (const QString &output : outputs) {
+        const std::optional<FileIdentity> one = FileIdentity::of(output, STDOUT_FILENO);
+        if (!one) {
+            continue;
+        }
+        if (one == read) {
+            throw CommandError(QStringLiteral("%1 would be read and written at once.").arg(inputName(input)),
+                               WrongUsage);
+        }
+        if (std::find(written.begin(), written.end(), *one) != written.end()) {
+            throw CommandError(QStringLiteral("Two outputs are the same file."), WrongUsage);
+        }
+        written.push_back(*one);
+    }
+}
 
 void writeOutput(const QString &path, const std::function<void(const Write &)> &produce)
 {

@@ -8,6 +8,10 @@
 #include <functional>
 #include <vector>
 
+/// Throws CommandError (WrongUsage) when one of the @p outputs is the same file as the @p input or another output,
+/// however the names are written.
+void expectDifferentFiles(const QString &input, const QStringList &outputs);
+
 /// Takes the next bytes of an output.
 using Write = std::function<void(const QByteArray &bytes)>;
 
