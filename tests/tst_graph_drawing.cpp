@@ -18,6 +18,7 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPolygonF>
@@ -26,6 +27,7 @@
 #include <QUrl>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 class TestGraphDrawing : public QObject
@@ -43,6 +45,7 @@ private slots:
     void pictures_data();
     void pictures();
     void suffixOfTheFilterIsAdded();
+    void suffixInCapitalsIsOne();
     void replacingIsAskedAbout();
     void pngIsAsAskedFor();
     void givingUpLeavesNoFile();
@@ -59,12 +62,15 @@ private slots:
     void droppedText();
     void droppedFiles_data();
     void droppedFiles();
+    void droppedEdgeListWithoutTabs_data();
+    void droppedEdgeListWithoutTabs();
     void whatIsNotForTheViewerIsIgnored();
     void unreadableFileIsTold();
 
     void layoutsFillTheView_data();
     void layoutsFillTheView();
     void layoutFollows();
+    void graphFromElsewhereStandsOnTheCircle();
     void levelsFromTheSelection();
     void notPlanar();
 
@@ -143,7 +149,7 @@ QStringList TestGraphDrawing::labels() const
 QString TestGraphDrawing::notice() const
 {
     const auto *label = view->findChild<QLabel *>(QStringLiteral("notice"));
-    return label->isVisible() ? label->text() : QString();
+    return label != nullptr ? label->text() : QString();
 }
 
 bool TestGraphDrawing::drop(const QMimeData &data) const
@@ -242,6 +248,16 @@ void TestGraphDrawing::suffixOfTheFilterIsAdded()
     view->slot_export_picture();
     QVERIFY(second.done());
     QCOMPARE(folder.files(), words({"figure.1.tex", "plain.svg"}));
+}
+
+void TestGraphDrawing::suffixInCapitalsIsOne()
+{
+    const TestFolder folder;
+    const driver::DialogAnswer answer = chooseFile(folder.path("a.SVG"), QStringLiteral("PDF (*.pdf)"));
+    view->slot_export_picture();
+    QVERIFY(answer.done());
+    QCOMPARE(folder.files(), QStringList{QStringLiteral("a.SVG")});
+    QVERIFY(contents(folder.path("a.SVG")).contains("<svg"));
 }
 
 void TestGraphDrawing::replacingIsAskedAbout()
@@ -458,6 +474,8 @@ void TestGraphDrawing::droppedFiles_data()
     QTest::newRow("graph.g6") << QByteArray("BW\nC~\n") << "0-2 1-2";
     QTest::newRow("graph.golm3") << QByteArray("3\na\t1\t2\nb\t30\t4\nc\t5\t60\n0\t1\t0\t1\t0\t0\t0\t0\t0\t") << "0-1";
     QTest::newRow("graph.edgelist") << QByteArray("a\tb\nb\tc\n") << "0-1 1-2";
+    QTest::newRow("GRAPH.G6") << QByteArray("BW\n") << "0-2 1-2";
+    QTest::newRow("GRAPH.EdgeList") << QByteArray("a\tb\nb\tc\n") << "0-1 1-2";
 }
 
 void TestGraphDrawing::droppedFiles()
@@ -471,6 +489,33 @@ void TestGraphDrawing::droppedFiles()
     QTEST(graphtext::edges(*view), "edges");
     QVERIFY(view->node(1)->pos() != view->node(2)->pos());
     QVERIFY(view->node(2)->isVisible());
+}
+
+void TestGraphDrawing::droppedEdgeListWithoutTabs_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("blanks") << QByteArray("a b\nb c\n");
+    QTest::newRow("nothing") << QByteArray();
+}
+
+/// A box tells what was expected, and the graph stays as it is.
+void TestGraphDrawing::droppedEdgeListWithoutTabs()
+{
+    QFETCH(QByteArray, content);
+    const TestFolder folder;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(folder.write("graph.edgelist", content))});
+    QString told;
+    const driver::DialogAnswer answer([&](QDialog *box) {
+        told = qobject_cast<QMessageBox *>(box)->text();
+        box->reject();
+    });
+    QVERIFY(drop(data));
+    QTRY_VERIFY_WITH_TIMEOUT(answer.done(), patience);
+    QCOMPARE(told, QStringLiteral("There is no edge in this file: a line must hold the labels of two vertices with a "
+                                  "tab between them."));
+    QCOMPARE(graphtext::edges(*view), QStringLiteral("0-1 1-2 2-3"));
+    QVERIFY(view->node(3)->isVisible());
 }
 
 /// The window loads a database.
@@ -582,6 +627,35 @@ void TestGraphDrawing::layoutFollows()
     QVERIFY(isOnCircle());
 }
 
+/// The menu then shows that the circle is in force.
+void TestGraphDrawing::graphFromElsewhereStandsOnTheCircle()
+{
+    const auto isChecked = [this](const char *entry) {
+        emit view->customContextMenuRequested({});
+        QWidget *menu = QApplication::activePopupWidget();
+        const QList<QAction *> actions = menu->findChildren<QAction *>();
+        const auto found = std::find_if(actions.cbegin(), actions.cend(), [entry](const QAction *action) {
+            return action->text().startsWith(QLatin1String(entry));
+        });
+        menu->close();
+        return (*found)->isChecked();
+    };
+    press(Qt::Key_8);
+    QVERIFY(isChecked("&Planar"));
+    QApplication::clipboard()->setText(QStringLiteral("C~"));
+    view->slot_paste_graph6();
+    QVERIFY(isChecked("&Circle"));
+    QVERIFY(QLineF(view->node(1)->pos(), QPointF(0, 100)).length() < 1e-5);
+    press(Qt::Key_8);
+    const TestFolder folder;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(folder.write("graph.edgelist", "a\tb\nc\td\n"))});
+    QVERIFY(drop(data));
+    QTRY_COMPARE_WITH_TIMEOUT(graphtext::edges(*view), QStringLiteral("0-1 2-3"), patience);
+    QVERIFY(isChecked("&Circle"));
+    QVERIFY(QLineF(view->node(1)->pos(), QPointF(0, 100)).length() < 1e-5);
+}
+
 void TestGraphDrawing::levelsFromTheSelection()
 {
     press(Qt::Key_9);
@@ -622,6 +696,9 @@ void TestGraphDrawing::shownNames()
     press(Qt::Key_2);
     QCOMPARE(labels(), (QStringList{QStringLiteral("Node 1"), QStringLiteral("Node 2"),
                                     QStringLiteral("a name that i\u2026"), QStringLiteral("Node 4")}));
+    view->node(1)->setName(QStringLiteral("b"));
+    view->changeBest(); // as after a file with the same graph
+    QCOMPARE(labels()[1], QStringLiteral("b"));
 }
 
 void TestGraphDrawing::shownDegrees()

@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QSignalSpy>
 #include <QTranslator>
@@ -226,6 +227,7 @@ private slots:
     void slotImport_standsOnACircle();
     void slotImport_withoutEdges_data();
     void slotImport_withoutEdges();
+    void slotImport_linesPassedOver();
     void slotImport_failures();
     void slotExport();
     void slotExport_failures();
@@ -1251,6 +1253,22 @@ void TestGraphFiles::slotImport_withoutEdges()
                                                "two vertices with a tab between them.|OK")}
                                          : QStringList());
     QCOMPARE(graph.getNbEdges(), text.contains('\t') ? 1 : 0);
+}
+
+/// They are told on a line in the viewer, which does not wait for an answer.
+void TestGraphFiles::slotImport_linesPassedOver()
+{
+    Graph graph(QStringLiteral("g"), true);
+    Dialogs dialogs(
+        {folder->write("g.edgelist", "# people\na\tb\nb c\n\nb\td\n"), folder->write("h.edgelist", "a\tb\n\n")});
+    graph.slot_import_graph();
+    QCOMPARE(graph.getNbNodes(), 3);
+    const auto *notice = graph.findChild<QLabel *>(QStringLiteral("notice"));
+    QVERIFY(notice != nullptr);
+    QCOMPARE(notice->text(), QStringLiteral("Lines without a tab between two labels, passed over: 2"));
+    graph.slot_import_graph();
+    QVERIFY(graph.findChild<QLabel *>(QStringLiteral("notice")) == nullptr);
+    QCOMPARE(dialogs.seen.size(), 2);
 }
 
 void TestGraphFiles::slotImport_failures()

@@ -102,6 +102,7 @@ private slots:
     void informationFollowsTheGraph();
     void informationOfAVertexThatIsGone();
     void nameAppliesWithDone();
+    void newNameIsShownEverywhere();
     void nameThatIsNotGiven();
     void nameThatIsTooLongForTheLine();
 
@@ -702,6 +703,21 @@ void TestGraphInteraction::nameAppliesWithDone()
     line->setModified(true);
     pressDone(dialog);
     QCOMPARE(view->node(3)->getName(), QStringLiteral("a b c d"));
+}
+
+/// In the other dialogs and on the drawing.
+void TestGraphInteraction::newNameIsShownEverywhere()
+{
+    const QDialog *neighbour = openInformation(places[0]);
+    view->slot_show_names();
+    openInformation(places[1]);
+    const QList<QDialog *> dialogs = openDialogs();
+    QCOMPARE(dialogs.size(), 2);
+    QDialog *dialog = dialogs[0] == neighbour ? dialogs[1] : dialogs[0];
+    typeName(dialog, QStringLiteral("middle"));
+    pressDone(dialog);
+    QCOMPARE(listed(neighbour), QStringLiteral("Degree 1, Eccentricity 3, Triangles 0, Neighbours middle"));
+    QCOMPARE(view->node(1)->getLabel(), QStringLiteral("middle"));
 }
 
 void TestGraphInteraction::nameThatIsNotGiven()

@@ -25,6 +25,7 @@ private slots:
     void valuesAfterAResetStartAgain();
     void textsAreRows();
     void valuesCannotBeEdited();
+    void everythingIsExplained();
 };
 
 namespace
@@ -164,6 +165,15 @@ void TestNodeDisplay::valuesCannotBeEdited()
     QTest::keyClick(table, Qt::Key_F2);
     QTest::keyClick(table, Qt::Key_5);
     QVERIFY(table->findChild<QLineEdit *>() == nullptr);
+}
+
+void TestNodeDisplay::everythingIsExplained()
+{
+    const NodeDisplay dialog(QStringLiteral("Node 7"));
+    QCOMPARE(dialog.findChild<QLineEdit *>()->toolTip(), QStringLiteral("Names the vertex once \"Done\" is pressed."));
+    QCOMPARE(tableOf(dialog)->toolTip(),
+             QStringLiteral("Tells what is true of the vertex in the graph that is shown."));
+    QVERIFY(!dialog.findChild<QPushButton *>()->toolTip().isEmpty());
 }
 
 QTEST_MAIN(TestNodeDisplay)

@@ -6,7 +6,6 @@
 
 #include <QGraphicsRectItem>
 #include <QGraphicsScene>
-#include <QLabel>
 #include <QMutexLocker>
 
 #include <algorithm>
@@ -16,8 +15,6 @@ namespace
 {
 /// The scene reaches this far from the origin; what stands beyond it is seen by zooming out.
 constexpr double sceneExtent = 600.0;
-/// Where a line for the user begins, in pixels of the view.
-const QPoint noticePlace(8, 6);
 
 /// A random coordinate from 0.0 to 199.9 in steps of 0.1.
 double randomCoordinate()
@@ -93,12 +90,6 @@ void Graph::createScene()
     setViewportUpdateMode(FullViewportUpdate);
     setBackgroundBrush(Qt::white);
     setMouseTracking(true);
-    notice = new QLabel(this);
-    notice->setObjectName(QStringLiteral("notice"));
-    notice->setTextFormat(Qt::PlainText);
-    notice->setAttribute(Qt::WA_TransparentForMouseEvents);
-    notice->move(noticePlace);
-    notice->hide();
     connect(this, &Graph::signal_best_graph_changed, this, &Graph::clearWhatIsOutdated);
 }
 
@@ -117,6 +108,7 @@ void Graph::createItems()
         const double x = randomCoordinate();
         const double y = randomCoordinate();
         auto *vertex = new Node(x, y, 10.0, 10.0, QStringLiteral("Node %1").arg(i + 1), interactive);
+        vertex->whenRenamed([this] { refreshNames(); });
         nodes.append(vertex);
         if (interactive) {
             scene->addItem(vertex);

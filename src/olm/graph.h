@@ -355,7 +355,7 @@ signals:
     void signal_first_graph();
     void signal_last_graph();
 
-    // Nothing in this program receives the others.
+    // Of the others this program receives signal_best_graph_changed() alone, in the viewer itself.
 
     /// The key R: an optimisation run, a variable neighbourhood search, is asked for.
     void signal_start_vns();
@@ -432,8 +432,11 @@ private:
     bool saveText(const QString &path, TextKind kind) const;
     bool readGraph(const QByteArray &text, TextKind kind);
     int vertexNamed(const QString &label) const;
+    bool importOnCircle(const QString &path);
+    void warnOfNoEdge();
     QString autosavePath() const;
-    QString askForFile(const QString &title, const QString &filter, const QStringList &suffixes);
+    QString askForFile(const QString &title, const QString &filter, const QStringList &suffixes,
+                       Qt::CaseSensitivity letters);
     bool mayReplace(const QString &title, const QString &fileName);
     bool withinMemory(const std::function<bool()> &operation);
     void concludeFileCommand(bool done, const QString &path, const QString &failure);
@@ -447,6 +450,7 @@ private:
     QSizeF roomForDrawing() const;
     void choose(Layout chosen);
     bool placeByLayout();
+    void placeOnCircle();
     void write(Shown what, const QVector<double> &values);
     void clearWhatIsOutdated();
 
@@ -459,6 +463,7 @@ private:
     void dragTo(QPointF point);
     void describeVertex(int vertex);
     void refreshInformation();
+    void refreshNames();
     void moveView(int key, bool alt);
     void releaseModifiers();
     void restoreFromHistory();
@@ -503,7 +508,7 @@ private:
     QString workDir;
     QGraphicsRectItem *selectionRect = nullptr;
     QMenu *shownMenu = nullptr; // the last one that was shown; a child of the view
-    QLabel *notice = nullptr;
+    QLabel *notice = nullptr;   // the line for the user, while there is one
     Layout layout = Layout::Circle;
     Shown written = Shown::Nothing;
     QString shownGraph; // the graph that it was written for

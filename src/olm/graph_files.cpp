@@ -88,6 +88,34 @@ bool takeLabels(TextParts &lines, Labels &ends)
     return false;
 }
 
+/// The lines of an edge list, without the empty ones.
+struct LineCount {
+    int edges = 0;
+    int others = 0;
+};
+
+LineCount countLines(const QByteArray &text)
+{
+    LineCount count;
+    TextParts lines = TextParts::lines(text);
+    while (!lines.atEnd()) {
+        const QLatin1String line = lines.next();
+        if (line.contains(QLatin1Char('\t'))) {
+            ++count.edges;
+        } else if (!line.isEmpty()) {
+            ++count.others;
+        }
+    }
+    return count;
+}
+
+/// Whether an edge list can be read and there is nothing in it to import.
+bool isWithoutEdges(const QString &path)
+{
+    QByteArray text;
+    return readTextFile(path, text) && countLines(text).edges == 0;
+}
+
 bool isGraph6Size(int n)
 {
     return n >= 2 && n < Graph::MAX_NODES;
@@ -394,7 +422,7 @@ bool Graph::showGraph6(const QString &text)
     }
     recordPresentState();
     loadg6(text, true);
-    place_circle(circleDiameter);
+    placeOnCircle();
     commit();
     return true;
 }
@@ -454,17 +482,18 @@ void Graph::slot_open()
 
 void Graph::slot_save()
 {
-    const QString path =
-        askForFile(QStringLiteral("Save graph as"), QStringLiteral("*.golm3"), {QStringLiteral("golm3")});
+    const QString path = askForFile(QStringLiteral("Save graph as"), QStringLiteral("*.golm3"),
+                                    {QStringLiteral("golm3")}, Qt::CaseSensitive);
     releaseModifiers();
     const bool done = withinMemory([&] { return save(path); });
     concludeFileCommand(done, path, QStringLiteral("Failed to save graph."));
 }
 
 /// The file to write, with one of the suffixes, which are those of the filters in their order; empty when the dialog
-/// was cancelled. QFileDialog would ask about the name without the suffix before it replaces a file, so that the
-/// question is put here.
-QString Graph::askForFile(const QString &title, const QString &filter, const QStringList &suffixes)
+/// was cancelled. @p letters tells whether a suffix in other letters, such as PDF, is one of them. QFileDialog would
+/// ask about the name without the suffix before it replaces a file, so that the question is put here.
+QString Graph::askForFile(const QString &title, const QString &filter, const QStringList &suffixes,
+                          Qt::CaseSensitivity letters)
 {
     const bool visible = isVisible();
     QString proposed = workDir;
@@ -476,8 +505,10 @@ QString Graph::askForFile(const QString &title, const QString &filter, const QSt
             return {};
         }
         const int chosenKind = qMax(0, filter.split(QStringLiteral(";;")).indexOf(chosenFilter));
-        QString path =
-            suffixes.contains(QFileInfo(chosen).suffix()) ? chosen : chosen + QLatin1Char('.') + suffixes[chosenKind];
+        QString path = chosen;
+        if (!suffixes.contains(QFileInfo(chosen).suffix(), letters)) {
+            path += QLatin1Char('.') + suffixes[chosenKind];
+        }
         const QFileInfo file(path);
         if (!file.exists() || file.isDir() || mayReplace(title, file.fileName())) {
             return path;
@@ -505,16 +536,33 @@ void Graph::slot_import_graph()
     const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("Choose graph to import"), workDir,
                                                       QStringLiteral("*.edgelist"));
     releaseModifiers();
-    const bool done = withinMemory([&] { return import_el(path); });
-    if (done) {
-        place_circle(circleDiameter); // import_el() leaves all vertices on one point
-    }
+    const bool done = withinMemory([&] { return importOnCircle(path); });
     update_display();
     concludeFileCommand(done, path, QStringLiteral("Failed to import graph."));
     if (done && nbNodes == 0 && QFileInfo(path).size() > 0) {
-        warn(QStringLiteral("Warning"),
-             tr("There is no edge in this file: a line must hold the labels of two vertices with a tab between them."));
+        warnOfNoEdge();
     }
+}
+
+/// Imports an edge list, whose vertices import_el() leaves on one point. A line tells what was passed over.
+bool Graph::importOnCircle(const QString &path)
+{
+    QByteArray text;
+    if (!import_el(path) || !readTextFile(path, text)) {
+        return false;
+    }
+    placeOnCircle();
+    const LineCount count = countLines(text);
+    if (count.edges > 0 && count.others > 0) {
+        tell(tr("Lines without a tab between two labels, passed over: %1").arg(count.others));
+    }
+    return true;
+}
+
+void Graph::warnOfNoEdge()
+{
+    warn(QStringLiteral("Warning"),
+         tr("There is no edge in this file: a line must hold the labels of two vertices with a tab between them."));
 }
 
 void Graph::slot_export_graph()
@@ -524,6 +572,31 @@ void Graph::slot_export_graph()
     releaseModifiers();
     const bool done = withinMemory([&] { return export_graph(path); });
     concludeFileCommand(done, path, QStringLiteral("Failed to export graph."));
+}
+
+void Graph::showDroppedFile(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const bool done = withinMemory([&] {
+        if (suffix == QLatin1String("edgelist")) {
+            if (isWithoutEdges(path)) {
+                warnOfNoEdge();
+                return true;
+            }
+            return importOnCircle(path);
+        }
+        if (suffix == QLatin1String("golm3")) {
+            return open(path);
+        }
+        QByteArray text;
+        const bool readable = readTextFile(path, text);
+        if (readable) {
+            showGraph6(QString(TextParts::lines(text).next()).trimmed());
+        }
+        return readable;
+    });
+    update_display();
+    concludeFileCommand(done, path, QStringLiteral("Failed to load graph."));
 }
 
 /// Returns what @p operation returns; false, after a warning, when it runs out of memory. Qt ends the program at an

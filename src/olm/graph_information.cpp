@@ -58,3 +58,12 @@ void Graph::refreshInformation()
         }
     }
 }
+
+/// Shows the new name of a vertex wherever names are shown.
+void Graph::refreshNames()
+{
+    refreshInformation();
+    if (written == Shown::Names) {
+        slot_show_names();
+    }
+}

@@ -14,14 +14,20 @@ namespace
 constexpr int longestShownLabel = 14;
 /// Of vertices that cannot be reached: dark gray, which no other distance up to 10 has.
 constexpr double unreachedColour = 11;
+/// Where a line for the user begins, in pixels of the view.
+const QPoint noticePlace(8, 6);
 } // namespace
 
 /// Shows a line about the command that was just given, until the best graph changes.
 void Graph::tell(const QString &line)
 {
-    if (notice != nullptr) {
-        notice->setText(line);
-        notice->adjustSize();
+    if (interactive) {
+        delete notice;
+        notice = new QLabel(line, this);
+        notice->setObjectName(QStringLiteral("notice"));
+        notice->setTextFormat(Qt::PlainText);
+        notice->setAttribute(Qt::WA_TransparentForMouseEvents);
+        notice->move(noticePlace);
         notice->show();
     }
     emit signal_console(line, false, 0, Qt::blue);
@@ -43,9 +49,12 @@ void Graph::write(Shown what, const QVector<double> &values)
 /// What is written on the vertices is true of the graph that it was written for.
 void Graph::clearWhatIsOutdated()
 {
-    notice->hide();
+    delete notice;
+    notice = nullptr;
     if (written != Shown::Nothing && graphData() != shownGraph) {
         write(Shown::Nothing, {});
+    } else if (written == Shown::Names) {
+        slot_show_names(); // which a file can change without a change of the graph
     }
 }
 

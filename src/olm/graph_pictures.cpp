@@ -5,7 +5,6 @@
 #include "outputfile.h"
 #include "pictures.h"
 #include "places.h"
-#include "textfile.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -47,7 +46,7 @@ QString draggedFile(const QMimeData *data)
 {
     const QList<QUrl> urls = data->urls();
     const QStringList suffixes{QStringLiteral("g6"), QStringLiteral("golm3"), QStringLiteral("edgelist")};
-    if (urls.size() != 1 || !suffixes.contains(QFileInfo(urls.first().toLocalFile()).suffix())) {
+    if (urls.size() != 1 || !suffixes.contains(QFileInfo(urls.first().toLocalFile()).suffix(), Qt::CaseInsensitive)) {
         return {};
     }
     return urls.first().toLocalFile();
@@ -128,9 +127,10 @@ void Graph::slot_export_picture()
     const QString filter = tr("SVG (*.svg);;PNG (*.png);;PDF (*.pdf);;TikZ (*.tex);;DOT (*.dot)");
     const QString path = askForFile(tr("Export picture as"), filter,
                                     {QStringLiteral("svg"), QStringLiteral("png"), QStringLiteral("pdf"),
-                                     QStringLiteral("tex"), QStringLiteral("dot")});
+                                     QStringLiteral("tex"), QStringLiteral("dot")},
+                                    Qt::CaseInsensitive);
     releaseModifiers();
-    const QString suffix = QFileInfo(path).suffix();
+    const QString suffix = QFileInfo(path).suffix().toLower();
     int width = 0;
     bool transparent = false;
     if (path.isEmpty() || (suffix == QLatin1String("png") && !askForPixels(width, transparent))) {
@@ -199,29 +199,4 @@ void Graph::dropEvent(QDropEvent *event)
         QMetaObject::invokeMethod(
             this, [this, path] { showDroppedFile(path); }, Qt::QueuedConnection);
     }
-}
-
-void Graph::showDroppedFile(const QString &path)
-{
-    const QString suffix = QFileInfo(path).suffix();
-    const bool done = withinMemory([&] {
-        if (suffix == QLatin1String("edgelist")) {
-            const bool imported = import_el(path);
-            if (imported) {
-                place_circle(circleDiameter); // import_el() leaves all vertices on one point
-            }
-            return imported;
-        }
-        if (suffix == QLatin1String("golm3")) {
-            return open(path);
-        }
-        QByteArray text;
-        const bool readable = readTextFile(path, text);
-        if (readable) {
-            showGraph6(QString(TextParts::lines(text).next()).trimmed());
-        }
-        return readable;
-    });
-    update_display();
-    concludeFileCommand(done, path, QStringLiteral("Failed to load graph."));
 }

@@ -90,6 +90,13 @@ void Graph::choose(Layout chosen)
     }
 }
 
+/// Places a graph from elsewhere: the circle is the layout in force then, as the menu shows.
+void Graph::placeOnCircle()
+{
+    layout = Layout::Circle;
+    place_circle(circleDiameter);
+}
+
 void Graph::slot_layout_circle()
 {
     choose(Layout::Circle);

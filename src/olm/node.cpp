@@ -52,8 +52,12 @@ Node::Node(double x, double y, double /*width*/, double /*height*/, QString node
         setPos(x, y);
         nodeDisplay = std::make_unique<NodeDisplay>(name);
         nodeDisplay->hide();
-        QObject::connect(nodeDisplay.get(), &NodeDisplay::nameChosen, nodeDisplay.get(),
-                         [this](const QString &chosen) { setName(chosen); });
+        QObject::connect(nodeDisplay.get(), &NodeDisplay::nameChosen, nodeDisplay.get(), [this](const QString &chosen) {
+            setName(chosen);
+            if (renamed) {
+                renamed();
+            }
+        });
     }
 }
 

@@ -9,7 +9,9 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 class Edge;
 class NodeDisplay;
@@ -97,6 +99,9 @@ public:
     /// and gives the vertex another name with "Done".
     void toggleNodeDisplay();
     bool isNodeDisplayShown() const;
+    /// Lets @p notify be called after the user has given the vertex another name there.
+    void whenRenamed(std::function<void()> notify) { renamed = std::move(notify); }
+
     // What is shown of the vertex, besides its name.
 
     QString getLabel() const { return label; }
@@ -159,6 +164,7 @@ private:
     QPoint mousePressPos;
     bool printMode = false; // nothing reads it
     std::unique_ptr<NodeDisplay> nodeDisplay;
+    std::function<void()> renamed;
 
     static QVector<QColor> NodeColor;
     static int NbNodeColors;

@@ -14,7 +14,9 @@ NodeDisplay::NodeDisplay(const QString &name) : table(new QTableWidget), nameEdi
 {
     setWindowTitle(tr("Node information"));
     nameEdit->setAccessibleName(tr("Name of the vertex"));
+    nameEdit->setToolTip(tr("Names the vertex once \"Done\" is pressed."));
     table->setAccessibleName(tr("Values of the vertex"));
+    table->setToolTip(tr("Tells what is true of the vertex in the graph that is shown."));
     table->setEditTriggers(QTableWidget::NoEditTriggers);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     // A long text is broken into lines: the rows are as high as the width of the column asks for. QHeaderView has that
