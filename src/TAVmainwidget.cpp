@@ -195,9 +195,12 @@ void TAVMainWidget::loadDatabase(const QString &file)
     QFile database(file);
     if (openForReading(database)) {
         startLoading(file);
-    } else {
-        slot_console(tr("Unable to open file :") + file);
+        return;
     }
+    // There is no database then, as after the button.
+    slot_manager_busy();
+    manager->resetDatabase();
+    slot_console(tr("Unable to open file :") + file);
 }
 
 void TAVMainWidget::startLoading(const QString &file)
@@ -644,7 +647,7 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     positionLabel = new QLabel;
     positionLabel->setObjectName(QStringLiteral("position"));
     positionLabel->setTextFormat(Qt::PlainText);
-    positionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    positionLabel->setTextInteractionFlags(Qt::TextSelectableByMouse); // which would take the keyboard
     positionLabel->setAlignment(Qt::AlignCenter);
     positionLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long name moves nothing
     showPosition({});
@@ -655,9 +658,10 @@ QWidget *TAVMainWidget::createVisualizationPanel()
     QPushButton *next = createButton({"=>>", &TAVMainWidget::slot_next_graph,
                                       tr("Shows the next graph of the list, after the last one the first.")});
     next->setAccessibleName(tr("Next graph"));
-    keepKeyboardInViewer(zoom);
-    keepKeyboardInViewer(previous);
-    keepKeyboardInViewer(next);
+    keepKeyboardInViewer(zoom, Qt::TabFocus);
+    keepKeyboardInViewer(previous, Qt::TabFocus);
+    keepKeyboardInViewer(next, Qt::TabFocus);
+    keepKeyboardInViewer(positionLabel, Qt::NoFocus);
 
     auto *grid = new QGridLayout(panel);
     grid->addWidget(new QLabel(tr("GraphList : ")), 0, 0);
@@ -822,9 +826,9 @@ QRadioButton *TAVMainWidget::createModeButton(const char *text, const QString &t
 
 // Who steps through a list with the mouse looks at the viewer, and means its Ctrl+D, not that of the window, which
 // empties the database.
-void TAVMainWidget::keepKeyboardInViewer(QWidget *control)
+void TAVMainWidget::keepKeyboardInViewer(QWidget *control, Qt::FocusPolicy policy)
 {
-    control->setFocusPolicy(Qt::TabFocus);
+    control->setFocusPolicy(policy);
     control->installEventFilter(this);
 }
 

@@ -35,8 +35,8 @@ public:
     /// The list manager that the widget drives. Only the tour and the tests ask for it, to wait for its signals.
     TAVManager *getManager() const { return manager; }
 
-    /// Starts to load the database @p file, as slot_open() does with the file that was chosen. A file that cannot be
-    /// opened is told on the console, and what is loaded stays.
+    /// Starts to load the database @p file, as slot_open() does with the file that was chosen. After one that cannot be
+    /// opened there is no database, either, and the console says why.
     void loadDatabase(const QString &file);
     /// Lets the file dialogs start in @p directory, without a change of the settings.
     void setWorkDir(const QString &directory) { workDir = directory; }
@@ -154,7 +154,7 @@ private:
     static QLayout *createSentence(std::initializer_list<QWidget *> words);
     QPushButton *createButton(const Command &command);
     QRadioButton *createModeButton(const char *text, const QString &tip);
-    void keepKeyboardInViewer(QWidget *control);
+    void keepKeyboardInViewer(QWidget *control, Qt::FocusPolicy policy);
     void arrangePanels();
     void orderTabStops();
     void keepLastLineInSight();

@@ -30,6 +30,11 @@ QString geometryKey()
     return QStringLiteral("geometry");
 }
 
+QString stateKey()
+{
+    return QStringLiteral("state");
+}
+
 /// The text of the About box: HTML, in which runs of blanks do not show.
 QString aboutText()
 {
@@ -77,6 +82,7 @@ TAVMainWindow::TAVMainWindow() : mainWidget(new TAVMainWidget(this))
         // Qt puts the window on a screen; one that has become smaller may still be too small for it.
         setGeometry(geometry().intersected(screen()->availableVirtualGeometry()));
     }
+    restoreState(QSettings().value(stateKey()).toByteArray());
 }
 
 TAVMainWindow::~TAVMainWindow()
@@ -122,6 +128,7 @@ bool TAVMainWindow::event(QEvent *event)
 void TAVMainWindow::closeEvent(QCloseEvent *event)
 {
     QSettings().setValue(geometryKey(), saveGeometry());
+    QSettings().setValue(stateKey(), saveState());
     QMainWindow::closeEvent(event);
 }
 
@@ -181,6 +188,7 @@ void TAVMainWindow::createMenus()
 void TAVMainWindow::createToolbars()
 {
     toolbar = addToolBar(tr("Main"));
+    toolbar->setObjectName(QStringLiteral("main")); // by which its place is found in the settings
     toolbar->setAccessibleName(tr("Main"));
     toolbar->addSeparator();
     toolbar->addAction(exitAct);

@@ -10,7 +10,7 @@ class TAVMainWidget;
 
 /// The main window: four actions, a menu, a tool bar and the About box around the central widget. It deletes itself
 /// when it is closed, once its dialogs are gone. A database file that is dropped onto it is loaded. It comes back where
-/// and as large as it was when it was closed last, as far as the screen allows.
+/// and as large as it was when it was closed last, as far as the screen allows, with the tool bar where that was.
 class TAVMainWindow : public QMainWindow
 {
     Q_OBJECT
