@@ -11,22 +11,34 @@
 #include "support/darktheme.h"
 #include "support/windowdriver.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFile>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
+#include <QPointer>
+#include <QScreen>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextEdit>
 #include <QToolBar>
+#include <QToolTip>
+#include <QUrl>
+#include <QWindow>
 #include <QtTest>
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 
 namespace
 {
@@ -37,6 +49,7 @@ public:
 
     void run()
     {
+        startWithFile();
         save("start");
         lookAround();
         loadDatabase();
@@ -49,6 +62,8 @@ public:
         saveAndPrintTheGraph();
         findCounterexample();
         drawTheCounterexample();
+        replaceAGraphFile();
+        bringGraphsIn();
         const QPalette usualColours = QApplication::palette();
         QApplication::setPalette(darkTheme());
         showAllModes(QStringLiteral("dark"));
@@ -68,6 +83,42 @@ private:
             save(qPrintable(look + QLatin1Char('-') +
                             QString::fromLatin1(mode).section(QLatin1Char(' '), 0, 0).toLower()));
         }
+    }
+
+    /// Another window, as it is after a start with a file: one that is there, and one that is not. Then a database is
+    /// dropped onto it.
+    void startWithFile()
+    {
+        const QPointer<TAVMainWindow> other = new TAVMainWindow;
+        other->show();
+        expect(QTest::qWaitForWindowExposed(other), "a second window is shown");
+        const auto *console = other->findChild<QTextEdit *>(QStringLiteral("console"));
+        const auto hasLoaded = [console] { return console->toPlainText().contains(QStringLiteral("Data loaded : ")); };
+        other->loadDatabase(QStringLiteral("connected-8.tav"));
+        expect(driver::waitUntil(hasLoaded), "the database of the command line loads");
+        savePicture(*other, "start-with-file");
+        other->findChild<QTextEdit *>(QStringLiteral("console"))->clear();
+        other->loadDatabase(QStringLiteral("missing.tav"));
+        expect(console->toPlainText() == QLatin1String("Unable to open file :missing.tav"),
+               "a line tells what is wrong");
+        savePicture(*other, "unreadable-file");
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QDir::current().filePath(QStringLiteral("connected-8.tav")))});
+        drop(*other->findChild<QWidget *>(QStringLiteral("modePanel")), data);
+        expect(driver::waitUntil(hasLoaded), "the dropped database loads");
+        savePicture(*other, "dropped-database");
+        other->close();
+        expect(driver::waitUntil([&] { return other.isNull(); }), "the second window is gone");
+    }
+
+    static void drop(QWidget &target, const QMimeData &data)
+    {
+        const QPoint middle = target.rect().center();
+        QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&target, &enter);
+        expect(enter.isAccepted(), "the drag is welcome");
+        QDropEvent event(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&target, &event);
     }
 
     void lookAround()
@@ -135,6 +186,21 @@ private:
         save("comparison-list");
         savePicture(*panel("invariantsPanel"), "invariants-panel");
         savePicture(*panel("comparisonPanel"), "comparison-panel");
+        showTip(QStringLiteral("List I1 <= I2 (all subs)"), "tool-tip");
+    }
+
+    /// The window with the tool tip of a button, as the screen shows them.
+    void showTip(const QString &text, const char *picture)
+    {
+        auto *button = driver::button(&window, text);
+        const QPoint middle = button->rect().center();
+        QHelpEvent rest(QEvent::ToolTip, middle, button->mapToGlobal(middle));
+        QApplication::sendEvent(button, &rest);
+        expect(QToolTip::isVisible(), "the tool tip is shown");
+        QTest::qWait(settlingTime);
+        const QRect place = window.geometry();
+        write(window.screen()->grabWindow(0, place.x(), place.y(), place.width(), place.height()), picture);
+        QToolTip::hideText();
     }
 
     void combineLists()
@@ -189,6 +255,25 @@ private:
         expect(view->g6currentGraphData() == before, "undo takes the complement back");
         save("undo");
         lookAtVertex(*view, "node-information");
+        doubleClickSlowly(*view, QPointF(-150, -120));
+        expect(view->getNbNodes() == 13, "a slow double-click adds a vertex");
+        expect(view->node(9)->isSelected(), "it keeps the selection");
+        save("slow-double-click");
+        QTest::keyClick(view, Qt::Key_Z, Qt::ControlModifier);
+    }
+
+    /// With the events of the screen, so that Qt finds out by itself that it is one.
+    void doubleClickSlowly(Graph &view, QPointF scenePoint)
+    {
+        constexpr int pace = 150; // milliseconds
+        QWindow *screenWindow = window.windowHandle();
+        const QPoint place = view.viewport()->mapTo(&window, view.mapFromScene(scenePoint));
+        QTest::mouseMove(screenWindow, place);
+        QTest::mousePress(screenWindow, Qt::LeftButton, Qt::NoModifier, place);
+        QTest::mouseRelease(screenWindow, Qt::LeftButton, Qt::NoModifier, place, pace);
+        QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval; // that QTest adds against double-clicks
+        QTest::mousePress(screenWindow, Qt::LeftButton, Qt::NoModifier, place, pace);
+        QTest::mouseRelease(screenWindow, Qt::LeftButton, Qt::NoModifier, place, pace);
     }
 
     void lookAtVertex(Graph &view, const char *picture)
@@ -282,6 +367,58 @@ private:
         save("layout-in-force");
     }
 
+    /// Saves under a name without suffix, which gets one: that file is there already.
+    void replaceAGraphFile()
+    {
+        auto *view = window.findChild<Graph *>();
+        std::unique_ptr<driver::DialogAnswer> toTheQuestion;
+        const driver::DialogAnswer answer([&](QDialog *dialog) {
+            toTheQuestion = std::make_unique<driver::DialogAnswer>([&](QDialog *question) {
+                savePicture(*question, "replace-question");
+                driver::click(question, QStringLiteral("Yes"));
+            });
+            driver::chooseFile(qobject_cast<QFileDialog *>(dialog), results.filePath(QStringLiteral("edited")));
+        });
+        view->slot_save();
+        expect(answer.done() && toTheQuestion->done(), "the user is asked before a file is replaced");
+    }
+
+    /// Edge lists and a dropped graph.
+    void bringGraphsIn()
+    {
+        auto *view = window.findChild<Graph *>();
+        std::unique_ptr<driver::DialogAnswer> toTheMessage;
+        const driver::DialogAnswer blanks([&](QDialog *dialog) {
+            toTheMessage = std::make_unique<driver::DialogAnswer>([&](QDialog *message) {
+                savePicture(*message, "edge-list-message");
+                QTest::keyClick(message, Qt::Key_Escape);
+            });
+            driver::chooseFile(qobject_cast<QFileDialog *>(dialog), written("blanks.edgelist", "a b\nb c\nc a\n"));
+        });
+        view->slot_import_graph();
+        expect(blanks.done() && toTheMessage->done(), "a message tells what an edge list must hold");
+
+        const driver::DialogAnswer tabs = driver::DialogAnswer::withFile(
+            written("prism.edgelist", "# a prism\na\tb\nb\tc\nc\ta\nd\te\ne\tf\nf\td\na\td\nb\te\nc\tf\n"));
+        view->slot_import_graph();
+        expect(tabs.done() && view->getNbEdges() == 9, "the edge list is imported");
+        save("import-on-circle");
+
+        QMimeData petersen;
+        petersen.setText(QStringLiteral("IheA@GUAo"));
+        drop(*view->viewport(), petersen);
+        expect(view->getNbEdges() == 15, "the dropped graph is shown");
+        save("dropped-graph");
+    }
+
+    /// The path of a new file among the results.
+    QString written(const char *name, const QByteArray &text) const
+    {
+        QFile file(results.filePath(QLatin1String(name)));
+        expect(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "the file is written");
+        return file.fileName();
+    }
+
     void nameList(const QString &name)
     {
         auto *edit = window.findChild<QLineEdit *>(QStringLiteral("newListName"));
@@ -319,10 +456,15 @@ private:
 
     void savePicture(QWidget &shown, const char *step)
     {
-        QTest::qWait(100); // until layouts have settled and all widgets are painted
+        QTest::qWait(settlingTime);
+        write(shown.grab(), step);
+    }
+
+    void write(const QPixmap &picture, const char *step)
+    {
         ++count;
         const QString file = QStringLiteral("%1-%2.png").arg(count, 2, 10, QLatin1Char('0')).arg(QLatin1String(step));
-        expect(shown.grab().save(pictures.filePath(file)), "the picture is written");
+        expect(picture.save(pictures.filePath(file)), "the picture is written");
         std::cout << qPrintable(pictures.filePath(file)) << std::endl;
     }
 
@@ -332,6 +474,9 @@ private:
             qFatal("the tour failed: %s", what);
         }
     }
+
+    /// Milliseconds until layouts have settled and all widgets are painted.
+    static constexpr int settlingTime = 100;
 
     TAVMainWindow &window;
     QDir pictures;
