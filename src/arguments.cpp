@@ -47,7 +47,7 @@ QStringList withoutOptionsOfQt(const QStringList &commandLine)
 QString typedOption(const QStringList &commandLine, const QString &name)
 {
     for (const QString &argument : commandLine) {
-        const QString option = argument.section(QLatin1Char('='), 0, 0);
+        QString option = argument.section(QLatin1Char('='), 0, 0);
         if (isOption(option, {name})) {
             return option;
         }
