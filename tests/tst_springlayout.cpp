@@ -7,6 +7,7 @@
 #include <QPolygonF>
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -30,7 +31,10 @@ private slots:
     void structureShows();
     void componentsStandSideBySide_data() { layouts(); }
     void componentsStandSideBySide();
+    void largestComponentComesFirst_data() { layouts(); }
+    void largestComponentComesFirst();
     void distancesOfAPath();
+    void noVertexIsThrownOut();
 
 private:
     static void layouts();
@@ -167,6 +171,15 @@ void TestSpringLayout::componentsStandSideBySide()
     QVERIFY(layout(emptyGraph(0)).isEmpty());
 }
 
+/// Left of the others, or above them.
+void TestSpringLayout::largestComponentComesFirst()
+{
+    QFETCH(Layout, layout);
+    const Places places = layout(graphOf(6, {{1, 2}, {2, 3}, {3, 4}, {4, 5}, {5, 1}}));
+    const QRectF pentagon = QPolygonF(places.mid(1)).boundingRect();
+    QVERIFY(places[0].x() > pentagon.right() || places[0].y() > pentagon.bottom());
+}
+
 /// A path can have all its distances: it becomes straight.
 void TestSpringLayout::distancesOfAPath()
 {
@@ -178,6 +191,37 @@ void TestSpringLayout::distancesOfAPath()
             QVERIFY2(std::abs(length - (j - i)) < 0.01, qPrintable(QString::number(length)));
         }
     }
+}
+
+/// A vertex of this graph overshoots for ever. It stays near the others all the same: on average, the
+/// length of a spring differs from the distance in the graph by less than half.
+void TestSpringLayout::noVertexIsThrownOut()
+{
+    const Adjacency graph = fromGraph6("Os`ADA?C?O?BC_?e?@?g?");
+    const int order = graph.size();
+    QVector<QVector<int>> between(order, QVector<int>(order, order));
+    for (int i = 0; i < order; ++i) {
+        for (int j = 0; j < order; ++j) {
+            between[i][j] = i == j ? 0 : graph[i][j] ? 1 : order;
+        }
+    }
+    for (int by = 0; by < order; ++by) {
+        for (int i = 0; i < order; ++i) {
+            for (int j = 0; j < order; ++j) {
+                between[i][j] = std::min(between[i][j], between[i][by] + between[by][j]);
+            }
+        }
+    }
+    const Places places = kamadaKawai(graph);
+    double sum = 0;
+    for (int j = 1; j < order; ++j) {
+        for (int i = 0; i < j; ++i) {
+            const double stretch = QLineF(places[i], places[j]).length() / between[i][j] - 1;
+            sum += stretch * stretch;
+        }
+    }
+    const double average = std::sqrt(2 * sum / (order * (order - 1)));
+    QVERIFY2(average < 0.5, qPrintable(QString::number(average)));
 }
 
 QTEST_APPLESS_MAIN(TestSpringLayout)

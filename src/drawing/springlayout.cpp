@@ -135,11 +135,12 @@ auto positionsOf(const WeightedGraph &graph, Points &points)
 }
 
 /// Tells Boost when a spring layout is done: as soon as the springs hardly pull any more. The number of steps has a
-/// limit beside, because a step can overshoot for ever.
+/// limit beside, because a vertex can overshoot for ever; a few steps a move are enough for one that does not, and
+/// leave one that does near the others.
 struct IsBalanced {
     static constexpr double weakestPull = 1e-4;
-    static constexpr int mostMovesPerVertex = 100;
-    static constexpr int mostStepsPerMove = 20;
+    static constexpr int mostMovesPerVertex = 40;
+    static constexpr int mostStepsPerMove = 5;
 
     template<typename Vertex> bool operator()(double pull, Vertex, const WeightedGraph &graph, bool global)
     {
