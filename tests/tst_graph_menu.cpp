@@ -28,6 +28,7 @@ private slots:
     void cleanup();
 
     void comesUpAtTheMouse();
+    void comesUpByKeys();
     void staysAwayDuringADrag();
     void contents();
     void disabledEntries_data();
@@ -40,6 +41,7 @@ private slots:
     void addModes();
     void edgeMode();
     void layout();
+    void ticksTellWhatIsInForce();
     void relabellingIsShownAndUndoable();
     void spin();
     void fileCommands_data();
@@ -154,6 +156,28 @@ void TestGraphMenu::comesUpAtTheMouse()
     QCOMPARE(graphtext::selection(*view), QStringLiteral("1 2"));
     open()->close();
     QVERIFY(menu.isNull()); // each menu takes the place of the last one
+}
+
+/// And is left, or an entry of a submenu is chosen, by keys, too.
+void TestGraphMenu::comesUpByKeys()
+{
+    QTest::keyClick(view.get(), Qt::Key_F10, Qt::ShiftModifier);
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != nullptr, patience);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() == nullptr, patience);
+    QTest::keyClick(view.get(), Qt::Key_F10);
+    QVERIFY(QApplication::activePopupWidget() == nullptr);
+
+    // What Qt sends to the widget with the keyboard for the key Menu.
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), view->mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(view.get(), &event);
+    QPointer<QWidget> menu = QApplication::activePopupWidget();
+    QVERIFY(menu != nullptr);
+    QTest::keyClick(menu, Qt::Key_S); // Select
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != menu, patience);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_A); // All
+    QCOMPARE(graphtext::selection(*view), QStringLiteral("0 1 2 3"));
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() == nullptr, patience);
 }
 
 // The menu would swallow the release of the button.
@@ -440,6 +464,35 @@ void TestGraphMenu::layout()
                           QStringLiteral("interactive_graph_changed"), QStringLiteral("best_graph_changed")}));
     QVERIFY(!view->bestEdge(0, 2));
     QVERIFY(graphtext::published(*view));
+}
+
+/// One of the layouts, and one of what is shown.
+void TestGraphMenu::ticksTellWhatIsInForce()
+{
+    const QStringList layouts{QStringLiteral("Circle"), QStringLiteral("Spring (Kamada and Kawai)"),
+                              QStringLiteral("Spring (Fruchterman and Reingold)"), QStringLiteral("Planar"),
+                              QStringLiteral("Levels from the selection")};
+    const QStringList shown{QStringLiteral("Vertex numbers"), QStringLiteral("Names"), QStringLiteral("Degrees"),
+                            QStringLiteral("Distances from the selected vertex"), QStringLiteral("Nothing")};
+    const auto isTickedAlone = [this](const QStringList &entries, const QString &text) {
+        QMenu *menu = open();
+        bool alone = true;
+        for (const QString &each : entries) {
+            alone = alone && entry(menu, each)->isChecked() == (each == text);
+        }
+        menu->close();
+        return alone;
+    };
+    for (const QStringList &entries : {layouts, shown}) {
+        for (const QString &text : entries) {
+            choose(text);
+            QVERIFY2(isTickedAlone(entries, text), qPrintable(text));
+        }
+    }
+    choose(QStringLiteral("Degrees"));
+    choose(QStringLiteral("Add vertex")); // another graph, of which nothing is shown yet
+    QVERIFY(isTickedAlone(shown, QStringLiteral("Nothing")));
+    QVERIFY(isTickedAlone(layouts, QStringLiteral("Levels from the selection")));
 }
 
 void TestGraphMenu::relabellingIsShownAndUndoable()

@@ -302,6 +302,8 @@ void Graph::keyPressEvent(QKeyEvent *event)
         control ? commandOfKey(controlCommands, event->key()) : commandOfKey(plainCommands, event->key());
     if (entry != nullptr) {
         (this->*entry->command)();
+    } else if (event->key() == Qt::Key_F10 && event->modifiers().testFlag(Qt::ShiftModifier)) {
+        showMenu({}); // Qt asks for a menu on the key Menu alone, and many keyboards have none
     } else if (!control) {
         moveView(event->key(), alt);
     }
