@@ -6,9 +6,13 @@
 #include "support/runprogram.h"
 #include "support/testfiles.h"
 
+#include <QLineF>
+#include <QPainter>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
 #include <QtTest>
+
+#include <algorithm>
 
 class TestPictures : public QObject
 {
@@ -29,6 +33,8 @@ private slots:
     void pdfHasEverything();
     void latexSetsTheTikzPicture();
     void latexSetsEveryLabel();
+    void everyFormatShowsTheSame_data();
+    void everyFormatShowsTheSame();
     void neatoKeepsThePlaces();
     void neatoKeepsEveryCharacter();
     void emptyDrawing();
@@ -70,6 +76,7 @@ struct SvgContent {
     QStringList texts;
     QStringList fills;
     QStringList strokes;
+    QStringList widths;
     bool wellFormed = false;
 };
 
@@ -88,6 +95,7 @@ SvgContent readSvg(const QByteArray &bytes)
         } else if (reader.name() == QLatin1String("line")) {
             ++content.lines;
             content.strokes.append(reader.attributes().value(QLatin1String("stroke")).toString());
+            content.widths.append(reader.attributes().value(QLatin1String("stroke-width")).toString());
         } else if (reader.name() == QLatin1String("text")) {
             content.texts.append(reader.readElementText());
         }
@@ -144,6 +152,20 @@ QString set(const TestFolder &folder, const QByteArray &document)
     return folder.path("picture.pdf");
 }
 
+/// The smallest rectangle that holds all that is not white.
+QRect inkedPart(const QImage &picture)
+{
+    QRect part;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (qGreen(picture.pixel(x, y)) < 128 || qBlue(picture.pixel(x, y)) < 128) {
+                part |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return part;
+}
+
 /// The lines that neato writes with -Tplain, split at blanks.
 QList<QList<QByteArray>> plainNeato(const QByteArray &dotText)
 {
@@ -175,6 +197,12 @@ void TestPictures::inkIsReadable()
     QCOMPARE(Drawing::inkOn(Qt::white), QColor(Qt::black));
     QCOMPARE(Drawing::inkOn(Qt::darkBlue), QColor(Qt::white));
     QCOMPARE(Drawing::inkOn(Qt::red), QColor(Qt::white));
+    // In TikZ it is the colour of each label.
+    Drawing named = square();
+    named.vertices[3].label = QStringLiteral("dark");
+    const QString document = QString::fromLatin1(tikz(named));
+    QVERIFY(document.contains(QLatin1String("[text=black]center:{one}")));
+    QVERIFY(document.contains(QLatin1String("[text=white]center:{dark}")));
 }
 
 void TestPictures::svgHasEverything()
@@ -185,6 +213,8 @@ void TestPictures::svgHasEverything()
     QCOMPARE(content.fills, words({"#ffff00", "#00ffff", "#ff0000", "#000080"}));
     QCOMPARE(content.lines, 5);
     QCOMPARE(content.strokes, words({"#000000", "#000000", "#ff0000", "#000000", "#000000"}));
+    QVERIFY(svg(square()).contains("<text x=\"-100\" y=\"-96.15\" fill=\"#000000\">one<")); // a third of a letter down
+    QCOMPARE(content.widths, words({"2", "2", "4", "2", "2"}));
     QCOMPARE(content.texts, words({"7", "7", "one"})); // the first is the white below the second
     QVERIFY(svg(square()).contains("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"265\" height=\"265\" "
                                    "viewBox=\"-142.5 -122.5 265 265\">"));
@@ -328,6 +358,82 @@ void TestPictures::latexSetsEveryLabel()
     }
     const QString page = textOfPdf(set(folder, tikz(labelled(all + QChar(0x221E)))));
     QVERIFY2(page.contains(QLatin1String("XYZ")), qPrintable(page));
+}
+
+void TestPictures::everyFormatShowsTheSame_data()
+{
+    QTest::addColumn<QString>("format");
+    for (const char *format : {"png", "transparent png", "pdf", "tex", "dot"}) {
+        QTest::newRow(format) << QString::fromLatin1(format);
+    }
+}
+
+/// Colours and widths, sizes and places, seen on the picture that a reader of the format makes.
+void TestPictures::everyFormatShowsTheSame()
+{
+    QFETCH(QString, format);
+    constexpr double scale = 3;
+    const QString dotsPerInch = QString::number(96 * scale);
+    Drawing shown = square();
+    shown.vertices.append({{0, 0}, 20, Qt::green, {}}); // on an edge between others
+    const TestFolder folder;
+    const auto page = [&](const QString &path) {
+        return QImage::fromData(outputOf(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), dotsPerInch, path}));
+    };
+    QImage picture;
+    if (format == QLatin1String("pdf")) {
+        picture = page(writeTo(folder, "page.pdf", pdf(shown)));
+    } else if (format == QLatin1String("tex")) {
+        picture = page(set(folder, tikz(shown)));
+    } else if (format == QLatin1String("dot")) {
+        const QByteArray rows = outputOf(
+            QStringLiteral(NEATO_PROGRAM),
+            {QStringLiteral("-n"), QStringLiteral("-Gdpi=") + dotsPerInch, QStringLiteral("-Tpng")}, dot(shown));
+        picture = QImage::fromData(rows);
+    } else {
+        const QImage painted =
+            QImage::fromData(png(shown, qRound(shown.extent().width() * scale), format.startsWith(QLatin1Char('t'))));
+        picture = QImage(painted.size(), QImage::Format_RGB32);
+        picture.fill(Qt::white);
+        QPainter(&picture).drawImage(0, 0, painted);
+    }
+    picture = picture.convertToFormat(QImage::Format_RGB32);
+    const QRect inked = inkedPart(picture);
+    const QRectF ink = shown.extent().adjusted(2, 2, -2, -2); // the margin is white
+    QVERIFY(qAbs(inked.width() - ink.width() * scale) < 5);
+    QVERIFY(qAbs(inked.height() - ink.height() * scale) < 5);
+
+    const auto at = [&](double x, double y) {
+        return picture.pixelColor(inked.topLeft() + ((QPointF(x, y) - ink.topLeft()) * scale).toPoint());
+    };
+    QCOMPARE(at(-100, -113), QColor(Qt::yellow)); // above the label
+    QCOMPARE(at(100, -100), QColor(Qt::cyan));
+    QCOMPARE(at(100, 100), QColor(Qt::red));
+    QCOMPARE(at(-100, 70), QColor(Qt::darkBlue)); // the larger disc
+    QCOMPARE(at(0, 0), QColor(Qt::green));        // the edge runs under it
+    QCOMPARE(at(60, -40), QColor(Qt::white));
+    /// How many units of a line of the picture are not white.
+    const auto thickness = [&](QPointF from, QPointF to) {
+        const int steps = qRound(QLineF(from, to).length() * scale);
+        int dark = 0;
+        for (int i = 0; i <= steps; ++i) {
+            const QPointF point = from + (to - from) * i / steps;
+            dark += at(point.x(), point.y()).green() < 128 ? 1 : 0;
+        }
+        return dark / scale;
+    };
+    QVERIFY(qAbs(thickness({0, -110}, {0, -90}) - 2) < 0.7); // an edge
+    QVERIFY(qAbs(thickness({0, 90}, {0, 110}) - 4) < 0.7);   // one that is highlighted
+    QVERIFY(at(0, 100).red() > 200 && at(0, 100).green() < 100);
+    QVERIFY(at(0, -100).red() < 100);
+    double widest = 0;                // the upper stroke of the 7 on an edge
+    for (int y = -20; y <= 20; ++y) { // neato centres it between the discs
+        widest = std::max(widest, thickness({-120, double(y)}, {-80, double(y)}));
+    }
+    QVERIFY2(widest > 3, qPrintable(QString::number(widest)));
+    if (format != QLatin1String("dot")) {
+        QVERIFY(thickness({-100, -10}, {-100, 10}) < 18); // white around it
+    }
 }
 
 void TestPictures::neatoKeepsThePlaces()

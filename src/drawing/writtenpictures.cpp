@@ -163,18 +163,10 @@ QByteArray tikz(const Drawing &drawing)
                                   "line width=%1bp}, font=\\scriptsize]\n")
                        .arg(points(Drawing::outlineWidth));
     for (int i = 0; i < drawing.vertices.size(); ++i) {
-        const Drawing::Vertex &vertex = drawing.vertices[i];
-        text += QStringLiteral("\\node[vertex, minimum size=%1bp, fill=%2")
-                    .arg(points(2 * vertex.radius), texColour(vertex.colour));
-        if (!vertex.label.isEmpty()) {
-            text += QStringLiteral(", label={[text=%1]center:{")
-                        .arg(Drawing::inkOn(vertex.colour) == QColor(Qt::white) ? QStringLiteral("white")
-                                                                                : QStringLiteral("black")) +
-                    texText(vertex.label) + QStringLiteral("}}");
-        }
-        text +=
-            QStringLiteral("] (v%1) at (%2, %3) {};\n").arg(i).arg(points(vertex.place.x()), points(-vertex.place.y()));
+        const QPointF place = drawing.vertices[i].place;
+        text += QStringLiteral("\\coordinate (v%1) at (%2, %3);\n").arg(i).arg(points(place.x()), points(-place.y()));
     }
+    // Below the discs, as everywhere: an edge may run under one that is not its end.
     for (const Drawing::Edge &edge : drawing.edges) {
         text += QStringLiteral("\\draw[line width=%1bp, draw=%2] (v%3) -- ")
                     .arg(points(edge.width), texColour(edge.colour))
@@ -184,6 +176,18 @@ QByteArray tikz(const Drawing &drawing)
         }
         text += QStringLiteral("(v%1);\n").arg(edge.to);
     }
+    for (int i = 0; i < drawing.vertices.size(); ++i) {
+        const Drawing::Vertex &vertex = drawing.vertices[i];
+        text += QStringLiteral("\\node[vertex, minimum size=%1bp, fill=%2")
+                    .arg(points(2 * vertex.radius), texColour(vertex.colour));
+        if (!vertex.label.isEmpty()) {
+            text += QStringLiteral(", label={[text=%1]center:{")
+                        .arg(Drawing::inkOn(vertex.colour) == QColor(Qt::white) ? QStringLiteral("white")
+                                                                                : QStringLiteral("black")) +
+                    texText(vertex.label) + QStringLiteral("}}");
+        }
+        text += QStringLiteral("] at (v%1) {};\n").arg(i);
+    }
     text += QStringLiteral("\\end{tikzpicture}\n\\end{document}\n");
     return text.toUtf8();
 }
@@ -192,6 +196,7 @@ QByteArray dot(const Drawing &drawing)
 {
     QString text =
         QStringLiteral("graph {\n"
+                       "    outputorder=edgesfirst;\n"
                        "    node [shape=circle, style=filled, fixedsize=true, fontname=\"%1\", fontsize=%2];\n"
                        "    edge [fontname=\"%1\", fontsize=%2];\n")
             .arg(QLatin1String(Drawing::labelFamily), points(Drawing::labelSize));
