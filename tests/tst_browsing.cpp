@@ -46,7 +46,10 @@ private slots:
     void sampleListIsShownAsItsNamesSay();
     void theBeginningOfALongNameIsShown();
     void keysBrowse();
+    void endOfAListNotBrowsedYet();
+    void keysOnAnEmptyList();
     void layoutStaysInForce();
+    void noteOfAGraphGoesWithIt();
     void namesAreNotRichText();
     void vertexNamesAreNotRichText();
     void fileNamesAreNotRichText();
@@ -372,6 +375,39 @@ void TestBrowsing::keysBrowse()
     QVERIFY(browser.listsEnabled());
 }
 
+void TestBrowsing::endOfAListNotBrowsedYet()
+{
+    Browser browser;
+    browser.addNames("four", words({"A_", "Bw", "BW", "Bg"}));
+    browser.addNames("two", words({"A_", "Bw"}));
+    QTest::keyClick(browser.view(), Qt::Key_End);
+    QCOMPARE(browser.positionText(), QStringLiteral("4/4 Bg"));
+    browser.choose("two");
+    QTest::keyClick(browser.view(), Qt::Key_End);
+    QCOMPARE(browser.positionText(), QStringLiteral("2/2 Bw"));
+    browser.choose("four");
+    QTest::keyClick(browser.view(), Qt::Key_Home);
+    QCOMPARE(browser.positionText(), QStringLiteral("1/4 A_"));
+}
+
+/// They do what the buttons do.
+void TestBrowsing::keysOnAnEmptyList()
+{
+    for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_Home, Qt::Key_End}) {
+        Browser browser;
+        browser.addNames("one", words({"Bw"}));
+        browser.next();
+        browser.widget()->getManager()->remList(QStringLiteral("one"));
+        QTest::keyClick(browser.view(), key);
+        QCOMPARE(browser.positionText(), QString());
+        QCOMPARE(browser.view()->getNbNodes(), 0);
+        browser.addNames("one", words({"Bw"}));
+        QTest::keyClick(browser.view(), key);
+        QCOMPARE(browser.positionText(), QStringLiteral("1/1 Bw"));
+        QVERIFY(browser.listsEnabled());
+    }
+}
+
 void TestBrowsing::layoutStaysInForce()
 {
     Browser browser;
@@ -391,6 +427,27 @@ void TestBrowsing::layoutStaysInForce()
     QTest::keyClick(view, Qt::Key_5);
     browser.next();
     QVERIFY(isOnCircle());
+}
+
+/// Also where the next one cannot be shown.
+void TestBrowsing::noteOfAGraphGoesWithIt()
+{
+    Browser browser;
+    browser.addNames("three", words({"@", "Bw", "D~{"}));
+    browser.next();
+    const auto note = [&] {
+        const auto *label = browser.view()->findChild<QLabel *>(QStringLiteral("notice"));
+        return label != nullptr && label->isVisible() ? label->text() : QString();
+    };
+    QTest::keyClick(browser.view(), Qt::Key_8);
+    QTest::keyClick(browser.view(), Qt::Key_1);
+    QCOMPARE(note(), QString());
+    browser.next();
+    QCOMPARE(note(), QStringLiteral("The graph is not planar."));
+    const StderrCapture diagnostics; // "Failed to load graph"
+    browser.next();
+    QCOMPARE(browser.positionText(), QString());
+    QCOMPARE(note(), QString());
 }
 
 void TestBrowsing::namesAreNotRichText()

@@ -374,6 +374,7 @@ void Graph::update_display()
     const bool isNew = displayedId != bestId;
     showBestGraph();
     if (isNew) {
+        clearWhatIsOutdated();
         refreshInformation();
     }
 }
