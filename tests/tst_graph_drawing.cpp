@@ -50,6 +50,7 @@ private slots:
     void pngIsAsAskedFor();
     void givingUpLeavesNoFile();
     void fullDiskKeepsTheOldPicture();
+    void nextDialogStartsWhereThePictureIs();
     void noPictureOfNothing();
 
     void copiedGraph6();
@@ -65,10 +66,12 @@ private slots:
     void droppedEdgeListWithoutTabs_data();
     void droppedEdgeListWithoutTabs();
     void whatIsNotForTheViewerIsIgnored();
+    void whatMayOnlyBeMovedIsIgnored();
     void unreadableFileIsTold();
 
     void layoutsFillTheView_data();
     void layoutsFillTheView();
+    void layoutsFillWhatIsSeen();
     void layoutFollows();
     void graphFromElsewhereStandsOnTheCircle();
     void levelsFromTheSelection();
@@ -300,6 +303,9 @@ void TestGraphDrawing::pngIsAsAskedFor()
             if (auto *files = qobject_cast<QFileDialog *>(dialog)) {
                 driver::chooseFile(files, folder.path("picture.png"));
             } else if (dialog != nullptr) {
+                QCOMPARE(dialog->findChild<QSpinBox *>()->value(), 1200);
+                QCOMPARE(dialog->findChild<QSpinBox *>()->maximum(), 10000);
+                QVERIFY(!dialog->findChild<QCheckBox *>()->isChecked());
                 dialog->findChild<QSpinBox *>()->setValue(333);
                 dialog->findChild<QCheckBox *>()->setChecked(transparent);
                 dialog->accept();
@@ -358,6 +364,21 @@ void TestGraphDrawing::fullDiskKeepsTheOldPicture()
     QCOMPARE(told, QStringLiteral("Warning: Failed to export picture."));
     QCOMPARE(contents(path), QByteArray("old"));
     QCOMPARE(folder.files(), words({"nowhere.svg"}));
+}
+
+void TestGraphDrawing::nextDialogStartsWhereThePictureIs()
+{
+    const TestFolder folder;
+    const driver::DialogAnswer answer = chooseFile(folder.path("picture.svg"));
+    view->slot_export_picture();
+    QVERIFY(answer.done());
+    QString start;
+    const driver::DialogAnswer cancelling([&](QDialog *dialog) {
+        start = qobject_cast<QFileDialog *>(dialog)->directory().path();
+        dialog->reject();
+    });
+    view->slot_export_picture();
+    QCOMPARE(start, folder.path());
 }
 
 void TestGraphDrawing::noPictureOfNothing()
@@ -458,7 +479,7 @@ void TestGraphDrawing::wrongTextChangesNothing()
 void TestGraphDrawing::droppedText()
 {
     QMimeData data;
-    data.setText(latin1(petersen));
+    data.setText(QStringLiteral(" %1\n").arg(latin1(petersen)));
     QVERIFY(drop(data));
     QCOMPARE(view->g6currentGraphData(), latin1(petersen));
     data.setText(QStringLiteral("no"));
@@ -535,6 +556,16 @@ void TestGraphDrawing::whatIsNotForTheViewerIsIgnored()
     QCOMPARE(graphtext::edges(*view), QStringLiteral("0-1 1-2 2-3"));
 }
 
+/// The program from which it comes would delete it.
+void TestGraphDrawing::whatMayOnlyBeMovedIsIgnored()
+{
+    QMimeData data;
+    data.setText(latin1(petersen));
+    QDragEnterEvent enter(QPoint(9, 9), Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    QVERIFY(!enter.isAccepted());
+}
+
 void TestGraphDrawing::unreadableFileIsTold()
 {
     const TestFolder folder;
@@ -592,15 +623,46 @@ void TestGraphDrawing::layoutsFillTheView()
     QVERIFY(bothWays ? wide && high : wide || high);
     QVERIFY(qAbs(extent.center().x()) < 1 && qAbs(extent.center().y()) < 1);
     view->slot_randomPosition();
+    view->rotate(0.5, 1, 0);
     press(key);
     for (int i = 0; i < view->getNbNodes(); ++i) {
         QCOMPARE(view->node(i)->pos(), places[i]);
+        QCOMPARE(view->node(i)->getCoordZ(), 0.0);
     }
+}
+
+/// Of a part that is zoomed in, of a view that has another form, and with large vertices.
+void TestGraphDrawing::layoutsFillWhatIsSeen()
+{
+    const auto isSeen = [this] {
+        for (int i = 0; i < view->getNbNodes(); ++i) {
+            const double radius = view->node(i)->shownRadius();
+            const QRectF disc(view->node(i)->pos() - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius));
+            if (!view->viewport()->rect().contains(view->mapFromScene(disc).boundingRect())) {
+                return false;
+            }
+        }
+        return true;
+    };
+    const auto width = [this] { return qAbs(view->node(0)->pos().x() - view->node(3)->pos().x()); };
+    press(Qt::Key_6);
+    const double usualWidth = width();
+    QVERIFY(isSeen());
+    view->scaleView(1.5);
+    press(Qt::Key_6);
+    QVERIFY(isSeen());
+    QVERIFY(width() < usualWidth);
+    view->scaleView(1 / 1.5);
+    view->slot_set_node_radius(60);
+    press(Qt::Key_8);
+    QVERIFY(isSeen());
 }
 
 void TestGraphDrawing::layoutFollows()
 {
-    const auto showNext = [this](const char *name) {
+    SignalRecorder recorder(*view);
+    const auto showNext = [&](const char *name) {
+        recorder.take();
         view->loadg6(latin1(name), true);
         view->place_circle(200);
         view->changeBest();
@@ -615,6 +677,7 @@ void TestGraphDrawing::layoutFollows()
     press(Qt::Key_8);
     showNext(cube);
     QVERIFY(!isOnCircle());
+    QCOMPARE(recorder.take(), words({"best_graph_changed"})); // from the step, not from the layout
     showNext(petersen);
     QVERIFY(isOnCircle()); // not planar
     QCOMPARE(notice(), QStringLiteral("The graph is not planar."));
@@ -662,6 +725,11 @@ void TestGraphDrawing::levelsFromTheSelection()
     const auto y = [this](int i) { return view->node(i)->pos().y(); };
     QVERIFY(y(1) < y(0) && y(0) < y(3));
     QVERIFY(qAbs(y(0) - y(2)) < 1e-6);
+    view->node(3)->setSelected(true);
+    press(Qt::Key_9);
+    QVERIFY(qAbs(y(1) - y(3)) < 1e-6 && y(3) < y(2));
+    view->node(3)->setSelected(false);
+    press(Qt::Key_9);
     view->slot_unselect_all();
     const QPointF place = view->node(2)->pos();
     press(Qt::Key_9);

@@ -13,6 +13,7 @@ class TestLevelLayout : public QObject
     Q_OBJECT
 
 private slots:
+    void verticesStandBelowTheirNeighbours();
     void rowsAreDistances();
     void vertexThatCannotBeReached();
     void rowIsSpreadEvenly();
@@ -105,6 +106,14 @@ void TestLevelLayout::noEdgeOfARowRunsThroughAVertex()
     const Places places = levelLayout(graphOf(4, {{0, 1}, {0, 2}, {1, 2}}), {0, 1, 2});
     QVERIFY(places[1].y() - places[0].y() > 0.05);
     QCOMPARE(places[0].y(), places[2].y());
+}
+
+/// 4 is below the ends of the row above, 5 below its left half.
+void TestLevelLayout::verticesStandBelowTheirNeighbours()
+{
+    const Places places = levelLayout(graphOf(6, {{0, 1}, {0, 2}, {0, 3}, {4, 1}, {4, 3}, {5, 1}, {5, 2}}), {0});
+    QVERIFY(places[1].x() < places[2].x() && places[2].x() < places[3].x());
+    QVERIFY(places[5].x() < places[4].x());
 }
 
 QTEST_APPLESS_MAIN(TestLevelLayout)
