@@ -626,7 +626,7 @@ void Monkey::keyInViewer()
 
 void Monkey::menuOfViewer()
 {
-    const int number = dice.below(40);
+    const int number = dice.below(50); // the entries are 47
     const int x = dice.below(400);
     const int y = dice.below(300);
     attempt(QStringLiteral("entry %1 of the menu at %2, %3").arg(number).arg(x).arg(y));
@@ -640,7 +640,6 @@ void Monkey::menuOfViewer()
     }
 }
 
-/// A graph file or an edge list, by the entry of the menu that asks for it.
 /// Puts a text into the clipboard for the viewer to paste, a graph6 string most of the time.
 void Monkey::clipboardOfViewer()
 {
@@ -677,6 +676,7 @@ void Monkey::dropOnViewer()
     }
 }
 
+/// A graph file, an edge list or a picture, by the entry of the menu that asks for it.
 void Monkey::fileOfViewer()
 {
     struct FileCommand {
