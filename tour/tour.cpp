@@ -64,6 +64,7 @@ public:
         drawTheCounterexample();
         replaceAGraphFile();
         bringGraphsIn();
+        compareLayouts();
         const QPalette usualColours = QApplication::palette();
         QApplication::setPalette(darkTheme());
         showAllModes(QStringLiteral("dark"));
@@ -346,7 +347,7 @@ private:
         view->setFocus();
         QTest::keyClick(view, Qt::Key_6);
         expect(view->node(0)->position() != QPointF(100, 0), "the springs move the vertices from the circle");
-        save("spring-layout");
+        save("springs");
         view->slot_unselect_all();
         QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
                           view->mapFromScene(view->node(0)->position()));
@@ -417,6 +418,23 @@ private:
         QFile file(results.filePath(QLatin1String(name)));
         expect(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "the file is written");
         return file.fileName();
+    }
+
+    /// Two layouts of one graph, which is not of the list.
+    void compareLayouts()
+    {
+        auto *view = window.findChild<Graph *>();
+        view->slot_unselect_all();
+        const QString cube = QStringLiteral("Gr`HOk");
+        QApplication::clipboard()->setText(cube);
+        QTest::keyClick(view, Qt::Key_Insert);
+        expect(view->g6currentGraphData() == cube, "the cube is pasted");
+        QTest::keyClick(view, Qt::Key_6);
+        savePicture(*view, "spring-layout");
+        const QPointF place = view->node(0)->position();
+        QTest::keyClick(view, Qt::Key_8);
+        expect(view->node(0)->position() != place, "the cube is planar");
+        savePicture(*view, "planar-layout");
     }
 
     void nameList(const QString &name)
