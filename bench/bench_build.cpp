@@ -9,7 +9,6 @@
 #include "commandrows.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 
 namespace
 {
@@ -59,17 +58,5 @@ private:
 
 int main(int argc, char *argv[])
 {
-    benchmark::Initialize(&argc, argv);
-    const QTemporaryDir folder;
-    if (!folder.isValid()) {
-        qFatal("no temporary folder");
-    }
-    const int order = argc > 1 ? QByteArray(argv[1]).toInt() : 9;
-    if (order < 1) {
-        qFatal("usage: bench_build [BENCHMARK_OPTION...] [ORDER]");
-    }
-    const Bench bench(order, folder.path());
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks<Bench>(argc, argv);
 }
