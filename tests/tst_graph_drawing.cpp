@@ -65,6 +65,7 @@ private slots:
     void droppedFiles();
     void droppedEdgeListWithoutTabs_data();
     void droppedEdgeListWithoutTabs();
+    void droppedEdgeListWithSomeTabs();
     void whatIsNotForTheViewerIsIgnored();
     void whatMayOnlyBeMovedIsIgnored();
     void unreadableFileIsTold();
@@ -466,6 +467,7 @@ void TestGraphDrawing::wrongTextChangesNothing()
     view->slot_paste_graph6();
     QVERIFY2(notice().startsWith(QLatin1String("This is no graph6 string of 2 to 31 vertices:")), qPrintable(notice()));
     QVERIFY(notice().size() < 120);
+    QVERIFY(!notice().contains(QLatin1Char('\n')));
     const QStringList signalled = recorder.take();
     QCOMPARE(signalled.size(), 1);
     QVERIFY(signalled.first().startsWith(QLatin1String("console This is no graph6")));
@@ -540,6 +542,20 @@ void TestGraphDrawing::droppedEdgeListWithoutTabs()
 }
 
 /// The window loads a database.
+/// The line about what was passed over takes the place of the one about the graph before.
+void TestGraphDrawing::droppedEdgeListWithSomeTabs()
+{
+    view->slot_unselect_all();
+    press(Qt::Key_9);
+    QVERIFY(notice().startsWith(QLatin1String("Levels")));
+    const TestFolder folder;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(folder.write("graph.edgelist", "# two edges\na\tb\nc\td\n"))});
+    QVERIFY(drop(data));
+    QTRY_COMPARE_WITH_TIMEOUT(graphtext::edges(*view), QStringLiteral("0-1 2-3"), patience);
+    QCOMPARE(notice(), QStringLiteral("Lines without a tab between two labels, passed over: 1"));
+}
+
 void TestGraphDrawing::whatIsNotForTheViewerIsIgnored()
 {
     const TestFolder folder;

@@ -417,7 +417,7 @@ bool Graph::showGraph6(const QString &text)
                                    [](QChar character) { return graph6::isCharacter(character.toLatin1()); });
     if (!right) {
         constexpr int longest = 60;
-        tell(tr("This is no graph6 string of 2 to 31 vertices: %1").arg(shortened(text, longest)));
+        tell(tr("This is no graph6 string of 2 to 31 vertices: %1").arg(shortened(text, longest).simplified()));
         return false;
     }
     recordPresentState();
@@ -552,6 +552,7 @@ bool Graph::importOnCircle(const QString &path)
         return false;
     }
     placeOnCircle();
+    update_display(); // takes the line about the graph before away, which would take the new one, too
     const LineCount count = countLines(text);
     if (count.edges > 0 && count.others > 0) {
         tell(tr("Lines without a tab between two labels, passed over: %1").arg(count.others));
