@@ -28,7 +28,7 @@ QRectF Drawing::extent() const
         all |= aroundLabel(vertex.label, vertex.place);
     }
     for (const Edge &edge : edges) {
-        all |= aroundLabel(edge.label, middleOf(edge));
+        all |= boxOfLabel(edge);
     }
     return all.adjusted(-margin, -margin, margin, margin);
 }
@@ -38,10 +38,15 @@ QPointF Drawing::middleOf(const Edge &edge) const
     return QLineF(vertices[edge.from].place, vertices[edge.to].place).center();
 }
 
+QRectF Drawing::boxOfLabel(const Edge &edge) const
+{
+    return aroundLabel(edge.label, middleOf(edge));
+}
+
 QColor Drawing::inkOn(const QColor &colour)
 {
-    constexpr int middle = 128;
-    return qGray(colour.rgb()) < middle ? Qt::white : Qt::black;
+    constexpr int darkest = 120; // for black: a bright green and magenta are 127
+    return qGray(colour.rgb()) < darkest ? Qt::white : Qt::black;
 }
 
 QFont Drawing::labelFont()

@@ -35,6 +35,8 @@ struct Drawing {
     QRectF extent() const;
     /// Where the label of an edge stands.
     QPointF middleOf(const Edge &edge) const;
+    /// What is white under the label of an edge. The edge would make a colon of the point of a number.
+    QRectF boxOfLabel(const Edge &edge) const;
     /// Black or white: what is read best on @p colour.
     static QColor inkOn(const QColor &colour);
     static QFont labelFont();

@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QPageSize>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPdfWriter>
 
 #include <algorithm>
@@ -11,8 +10,6 @@
 
 namespace
 {
-/// How wide the white around the letters on a line is.
-constexpr double halo = 3;
 constexpr double pointsPerUnit = 0.75; // 96 units to an inch, as on a screen
 constexpr int dotsPerInch = 1200;
 
@@ -26,16 +23,6 @@ void paintLabel(QPainter &painter, const QString &label, QPointF place, const QC
     painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, label);
 }
 
-/// White under the label, so that it is read on the line.
-void paintHalo(QPainter &painter, const QString &label, QPointF place)
-{
-    const QFontMetricsF metrics(painter.font());
-    QPainterPath letters;
-    letters.addText(place.x() - metrics.horizontalAdvance(label) / 2,
-                    place.y() + (metrics.ascent() - metrics.descent()) / 2, painter.font(), label);
-    painter.strokePath(letters, QPen(Qt::white, halo, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-}
-
 void paint(QPainter &painter, const Drawing &drawing)
 {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -45,7 +32,7 @@ void paint(QPainter &painter, const Drawing &drawing)
         painter.drawLine(drawing.vertices[edge.from].place, drawing.vertices[edge.to].place);
     }
     for (const Drawing::Edge &edge : drawing.edges) {
-        paintHalo(painter, edge.label, drawing.middleOf(edge));
+        painter.fillRect(drawing.boxOfLabel(edge), Qt::white);
         paintLabel(painter, edge.label, drawing.middleOf(edge), Qt::black);
     }
     for (const Drawing::Vertex &vertex : drawing.vertices) {

@@ -133,9 +133,9 @@ QByteArray svg(const Drawing &drawing)
     }
     for (const Drawing::Edge &edge : drawing.edges) {
         if (!edge.label.isEmpty()) {
-            // White below the letters, so that they are read on the line.
-            text += svgText(drawing.middleOf(edge), edge.label,
-                            QStringLiteral("stroke=\"#ffffff\" stroke-width=\"3\" stroke-linejoin=\"round\""));
+            const QRectF box = drawing.boxOfLabel(edge);
+            text += QStringLiteral("<rect x=\"%1\" y=\"%2\" width=\"%3\" height=\"%4\" fill=\"#ffffff\"/>\n")
+                        .arg(number(box.x()), number(box.y()), number(box.width()), number(box.height()));
             text += svgText(drawing.middleOf(edge), edge.label, QStringLiteral("fill=\"#000000\""));
         }
     }
@@ -168,13 +168,16 @@ QByteArray tikz(const Drawing &drawing)
     }
     // Below the discs, as everywhere: an edge may run under one that is not its end.
     for (const Drawing::Edge &edge : drawing.edges) {
-        text += QStringLiteral("\\draw[line width=%1bp, draw=%2] (v%3) -- ")
+        text += QStringLiteral("\\draw[line width=%1bp, draw=%2] (v%3) -- (v%4);\n")
                     .arg(points(edge.width), texColour(edge.colour))
-                    .arg(edge.from);
+                    .arg(edge.from)
+                    .arg(edge.to);
+    }
+    for (const Drawing::Edge &edge : drawing.edges) {
         if (!edge.label.isEmpty()) {
-            text += QStringLiteral("node[fill=white, inner sep=1bp] {") + texText(edge.label) + QStringLiteral("} ");
+            text += QStringLiteral("\\path (v%1) -- node[fill=white, inner sep=1bp] {").arg(edge.from) +
+                    texText(edge.label) + QStringLiteral("} (v%1);\n").arg(edge.to);
         }
-        text += QStringLiteral("(v%1);\n").arg(edge.to);
     }
     for (int i = 0; i < drawing.vertices.size(); ++i) {
         const Drawing::Vertex &vertex = drawing.vertices[i];
