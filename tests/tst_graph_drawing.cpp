@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QUrl>
+#include <QWheelEvent>
 #include <QtTest>
 
 #include <algorithm>
@@ -647,7 +648,7 @@ void TestGraphDrawing::layoutsFillTheView()
     }
 }
 
-/// Of a part that is zoomed in, of a view that has another form, and with large vertices.
+/// Of a part that is zoomed in, of a view that was moved or has another form, and with large vertices.
 void TestGraphDrawing::layoutsFillWhatIsSeen()
 {
     const auto isSeen = [this] {
@@ -669,6 +670,12 @@ void TestGraphDrawing::layoutsFillWhatIsSeen()
     QVERIFY(isSeen());
     QVERIFY(width() < usualWidth);
     view->scaleView(1 / 1.5);
+    const QPointF middle = view->viewport()->rect().center();
+    QWheelEvent wheel(middle, view->viewport()->mapToGlobal(middle.toPoint()), {}, QPoint(0, 360), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(view->viewport(), &wheel);
+    press(Qt::Key_8);
+    QVERIFY(isSeen());
     view->slot_set_node_radius(60);
     press(Qt::Key_8);
     QVERIFY(isSeen());

@@ -74,6 +74,7 @@ bool Graph::placeByLayout()
         break;
     }
     }
+    centerOn(0, 0); // the wheel may have moved the view
     places = fitted(places, roomForDrawing(), mode);
     for (int i = 0; i < places.size(); ++i) {
         nodes[i]->setPosition(places[i].x(), places[i].y());
