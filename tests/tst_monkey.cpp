@@ -605,15 +605,15 @@ void Monkey::keyInViewer()
                              Qt::Key_Escape,   Qt::Key_Control,   Qt::Key_Shift,  Qt::Key_Menu,   Qt::Key_5,
                              Qt::Key_6,        Qt::Key_7,         Qt::Key_8,      Qt::Key_9,      Qt::Key_PageUp,
                              Qt::Key_PageDown, Qt::Key_Home,      Qt::Key_End,    Qt::Key_Insert, Qt::Key_0,
-                             Qt::Key_1,        Qt::Key_2,         Qt::Key_3,      Qt::Key_4};
+                             Qt::Key_1,        Qt::Key_2,         Qt::Key_3,      Qt::Key_4,      Qt::Key_F10};
         for (int key = Qt::Key_A; key <= Qt::Key_Z; ++key) {
             all.append(Qt::Key(key));
         }
         return all;
     }();
     const Qt::Key key = dice.oneOf(keys);
-    const Qt::KeyboardModifiers modifiers =
-        dice.oneOf(QVector<Qt::KeyboardModifiers>{Qt::NoModifier, Qt::ControlModifier, Qt::AltModifier});
+    const Qt::KeyboardModifiers modifiers = dice.oneOf(
+        QVector<Qt::KeyboardModifiers>{Qt::NoModifier, Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier});
     const bool held = dice.oneIn(20);
     attempt(QStringLiteral("key 0x%1 with 0x%2 in the viewer").arg(key, 0, 16).arg(int(modifiers), 0, 16));
     Graph *view = viewer();
