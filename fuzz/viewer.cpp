@@ -9,9 +9,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
@@ -66,10 +68,12 @@ void pressKey(Graph &graph, InputBytes &input)
         Qt::Key_B,      Qt::Key_Space, Qt::Key_M,   Qt::Key_Alt,    Qt::Key_Backspace, Qt::Key_F,     Qt::Key_Control,
         Qt::Key_6,      Qt::Key_7,     Qt::Key_5,   Qt::Key_8,      Qt::Key_9,         Qt::Key_G,     Qt::Key_PageDown,
         Qt::Key_PageUp, Qt::Key_Home,  Qt::Key_End, Qt::Key_Insert, Qt::Key_0,         Qt::Key_1,     Qt::Key_2,
-        Qt::Key_3,      Qt::Key_4};
+        Qt::Key_3,      Qt::Key_4,     Qt::Key_F10};
     const int key = keys[input.below(std::size(keys))];
     const int choice = input.byte();
-    const Qt::KeyboardModifiers modifiers = (choice & 1) != 0 ? Qt::ControlModifier : Qt::NoModifier;
+    const Qt::KeyboardModifiers modifiers = (choice & 1) != 0   ? Qt::ControlModifier
+                                            : (choice & 4) != 0 ? Qt::ShiftModifier
+                                                                : Qt::NoModifier;
     QKeyEvent press(QEvent::KeyPress, key, modifiers);
     QApplication::sendEvent(&graph, &press);
     if ((choice & 2) != 0) {
@@ -178,8 +182,8 @@ void copyPicture(Graph &graph, InputBytes &)
     graph.slot_copy_picture();
 }
 
-/// Pastes any text, or a graph on few vertices.
-void pasteText(Graph &graph, InputBytes &input)
+/// Any text, or a graph on few vertices.
+QString smallGraph(InputBytes &input)
 {
     const int order = 2 + input.below(6);
     QString text{QChar(63 + order)};
@@ -189,8 +193,25 @@ void pasteText(Graph &graph, InputBytes &input)
     if (input.below(4) == 0) {
         text += QChar(input.byte());
     }
-    QApplication::clipboard()->setText(text);
+    return text;
+}
+
+void pasteText(Graph &graph, InputBytes &input)
+{
+    QApplication::clipboard()->setText(smallGraph(input));
     graph.slot_paste_graph6();
+}
+
+void dropText(Graph &graph, InputBytes &input)
+{
+    QMimeData data;
+    data.setText(smallGraph(input));
+    const QPoint place(input.byte(), input.byte());
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(graph.viewport(), &enter);
+    require(enter.isAccepted(), "a text may be dropped");
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(graph.viewport(), &drop);
 }
 
 QVector<double> numbers(InputBytes &input)
@@ -321,6 +342,7 @@ const std::vector<Operation> &operations()
         command<&Graph::slot_show_degrees>(),
         command<&Graph::slot_show_distances>(),
         command<&Graph::slot_show_nothing>(),
+        {Effect::Changes, dropText},
     };
     return all;
 }
