@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 #include <QtTest>
 
@@ -25,7 +26,7 @@ const QByteArray longName(100000, 'x');
 QStringList textsOf(Graph &graph, Command command, const QString &path, int number)
 {
     QStringList texts;
-    QWidget *answered = nullptr;
+    QPointer<QWidget> answered; // the next one may stand at the same address
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
         QWidget *dialog = QApplication::activeModalWidget();
