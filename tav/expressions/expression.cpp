@@ -230,6 +230,18 @@ char exactComparison(char first)
     }
 }
 
+/// Defines the comparisons that follow from what counts as equal, under the symbols for ==, !=, <=, >=, < and >.
+template<bool (*equal)(double, double)>
+void defineComparisons(mu::Parser &parser, const std::array<const char *, 6> &symbols, int precedence)
+{
+    const std::array<mu::fun_type2, 6> operations{truth<equal>,           truth<differ<equal>>,
+                                                  truth<isAtMost<equal>>, truth<isAtLeast<equal>>,
+                                                  truth<isLess<equal>>,   truth<isGreater<equal>>};
+    for (size_t i = 0; i < symbols.size(); ++i) {
+        parser.DefineOprt(symbols[i], operations[i], precedence, mu::oaLEFT, true);
+    }
+}
+
 /// Gives @p parser all operations and none of its own. The words are symbols to it, and some symbols are others: see
 /// Reader.
 void defineOperations(mu::Parser &parser)
@@ -246,18 +258,8 @@ void defineOperations(mu::Parser &parser)
     };
     binary("||", truth<eitherHolds>, Or);
     binary("&&", truth<bothHold>, And);
-    binary("==", truth<areClose>, Comparison);
-    binary("!=", truth<differ<areClose>>, Comparison);
-    binary("<=", truth<isAtMost<areClose>>, Comparison);
-    binary(">=", truth<isAtLeast<areClose>>, Comparison);
-    binary("<", truth<isLess<areClose>>, Comparison);
-    binary(">", truth<isGreater<areClose>>, Comparison);
-    binary("#=", truth<areEqual>, Comparison);
-    binary("$=", truth<differ<areEqual>>, Comparison);
-    binary("{=", truth<isAtMost<areEqual>>, Comparison);
-    binary("}=", truth<isAtLeast<areEqual>>, Comparison);
-    binary("{", truth<isLess<areEqual>>, Comparison);
-    binary("}", truth<isGreater<areEqual>>, Comparison);
+    defineComparisons<areClose>(parser, {"==", "!=", "<=", ">=", "<", ">"}, Comparison);
+    defineComparisons<areEqual>(parser, {"#=", "$=", "{=", "}=", "{", "}"}, Comparison); // see exactComparison()
     binary("+", sum, Sum);
     binary("-", difference, Sum);
     binary("*", product, Product);
