@@ -63,16 +63,22 @@ private:
     VertexSet set;
 };
 
+/// The vertices outside of @p set that are adjacent to one in it.
+inline VertexSet neighbours(const SmallGraph &graph, VertexSet set)
+{
+    VertexSet around = 0;
+    for (const int v : VerticesOf(set)) {
+        around |= graph.rows[v];
+    }
+    return around & ~set;
+}
+
 /// The vertices of @p within to which a path leads from @p start that has no vertex outside @p within.
 inline VertexSet reachable(const SmallGraph &graph, VertexSet start, VertexSet within)
 {
     VertexSet reached = start & within;
     for (VertexSet fresh = reached; fresh != 0;) {
-        VertexSet neighbours = 0;
-        for (const int v : VerticesOf(fresh)) {
-            neighbours |= graph.rows[v];
-        }
-        fresh = neighbours & within & ~reached;
+        fresh = neighbours(graph, fresh) & within & ~reached;
         reached |= fresh;
     }
     return reached;

@@ -137,7 +137,7 @@ private:
     /// Adds the feasible @p set to every union that stands beside it.
     void combine(VertexSet set)
     {
-        const VertexSet around = neighbours(set);
+        const VertexSet around = neighbours(graph, set);
         for (const int v : VerticesOf(all & ~set)) {
             const VertexSet bag = graph.rows[v] | SmallGraph::bit(v);
             if ((around & ~bag) == 0) {
@@ -181,7 +181,7 @@ private:
             return;
         }
         for (const VertexSet above : components) {
-            const VertexSet border = neighbours(above);
+            const VertexSet border = neighbours(graph, above);
             const VertexSet own = bag & ~border;
             if (own == 0) {
                 continue;
@@ -191,15 +191,6 @@ private:
                 found.push_back(below);
             }
         }
-    }
-
-    VertexSet neighbours(VertexSet set) const
-    {
-        VertexSet around = 0;
-        for (const int v : VerticesOf(set)) {
-            around |= graph.rows[v];
-        }
-        return around & ~set;
     }
 
     const SmallGraph &graph;
