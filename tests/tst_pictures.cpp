@@ -179,6 +179,19 @@ QList<QList<QByteArray>> plainNeato(const QByteArray &dotText)
     }
     return lines;
 }
+
+/// A unit of a drawing is a 96th of an inch.
+QString dotsPerInch(double pixelsToUnit)
+{
+    return QString::number(96 * pixelsToUnit);
+}
+
+/// The page of the PDF file @p path in pixels.
+QImage pageOf(const QString &path, double pixelsToUnit)
+{
+    return QImage::fromData(
+        outputOf(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), dotsPerInch(pixelsToUnit), path}));
+}
 } // namespace
 
 void TestPictures::extentHoldsEverything()
@@ -377,22 +390,18 @@ void TestPictures::everyFormatShowsTheSame()
 {
     QFETCH(QString, format);
     constexpr double scale = 3;
-    const QString dotsPerInch = QString::number(96 * scale);
     Drawing shown = square();
     shown.vertices.append({{0, 0}, 20, Qt::green, {}}); // on an edge between others
     const TestFolder folder;
-    const auto page = [&](const QString &path) {
-        return QImage::fromData(outputOf(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), dotsPerInch, path}));
-    };
     QImage picture;
     if (format == QLatin1String("pdf")) {
-        picture = page(writeTo(folder, "page.pdf", pdf(shown)));
+        picture = pageOf(writeTo(folder, "page.pdf", pdf(shown)), scale);
     } else if (format == QLatin1String("tex")) {
-        picture = page(set(folder, tikz(shown)));
+        picture = pageOf(set(folder, tikz(shown)), scale);
     } else if (format == QLatin1String("dot")) {
         const QByteArray rows = outputOf(
             QStringLiteral(NEATO_PROGRAM),
-            {QStringLiteral("-n"), QStringLiteral("-Gdpi=") + dotsPerInch, QStringLiteral("-Tpng")}, dot(shown));
+            {QStringLiteral("-n"), QStringLiteral("-Gdpi=") + dotsPerInch(scale), QStringLiteral("-Tpng")}, dot(shown));
         picture = QImage::fromData(rows);
     } else {
         const QImage painted =
@@ -460,15 +469,11 @@ void TestPictures::labelsOfEdgesAreReadable()
                       {{0, 100}, 20, Qt::white, {}}};
     cross.edges = {{0, 1, Qt::black, 2, QStringLiteral("1.1")}, {2, 3, Qt::black, 2, {}}};
     const TestFolder folder;
-    const auto page = [&](const QString &path) {
-        return QImage::fromData(
-            outputOf(QStringLiteral("pdftoppm"), {QStringLiteral("-r"), QString::number(96 * scale), path}));
-    };
     QImage picture;
     if (format == QLatin1String("pdf")) {
-        picture = page(writeTo(folder, "page.pdf", pdf(cross)));
+        picture = pageOf(writeTo(folder, "page.pdf", pdf(cross)), scale);
     } else if (format == QLatin1String("tex")) {
-        picture = page(set(folder, tikz(cross)));
+        picture = pageOf(set(folder, tikz(cross)), scale);
     } else if (format == QLatin1String("png")) {
         picture = QImage::fromData(png(cross, qRound(cross.extent().width() * scale), false));
     } else {
