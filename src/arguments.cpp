@@ -20,29 +20,6 @@ bool isOption(const QString &argument, const QStringList &options)
            options.contains(argument.mid(argument.startsWith(QLatin1String("--")) ? 2 : 1));
 }
 
-/// The command line without what QApplication takes out of it for Qt, and for X11.
-QStringList withoutOptionsOfQt(const QStringList &commandLine)
-{
-    const QStringList flags = QStringLiteral("reverse testability widgetcount nograb dograb").split(QLatin1Char(' '));
-    const QStringList withValue =
-        QStringLiteral("platform platformpluginpath platformtheme plugin qmljsdebugger qwindowgeometry qwindowicon "
-                       "qwindowtitle session style stylesheet display geometry icon name title visual")
-            .split(QLatin1Char(' '));
-    const QStringList withValueInOne = QStringLiteral("qmljsdebugger style stylesheet").split(QLatin1Char(' '));
-    QStringList rest;
-    for (int i = 0; i < commandLine.size(); ++i) {
-        const QString &argument = commandLine[i];
-        if (isOption(argument, withValue) && i + 1 < commandLine.size()) {
-            ++i;
-        } else if (!isOption(argument, flags) &&
-                   !(argument.contains(QLatin1Char('=')) &&
-                     isOption(argument.section(QLatin1Char('='), 0, 0), withValueInOne))) {
-            rest.append(argument);
-        }
-    }
-    return rest;
-}
-
 /// The option called @p name as it was typed, without its value.
 QString typedOption(const QStringList &commandLine, const QString &name)
 {
@@ -86,8 +63,7 @@ Arguments readArguments(const QStringList &commandLine)
     // The options of Qt have one dash, or two.
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOptions({help, version, workDir});
-    const QStringList ownCommandLine = withoutOptionsOfQt(commandLine);
-    const bool parsed = parser.parse(ownCommandLine);
+    const bool parsed = parser.parse(commandLine);
 
     Arguments arguments;
     arguments.help = parser.isSet(help);
@@ -98,8 +74,31 @@ Arguments readArguments(const QStringList &commandLine)
     if (!parser.positionalArguments().isEmpty()) {
         arguments.database = parser.positionalArguments().first();
     }
-    arguments.fault = faultOf(parser, arguments, ownCommandLine, parsed);
+    arguments.fault = faultOf(parser, arguments, commandLine, parsed);
     return arguments;
+}
+
+QStringList withoutOptionsOfQt(const QStringList &commandLine)
+{
+    const QStringList flags =
+        QStringLiteral("reverse testability widgetcount qdebug qdevel nograb dograb").split(QLatin1Char(' '));
+    const QStringList withValue =
+        QStringLiteral("platform platformpluginpath platformtheme plugin qmljsdebugger qwindowgeometry qwindowicon "
+                       "qwindowtitle session style stylesheet display geometry icon name title visual")
+            .split(QLatin1Char(' '));
+    const QStringList withValueInOne = QStringLiteral("qmljsdebugger style stylesheet").split(QLatin1Char(' '));
+    QStringList rest;
+    for (int i = 0; i < commandLine.size(); ++i) {
+        const QString &argument = commandLine[i];
+        if (isOption(argument, withValue) && i + 1 < commandLine.size()) {
+            ++i;
+        } else if (!isOption(argument, flags) &&
+                   !(argument.contains(QLatin1Char('=')) &&
+                     isOption(argument.section(QLatin1Char('='), 0, 0), withValueInOne))) {
+            rest.append(argument);
+        }
+    }
+    return rest;
 }
 
 QString helpText()

@@ -15,8 +15,11 @@ struct Arguments {
     QString fault;                   ///< what is wrong with the command line, one line; empty when nothing is
 };
 
-/// Reads a command line, the name of the program first. The options that are Qt's are passed over.
+/// Reads a command line, the name of the program first.
 Arguments readArguments(const QStringList &commandLine);
+
+/// @p commandLine without the options that QApplication may take out of it: those of X11 it takes on X11 alone.
+QStringList withoutOptionsOfQt(const QStringList &commandLine);
 
 /// What the option --help prints.
 QString helpText();

@@ -51,8 +51,8 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     failBeyondFileSizeLimit();
     // QApplication needs a display, which an answer on the command line does without.
-    const Arguments arguments = readArguments(allArguments(argc, argv));
-    if (const std::optional<int> status = answerWithoutWindow(arguments)) {
+    const QStringList ownArguments = withoutOptionsOfQt(allArguments(argc, argv));
+    if (const std::optional<int> status = answerWithoutWindow(readArguments(ownArguments))) {
         return *status;
     }
     QApplication application(argc, argv);
@@ -60,6 +60,11 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationDomain(QStringLiteral("tavoline.example"));
     QApplication::setApplicationName(QLatin1String(applicationTitle));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/src/images/paragraph.png")));
+    // Now Qt has taken its own out, which are not the same on every platform.
+    const Arguments arguments = readArguments(QCoreApplication::arguments());
+    if (const std::optional<int> status = answerWithoutWindow(arguments)) {
+        return *status;
+    }
     auto *window = new TAVMainWindow; // deletes itself when it is closed
     window->show();
     if (arguments.workDir) {

@@ -79,16 +79,17 @@ QStringList console()
     return edit->toPlainText().split(QLatin1Char('\n'));
 }
 
-/// Runs the program in a process of its own, where there is no display: a window would end it.
-ToolResult runInProcess(const QStringList &arguments)
+/// Runs the program in a process of its own, where there is no display: with Qt's platform for X11 a window would end
+/// it.
+ToolResult runInProcess(const QStringList &arguments, const char *platform = "xcb")
 {
     int count = 0;
     const QCoreApplication application(count, nullptr);
     const QTemporaryDir home;
     return runProgram(QStringLiteral("env"),
                       QStringList{QStringLiteral("-u"), QStringLiteral("DISPLAY"),
-                                  QStringLiteral("QT_QPA_PLATFORM=xcb"), QStringLiteral("LC_ALL=C.UTF-8"),
-                                  QStringLiteral("XDG_RUNTIME_DIR=") + home.path(),
+                                  QStringLiteral("QT_QPA_PLATFORM=") + QLatin1String(platform),
+                                  QStringLiteral("LC_ALL=C.UTF-8"), QStringLiteral("XDG_RUNTIME_DIR=") + home.path(),
                                   QStringLiteral("XDG_CONFIG_HOME=") + home.path(), QStringLiteral(TAVOLINE_PROGRAM)} +
                           arguments);
 }
@@ -118,6 +119,7 @@ private slots:
     void signalsThatEndNothing();
     void helpAndVersion_data();
     void helpAndVersion();
+    void optionOfX11Elsewhere();
     void manualAgreesWithHelp();
     void wrongCommandLines_data();
     void wrongCommandLines();
@@ -258,6 +260,14 @@ void TestProgram::helpAndVersion()
     QCOMPARE(result.status, 0);
     QCOMPARE(result.output.left(beginning.size()), beginning);
     QCOMPARE(result.output.contains("--work-dir DIR"), beginning.startsWith("Usage"));
+}
+
+/// Qt takes -title on X11 alone, and the next argument with it.
+void TestProgram::optionOfX11Elsewhere()
+{
+    const ToolResult result = runInProcess(words({"-title", "some.tav"}), "offscreen");
+    QCOMPARE(result.errors, QByteArray("tavoline: Unknown option '-title'.\n"));
+    QCOMPARE(result.status, 2);
 }
 
 /// The options and operands are the same, and so are the words behind the verb that tell what each is for.
