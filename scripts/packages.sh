@@ -18,7 +18,7 @@ install_packages() {
 }
 
 build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev libcliquer-dev libigraph-dev liblapacke-dev
-    libmuparser-dev libnauty2-dev)
+    libmuparser-dev libnauty2-dev libxxhash-dev)
 display_packages=(xvfb xauth fonts-dejavu-core)
 test_packages=(xz-utils graphviz groff-base nauty poppler-utils python3-clang-14
     man-db texlive-latex-base texlive-pictures desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin appstream)

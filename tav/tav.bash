@@ -24,7 +24,7 @@ _tav_operands()
     local count=0 place
     for ((place = 2; place < COMP_CWORD; ++place)); do
         case ${COMP_WORDS[place]} in
-        -o | --output | -j | --jobs | --relation | --table | --first)
+        -o | --output | -j | --jobs | --relation | --base | --table | --first)
             ((++place))
             [[ ${COMP_WORDS[place]} != = ]] || ((++place))
             ;;
@@ -62,18 +62,23 @@ _tav()
     COMPREPLY=()
 
     if ((COMP_CWORD == 1)); then
-        _tav_words "$current" build filter info invariant names run -h --help --version
+        _tav_words "$current" build filter index info invariant names run -h --help --version
         return
     fi
 
     local options=(-h --help --version) input='' output=''
     case $command in
     build)
-        options+=(--relation --connected --strict -o --output -j --jobs)
+        options+=(--relation --connected --strict --base -o --output -j --jobs)
         input='.[gs]6'
         output=.tav
         ;;
     filter) options+=(--count --first --invert -j --jobs) ;;
+    index)
+        options+=(-o --output -j --jobs)
+        input=.tav
+        output=.index
+        ;;
     info) input=.tav ;;
     invariant)
         options+=(--list -o --output --table -j --jobs)
@@ -92,6 +97,7 @@ _tav()
     case $previous in
     --relation) _tav_words "$current" vertex edge ;;
     -j | --jobs | --first) ;;
+    --base) _tav_files "$current" .tav ;;
     --table) _tav_files "$current" .tsv ;;
     -o | --output) _tav_files "$current" "$output" ;;
     *)

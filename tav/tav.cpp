@@ -2,6 +2,7 @@
 #include "commandline.h"
 #include "filter.h"
 #include "heap.h"
+#include "index.h"
 #include "info.h"
 #include "interruption.h"
 #include "invariant.h"
@@ -34,6 +35,7 @@ struct Command {
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
     Command{"filter", "prints the graphs for which an expression holds", runFilter},
+    Command{"index", "makes the index of a database for 'build --base'", runIndex},
     Command{"info", "tells what a database holds and checks it", runInfo},
     Command{"invariant", "computes an invariant of every graph of a database", runInvariant},
     Command{"names", "tells the names that a database has for some graphs", runNames},

@@ -59,7 +59,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("commands");
         QTest::addColumn<QByteArray>("output");
-        for (const char *page : {"guide.md", "manual.md", "expressions.md"}) {
+        for (const char *page : {"guide.md", "manual.md", "expressions.md", "beyond-one-machine.md"}) {
             const std::vector<Block> blocks = blocksOf(page);
             for (size_t i = 0; i < blocks.size(); ++i) {
                 const bool isAnswered = i + 1 < blocks.size() && blocks[i + 1].language == "text";
@@ -88,8 +88,8 @@ private slots:
     {
         const QRegularExpression link(QStringLiteral("\\]\\(([^)#:]+)\\)"));
         int count = 0;
-        for (const char *page :
-             {"README.md", "docs/guide.md", "docs/manual.md", "docs/expressions.md", "docs/tav-run.md"}) {
+        for (const char *page : {"README.md", "docs/guide.md", "docs/manual.md", "docs/expressions.md",
+                                 "docs/tav-run.md", "docs/beyond-one-machine.md"}) {
             const QString path = QStringLiteral(TAVOLINE_SOURCES "/") + QLatin1String(page);
             for (auto match = link.globalMatch(QString::fromUtf8(contents(path))); match.hasNext(); ++count) {
                 const QString target = match.next().captured(1);

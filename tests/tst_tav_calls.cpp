@@ -4,6 +4,7 @@
 #include "support/callfailures.h"
 #include "support/patience.h"
 #include "support/testfiles.h"
+#include "support/toolprocess.h"
 
 #include <QDir>
 #include <QProcess>
@@ -47,6 +48,9 @@ public:
         write(path(QStringLiteral("database")), "@\nA_\t0\nBW\t1\nBw\t1\n");
         write(path(QStringLiteral("invariant")), "GRAPH\tINV1\n@\t0\nA_\t1\nBW\t0.5\nBw\tNA\n");
         write(path(QStringLiteral("names")), "A_\nBw\n");
+        write(path(QStringLiteral("above")), "CF\nC~\n");
+        write(path(QStringLiteral("indexed")), contents(path(QStringLiteral("database"))));
+        runTav({QStringLiteral("index"), QStringLiteral("indexed")}, {}, folder());
         write(path(QStringLiteral("script")), "load database\n"
                                               "list-from-file list names\n"
                                               "load-i1 invariant\n"
@@ -141,6 +145,9 @@ void TestTavCalls::commands_data()
                 << QString::fromLatin1(arguments) << QString::fromLatin1(targets) << isNamed;
         };
         add("build", "build -o target graphs", "target");
+        add("index", "index -o target database", "target");
+        add("a part", "build --base database -o target above", "target");
+        add("a part of an indexed base", "build --base indexed -o target above", "target");
         add("invariant", "invariant size -o target database", "target");
         add("names", "names -o target database names", "target");
         add("run", "run script", "target1 target2 target3");

@@ -162,7 +162,7 @@ private slots:
         for (auto match = block.globalMatch(examples); match.hasNext();) {
             commands.append(match.next().captured(1));
         }
-        QCOMPARE(commands.size(), 3);
+        QCOMPARE(commands.size(), 4);
         const QTemporaryDir folder;
         const QString script = QStringLiteral("PATH=${0%/*}:$PATH\n") + commands.join(QLatin1Char('\n'));
         const ToolResult result = runProgram(
@@ -186,6 +186,10 @@ private slots:
         QTest::newRow("graphs") << words({"build", ""}) << words({"data", "graphs.g6", "more graphs.g6", "sparse.s6"});
         QTest::newRow("graphs begun") << words({"build", "--strict", "gr"}) << words({"graphs.g6"});
         QTest::newRow("output of build") << words({"build", "graphs.g6", "-o", ""}) << words({"data", "small.tav"});
+        QTest::newRow("base") << words({"build", "--base", ""}) << words({"data", "small.tav"});
+        QTest::newRow("graphs of a part") << words({"build", "--base", "small.tav", "s"}) << words({"sparse.s6"});
+        QTest::newRow("database of an index") << words({"index", "-j", "2", ""}) << words({"data", "small.tav"});
+        QTest::newRow("output of an index") << words({"index", "-o", ""}) << words({"data"});
         QTest::newRow("processors") << words({"build", "-j", ""}) << QStringList();
         QTest::newRow("database") << words({"info", ""}) << words({"data", "small.tav"});
         QTest::newRow("invariant") << words({"invariant", "av"})

@@ -28,6 +28,9 @@ void TestTavMemory::commands_data()
         QTest::newRow((title + ", from then on").constData()) << arguments << script << true;
     };
     rows("build", words({"build", "-o", "saved", "names.g6"}));
+    rows("index", {QStringLiteral("index"), QStringLiteral("-o"), QStringLiteral("saved"), database});
+    rows("a part", {QStringLiteral("build"), QStringLiteral("--base"), QStringLiteral("base.tav"), QStringLiteral("-o"),
+                    QStringLiteral("saved"), QStringLiteral("above.g6")});
     rows("info", {QStringLiteral("info"), database});
     rows("invariant", {QStringLiteral("invariant"), QStringLiteral("size"), database, QStringLiteral("-o"),
                        QStringLiteral("saved")});
@@ -51,6 +54,10 @@ void TestTavMemory::commands()
         names += line.left(line.indexOf('\t')) + '\n';
     }
     folder.write("names.g6", names);
+    const QByteArray all = contents(example("connected-8.tav"));
+    folder.write("base.tav", all.left(all.indexOf("\nG") + 1));
+    QCOMPARE(runTav(words({"index", "base.tav"}), {}, folder.path()).status, 0);
+    folder.write("above.g6", names.mid(names.indexOf("\nG") + 1));
     const QString saved = folder.path("saved");
     const QString mark = folder.path("mark");
     write(saved, "old");
@@ -85,7 +92,7 @@ void TestTavMemory::commands()
         }
         QStringList left = folder.files();
         left.removeAll(QStringLiteral("mark"));
-        QCOMPARE(left, words({"names.g6", "saved", "script"}));
+        QCOMPARE(left, words({"above.g6", "base.tav", "base.tav.index", "names.g6", "saved", "script"}));
         QVERIFY2(number < 1000, "the same allocation again and again");
     }
     QVERIFY(failures > 0);

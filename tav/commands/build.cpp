@@ -3,8 +3,12 @@
 #include "commandline.h"
 #include "counted.h"
 #include "databasebuilder.h"
+#include "databaseforms.h"
+#include "output.h"
+#include "plaintext.h"
 
 #include <cstdio>
+#include <optional>
 
 namespace
 {
@@ -31,6 +35,16 @@ void report(const BuildSummary &summary)
     }
     std::fprintf(stderr, "%s.\n", qPrintable(text));
 }
+
+void report(const DatabaseForms &base)
+{
+    const QString index = indexPath(base.path());
+    const QString source =
+        base.isFromFile() ? QStringLiteral("read from ") + index : QStringLiteral("made, for there is no ") + index;
+    const QString graphs = counted(qint64(base.index().graphCount()), "graph", "graphs");
+    const QString text = QStringLiteral("A part of %1: %2, their forms %3.").arg(base.path(), graphs, source);
+    std::fprintf(stderr, "%s\n", qPrintable(plainText(text)));
+}
 } // namespace
 
 void runBuild(const QStringList &arguments)
@@ -43,6 +57,12 @@ void runBuild(const QStringList &arguments)
                                        QStringLiteral("Leave out the disconnected graphs of the input."));
     const QCommandLineOption strict(QStringLiteral("strict"),
                                     QStringLiteral("Fail when two graphs of the input are isomorphic."));
+    const QCommandLineOption baseOption(
+        QStringLiteral("base"),
+        QStringLiteral("Make a part of the database <BASE>: the lines of the given graphs only, which link to lines of "
+                       "<BASE> and follow them in a larger database. The forms of its graphs are read from "
+                       "'<BASE>.index' if 'tav index' has made that file."),
+        QStringLiteral("BASE"));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Makes a database of the graphs whose graph6 or sparse6 strings stand, one a line, in the files "
@@ -50,7 +70,7 @@ void runBuild(const QStringList &arguments)
     parser.addPositionalArgument(QStringLiteral("FILE"),
                                  QStringLiteral("Files of graph6 or sparse6 strings; '-' is standard input."),
                                  QStringLiteral("[FILE...]"));
-    parser.addOptions({relation, connected, strict, outputOption(), jobsOption()});
+    parser.addOptions({relation, connected, strict, baseOption, outputOption(), jobsOption()});
     if (!parseArguments(parser, arguments)) {
         return;
     }
@@ -64,5 +84,14 @@ void runBuild(const QStringList &arguments)
         options.inputs.append(standardStream);
     }
     options.output = outputPath(parser);
+    std::optional<DatabaseForms> base;
+    if (parser.isSet(baseOption)) {
+        expectDifferentFiles(parser.value(baseOption), {options.output});
+        base.emplace(parser.value(baseOption), options.jobs);
+        options.base = &*base;
+    }
     report(buildDatabase(options));
+    if (base) {
+        report(*base);
+    }
 }

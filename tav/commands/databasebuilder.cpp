@@ -2,6 +2,7 @@
 
 #include "canonicalform.h"
 #include "commandline.h"
+#include "databaseforms.h"
 #include "graphinput.h"
 #include "interruption.h"
 #include "isomorphismtable.h"
@@ -45,7 +46,8 @@ class Builder
 public:
     explicit Builder(const BuildOptions &buildOptions)
         : options(buildOptions)
-        , input(options.inputs, options.connectedOnly, options.strict)
+        , input(options.inputs, options.connectedOnly, options.strict || options.base != nullptr)
+        , base(options.base != nullptr ? &options.base->index() : nullptr)
     {
     }
 
@@ -62,8 +64,11 @@ private:
     struct Finding {
         const GraphGroup *group;
         std::string_view name;
-        std::string key;
-        std::vector<quint32> subGraphs;
+        quint32 place; // in the input, as GraphInput counts
+        std::string key{};
+        std::vector<quint32> subGraphs{};
+        std::optional<quint32> numberInBase{};
+        std::optional<quint32> subGraphOfInput{}; // its place, if it should be in the base
     };
 
     Level levelOf(const GraphGroup &group) const
@@ -81,6 +86,7 @@ private:
         Progress progress(QStringLiteral("Building"), input.count());
         std::vector<Finding> batch;
         int weight = 0;
+        quint32 place = 0;
         const auto finishBatch = [&] {
             examine(batch, progress);
             write(linesOf(batch));
@@ -93,7 +99,7 @@ private:
                 enter(levelOf(group));
             }
             for (size_t i = 0; i < group.count(); ++i) {
-                batch.push_back({&group, group.string(i), {}, {}});
+                batch.push_back({&group, group.string(i), place++});
                 weight += 1 + group.size;
                 if (weight >= batchWeight) {
                     finishBatch();
@@ -134,47 +140,61 @@ private:
         parseGraph6(finding.name, graph);
         const CanonicalForm form = canonicalForm(graph);
         finding.key = IsomorphismTable::keyOf(form);
-        if (!lower.isEmpty()) {
+        if (base != nullptr) {
+            finding.numberInBase = base->numberOf(graph.order, finding.key);
+        }
+        if (hasGraphsOn(levelBelow(currentLevel))) {
+            if (options.relation == Relation::Edge) {
+                deleteEdges(graph, finding);
+            } else {
+                deleteVertices(graph, form.orbits, finding);
+            }
             std::vector<quint32> &found = finding.subGraphs;
-            found = options.relation == Relation::Edge ? edgeDeleted(graph) : vertexDeleted(graph, form.orbits);
             std::sort(found.begin(), found.end());
             found.erase(std::unique(found.begin(), found.end()), found.end());
         }
     }
 
-    /// Deletes one vertex of each orbit of the automorphisms: the others leave isomorphic graphs.
-    std::vector<quint32> vertexDeleted(const SmallGraph &graph,
-                                       const std::array<int, SmallGraph::maxOrder> &orbits) const
+    /// Whether a graph of the current level can have a sub-graph on the level @p below.
+    bool hasGraphsOn(const Level &below) const
     {
-        std::vector<quint32> found;
-        for (int v = 0; v < graph.order; ++v) {
-            if (orbits[v] == v) {
-                lookUp(graph.withoutVertex(v), found);
-            }
-        }
-        return found;
+        return !lower.isEmpty() || (base != nullptr && below.order >= 0 && base->hasGraphsOf(below.order));
     }
 
-    std::vector<quint32> edgeDeleted(const SmallGraph &graph) const
+    /// Deletes one vertex of each orbit of the automorphisms: the others leave isomorphic graphs.
+    void deleteVertices(const SmallGraph &graph, const std::array<int, SmallGraph::maxOrder> &orbits,
+                        Finding &finding) const
     {
-        std::vector<quint32> found;
+        for (int v = 0; v < graph.order; ++v) {
+            if (orbits[v] == v) {
+                lookUp(graph.withoutVertex(v), finding);
+            }
+        }
+    }
+
+    void deleteEdges(const SmallGraph &graph, Finding &finding) const
+    {
         SmallGraph subGraph = graph;
         for (int v = 1; v < graph.order; ++v) {
             for (int u = 0; u < v; ++u) {
                 if (graph.adjacent(u, v)) {
                     subGraph.removeEdge(u, v);
-                    lookUp(subGraph, found);
+                    lookUp(subGraph, finding);
                     subGraph.addEdge(u, v);
                 }
             }
         }
-        return found;
     }
 
-    void lookUp(const SmallGraph &subGraph, std::vector<quint32> &found) const
+    void lookUp(const SmallGraph &subGraph, Finding &finding) const
     {
-        if (const std::optional<quint32> number = lower.numberOf(subGraph)) {
-            found.push_back(*number);
+        const std::string key = IsomorphismTable::keyOf(canonicalForm(subGraph));
+        const std::optional<quint32> here = lower.numberOf(key);
+        const std::optional<quint32> number = base != nullptr ? base->numberOf(subGraph.order, key) : here;
+        if (number) {
+            finding.subGraphs.push_back(*number);
+        } else if (here) {
+            finding.subGraphOfInput = here;
         }
     }
 
@@ -183,6 +203,7 @@ private:
         QByteArray lines;
         for (Finding &finding : batch) {
             if (isNew(finding)) {
+                checkAgainstBase(finding);
                 appendLine(lines, finding);
             } else {
                 ++summary.repetitions;
@@ -199,13 +220,29 @@ private:
             current.clear();
         }
         currentGroup = finding.group;
-        const IsomorphismTable::Entry entry = current.add(std::move(finding.key), quint32(summary.graphs));
+        // To those of a part nothing is linked. Their numbers are for the messages.
+        const quint32 number = base != nullptr ? finding.place : quint32(summary.graphs);
+        const IsomorphismTable::Entry entry = current.add(std::move(finding.key), number);
         if (!entry.isNew && options.strict) {
             // Nothing was dropped so far: a graph has the same number in the database and in the input.
             throw CommandError(QStringLiteral("%1: isomorphic to the graph of %2")
-                                   .arg(input.locate(summary.graphs), input.locate(entry.number)));
+                                   .arg(input.locate(finding.place), input.locate(entry.number)));
         }
         return entry.isNew;
+    }
+
+    void checkAgainstBase(const Finding &finding) const
+    {
+        if (finding.numberInBase) {
+            throw CommandError(
+                QStringLiteral("%1: %2 holds the graph already, with the number %3")
+                    .arg(input.locate(finding.place), options.base->path(), QString::number(*finding.numberInBase)));
+        }
+        if (finding.subGraphOfInput) {
+            throw CommandError(
+                QStringLiteral("%1: the graph of %2 is a sub-graph of it, and %3 does not hold it")
+                    .arg(input.locate(finding.place), input.locate(*finding.subGraphOfInput), options.base->path()));
+        }
     }
 
     void appendLine(QByteArray &lines, const Finding &finding)
@@ -221,6 +258,7 @@ private:
 
     const BuildOptions &options;
     GraphInput input;
+    const FormIndex *base; // none for a database of its own
     BuildSummary summary;
     IsomorphismTable lower;   // the numbers in the database of the graphs of the level below
     IsomorphismTable current; // the same of the current level, so far

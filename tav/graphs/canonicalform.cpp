@@ -52,3 +52,8 @@ CanonicalForm canonicalForm(const SmallGraph &given)
     form.automorphisms = groupSize;
     return form;
 }
+
+unsigned canonicalFormVersion()
+{
+    return NAUTYVERSIONID;
+}

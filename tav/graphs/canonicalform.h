@@ -18,4 +18,7 @@ struct CanonicalForm {
 /// Several threads may call it at the same time.
 CanonicalForm canonicalForm(const SmallGraph &given);
 
+/// The version of nauty: another one may have other canonical forms.
+unsigned canonicalFormVersion();
+
 #endif

@@ -13,8 +13,8 @@ IsomorphismTable::Entry IsomorphismTable::add(std::string key, quint32 number)
     return {place->second, isNew};
 }
 
-std::optional<quint32> IsomorphismTable::numberOf(const SmallGraph &graph) const
+std::optional<quint32> IsomorphismTable::numberOf(const std::string &key) const
 {
-    const auto place = numbers.find(keyOf(canonicalForm(graph)));
+    const auto place = numbers.find(key);
     return place != numbers.end() ? std::optional<quint32>(place->second) : std::nullopt;
 }

@@ -24,8 +24,8 @@ public:
 
     /// Gives the graph with that key the number @p number, unless it has one.
     Entry add(std::string key, quint32 number);
-    /// The number of the graph; none when the table does not have it.
-    std::optional<quint32> numberOf(const SmallGraph &graph) const;
+    /// The number of the graph with that key; none when the table does not have it.
+    std::optional<quint32> numberOf(const std::string &key) const;
     bool isEmpty() const { return numbers.empty(); }
     void clear() { numbers.clear(); }
 

@@ -115,7 +115,7 @@ void NameSearch::compare(Offer &offer) const
     if (offer.fault.isEmpty() && signatures.count(signatureOf(graph)) > 0) {
         const auto table = tables.find(graph.order);
         if (table != tables.end()) {
-            offer.found = table->second.numberOf(graph);
+            offer.found = table->second.numberOf(IsomorphismTable::keyOf(canonicalForm(graph)));
         }
     }
 }
