@@ -246,10 +246,15 @@ bool TAVManager::addI1ltI2overList(const QString &newName) { return addCompariso
 
 void TAVManager::loadDatabase(const QString &fileName)
 {
+    loadDatabases({fileName});
+}
+
+void TAVManager::loadDatabases(const QStringList &fileNames)
+{
     stopLoading();
     fault.clear();
     engine->eraseDatabase();
-    engine->setFilename(fileName);
+    engine->setFilenames(fileNames);
     loading = true;
     engine->start(QThread::InheritPriority);
     if (!engine->isRunning() && !engine->isFinished()) {

@@ -16,7 +16,8 @@ class TAVSearchEngine;
 /// Owns the database engine and the named lists of graphs; the only thing that the interface talks to.
 ///
 /// Outcomes are reported as one line of text through signal_console(). Every operation but loadDatabase(),
-/// resetDatabase(), listNames() and indexOf() emits signal_manager_ready(); getList() only when it fails.
+/// loadDatabases(), resetDatabase(), listNames() and indexOf() emits signal_manager_ready(); getList() only when it
+/// fails.
 ///
 /// While a load runs, an operation that needs the database is refused: it says so in one console line and changes
 /// nothing. A load runs until its outcome is delivered here.
@@ -122,6 +123,8 @@ public:
     /// Empties the database and starts to load the file @p fileName in the background; a load that is still running is
     /// stopped first and never heard of again. The outcome is signal_database_loaded() or signal_database_empty().
     void loadDatabase(const QString &fileName);
+    /// The same with several files, one behind the other: a database and parts of it.
+    void loadDatabases(const QStringList &fileNames);
     /// Empties the database, stopping a load that is still running, and emits signal_database_empty().
     void resetDatabase();
 

@@ -55,7 +55,12 @@ TAVSearchEngine::~TAVSearchEngine() = default;
 
 void TAVSearchEngine::setFilename(const QString &path)
 {
-    filename = path;
+    setFilenames({path});
+}
+
+void TAVSearchEngine::setFilenames(const QStringList &paths)
+{
+    filenames = paths;
 }
 
 void TAVSearchEngine::run()
@@ -63,16 +68,25 @@ void TAVSearchEngine::run()
     fault.clear();
     emit signal_console(QStringLiteral("Loading data ... please wait."));
     qint64 linkCount = 0;
-    Outcome outcome = Outcome::Failed;
+    Outcome outcome = Outcome::Done;
+    QString path;
     try {
-        outcome = readFile(linkCount);
+        for (int i = 0; i < filenames.size() && outcome == Outcome::Done; ++i) {
+            path = filenames.at(i);
+            outcome = readFile(path, linkCount);
+        }
     } catch (const std::bad_alloc &) { // thrown also for a line with more links than a QList can hold
+        outcome = Outcome::Failed;
         rejectForMemory();
     }
     if (outcome == Outcome::Done) {
         emit signal_console(QStringLiteral("Data loaded : %1 nodes and %2 links.").arg(graphs.size()).arg(linkCount));
         emit signal_load_succedded();
     } else if (outcome == Outcome::Failed) {
+        if (filenames.size() > 1) {
+            eraseDatabase(); // of the files before one that cannot be opened
+            fault = fault.isEmpty() ? path : path + QStringLiteral(": ") + fault;
+        }
         emit signal_load_failed();
     }
 }
@@ -236,20 +250,20 @@ bool TAVSearchEngine::readPieces(QFile &file)
     return true;
 }
 
-TAVSearchEngine::Outcome TAVSearchEngine::readFile(qint64 &linkCount)
+TAVSearchEngine::Outcome TAVSearchEngine::readFile(const QString &path, qint64 &linkCount)
 {
     FileSize counted;
-    const Outcome outcome = count(counted);
+    const Outcome outcome = count(path, counted);
     if (outcome != Outcome::Done) {
         return outcome;
     }
     emit signal_console(QStringLiteral("%1 lines.").arg(counted.lines));
-    return readRecords(counted, linkCount);
+    return readRecords(path, counted, linkCount);
 }
 
-TAVSearchEngine::Outcome TAVSearchEngine::count(FileSize &size)
+TAVSearchEngine::Outcome TAVSearchEngine::count(const QString &path, FileSize &size)
 {
-    QFile file(filename);
+    QFile file(path);
     if (!openDatabase(file)) {
         return Outcome::Failed;
     }
@@ -270,9 +284,9 @@ TAVSearchEngine::Outcome TAVSearchEngine::count(FileSize &size)
     return Outcome::Done;
 }
 
-TAVSearchEngine::Outcome TAVSearchEngine::readRecords(const FileSize &counted, qint64 &linkCount)
+TAVSearchEngine::Outcome TAVSearchEngine::readRecords(const QString &path, const FileSize &counted, qint64 &linkCount)
 {
-    QFile file(filename);
+    QFile file(path);
     if (!openDatabase(file)) {
         return Outcome::Failed;
     }

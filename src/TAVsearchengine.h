@@ -20,7 +20,7 @@ class QFile;
 
 /// The database: every record, in the order of the file, and the thread that loads the file.
 ///
-/// start() loads the file named by setFilename() on the engine's own thread. Until one of the two end signals of that
+/// start() loads the files named by setFilenames() on the engine's own thread. Until one of the two end signals of that
 /// load has been delivered, or the thread was asked to stop and waited for, no other operation may be called: nothing
 /// locks the records. All other operations run in the caller's thread.
 class TAVSearchEngine : public QThread
@@ -34,8 +34,10 @@ public:
 
     /// Stores the path of the database file that the next run() reads.
     void setFilename(const QString &path);
+    /// The same for several files, which the next run() reads one behind the other: a database and parts of it.
+    void setFilenames(const QStringList &paths);
 
-    /// Reads the file, appending its records to the database: reports lines, progress and outcome through the signals
+    /// Reads the files, appending its records to the database: reports lines, progress and outcome through the signals
     /// and ends with signal_load_succedded() or signal_load_failed(). A failure leaves the database empty. A thread
     /// that was asked to stop (requestInterruption()) returns without an outcome, its records still there.
     void run() override;
@@ -112,7 +114,7 @@ public:
     QStringList I1ltI2overgraphs();
 
     /// Why the last operation that opened, read or wrote a file could not, in the words of the system; empty when it
-    /// could, or failed for another reason.
+    /// could, or failed for another reason. Of several files to load, the name of the one that failed stands before it.
     QString fileFault() const { return fault; }
 
     /// The records in the order of the file.
@@ -121,9 +123,9 @@ public:
 signals:
     /// run() has failed; the database is empty.
     void signal_load_failed();
-    /// run() has read the whole file. The name is spelt so on purpose.
+    /// run() has read all files whole. The name is spelt so on purpose.
     void signal_load_succedded();
-    /// run() is at line @p current of @p total; every 10 000 lines.
+    /// run() is at line @p current of the @p total of a file; every 10 000 lines.
     void signal_progress(int current, int total);
     /// A line of @p text for the console, plain and without its end.
     void signal_console(QString text);
@@ -137,9 +139,9 @@ private:
     };
 
     bool readPieces(QFile &file);
-    Outcome readFile(qint64 &linkCount);
-    Outcome count(FileSize &size);
-    Outcome readRecords(const FileSize &counted, qint64 &linkCount);
+    Outcome readFile(const QString &path, qint64 &linkCount);
+    Outcome count(const QString &path, FileSize &size);
+    Outcome readRecords(const QString &path, const FileSize &counted, qint64 &linkCount);
     std::optional<qint64> addRecords(DatabaseChunk &chunk);
     bool addRecord(const DatabaseLine &line);
     void rejectFormat();
@@ -158,7 +160,7 @@ private:
     void forEachGraph(void (TAVGraph::*operation)());
     QStringList walk(Neighbours neighbours, Match match);
 
-    QString filename;
+    QStringList filenames = {QString()};
     QString fault; // of a file
     QVector<TAVGraph *> graphs;
     QStringList spareListA;                     // emptied by clear(); nothing else uses it

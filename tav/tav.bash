@@ -90,7 +90,7 @@ _tav()
         (($(_tav_operands) == 0)) && input=.tav || input='.[gs]6'
         output=.g6
         ;;
-    run) options+=(-q --quiet -j --jobs) ;;
+    run) options+=(-q --quiet --part -j --jobs) ;;
     *) return ;;
     esac
 

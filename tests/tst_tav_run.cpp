@@ -427,7 +427,7 @@ private slots:
         row("Load x", "unknown command 'Load'");
         row("-nothing", "unknown command 'nothing'");
         row("\"\"", "unknown command ''");
-        row("load", "wrong number of arguments: 'load FILE' expected, 0 given");
+        row("load", "wrong number of arguments: 'load FILE [PART...]' expected, 0 given");
         row("clear x", "wrong number of arguments: 'clear' expected, 1 given");
         row("compute-i1", "wrong number of arguments: 'compute-i1 EXPRESSION' expected, 0 given");
         row("-compute-i2 order -", "Expression 'order -', column 8: something is missing at the end");

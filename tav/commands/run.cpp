@@ -23,7 +23,7 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
     for (int i = 0; i < step.arguments.size(); ++i) {
         const QString &name = step.arguments.at(i);
         const bool exists = manager.indexOf(name) >= 0;
-        switch (step.command->arguments[i].kind) {
+        switch (step.kindOf(i)) {
         case ScriptArgument::NewList:
             if (name.isEmpty()) {
                 return QStringLiteral("the name of a list cannot be empty");
@@ -38,12 +38,14 @@ QString obstacle(const ScriptStep &step, const TAVManager &manager)
             }
             break;
         case ScriptArgument::InputFile:
+        case ScriptArgument::MoreInputFiles:
         case ScriptArgument::OutputFile:
         case ScriptArgument::Formula:
             break;
         }
     }
-    return step.command->needsGraphs && !manager.hasGraphs() ? QStringLiteral("there is no database") : QString();
+    return step.command->need == Need::Graphs && !manager.hasGraphs() ? QStringLiteral("there is no database")
+                                                                      : QString();
 }
 
 bool isLastArgument(const ScriptStep &step, ScriptArgument::Kind kind)
@@ -55,7 +57,8 @@ bool isLastArgument(const ScriptStep &step, ScriptArgument::Kind kind)
 /// Whether the command reads or writes a file. Its name is always the last argument.
 bool namesFile(const ScriptStep &step)
 {
-    return isLastArgument(step, ScriptArgument::InputFile) || isLastArgument(step, ScriptArgument::OutputFile);
+    return isLastArgument(step, ScriptArgument::InputFile) || isLastArgument(step, ScriptArgument::MoreInputFiles) ||
+           isLastArgument(step, ScriptArgument::OutputFile);
 }
 
 /// Whether the command makes a new file.
@@ -110,12 +113,29 @@ void runStep(const ScriptStep &step, const QString &script, Investigation &inves
     tell(failure(step, script, reason).text() + QStringLiteral(" (ignored)"));
 }
 
-/// Runs each command of standard input as soon as its line has arrived.
-void runLineByLine(bool isQuiet)
+struct RunOptions {
+    bool isQuiet = false;
+    bool isPart = false; ///< some parts of a database are loaded, not all
+};
+
+/// The command of a line (see parseScriptLine()). Throws CommandError also for one whose answer would be wrong.
+std::optional<ScriptStep> stepOf(std::string_view line, const QString &script, qint64 number, const RunOptions &options)
 {
-    Investigation investigation(isQuiet);
+    std::optional<ScriptStep> step = parseScriptLine(line, script, number);
+    if (step && step->command->need == Need::AllParts && options.isPart) {
+        throw CommandError(script, number,
+                           QStringLiteral("%1 is refused with --part: other parts have graphs above those at hand")
+                               .arg(QLatin1String(step->command->name)));
+    }
+    return step;
+}
+
+/// Runs each command of standard input as soon as its line has arrived.
+void runLineByLine(const RunOptions &options)
+{
+    Investigation investigation(options.isQuiet);
     const auto runLine = [&](std::string_view line, qint64 number) {
-        if (const auto step = parseScriptLine(line, standardStream, number)) {
+        if (const auto step = stepOf(line, standardStream, number, options)) {
             runStep(*step, standardStream, investigation);
         }
     };
@@ -123,19 +143,19 @@ void runLineByLine(bool isQuiet)
 }
 
 /// Checks all lines of the file, then runs its commands.
-void runFile(const QString &script, bool isQuiet)
+void runFile(const QString &script, const RunOptions &options)
 {
     std::string lines; // which take less memory than their commands
     const auto checkLine = [&](std::string_view line, qint64 number) {
-        parseScriptLine(line, script, number);
+        stepOf(line, script, number, options);
         lines.append(line).push_back('\n');
     };
     readLines(script, checkLine, longestScriptLine);
-    Investigation investigation(isQuiet);
+    Investigation investigation(options.isQuiet);
     std::string_view rest = lines;
     for (qint64 number = 1; !rest.empty(); ++number) {
         const size_t end = rest.find('\n');
-        if (const auto step = parseScriptLine(rest.substr(0, end), script, number)) {
+        if (const auto step = stepOf(rest.substr(0, end), script, number, options)) {
             runStep(*step, script, investigation);
         }
         rest.remove_prefix(end + 1);
@@ -160,6 +180,10 @@ void runScript(const QStringList &arguments)
 {
     const QCommandLineOption quiet({QStringLiteral("q"), QStringLiteral("quiet")},
                                    QStringLiteral("Print only what 'show' and 'lists' do, no lines of the console."));
+    const QCommandLineOption part(
+        QStringLiteral("part"),
+        QStringLiteral("Refuse the commands that look at the graphs above others: their answers are wrong where only "
+                       "some parts of a database are loaded."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "
@@ -168,16 +192,17 @@ void runScript(const QStringList &arguments)
                                  QStringLiteral("The file of commands; by default, and for '-', standard input, of "
                                                 "which each line is carried out as soon as it is there."),
                                  QStringLiteral("[SCRIPT]"));
-    parser.addOptions({quiet, jobsOption()});
+    parser.addOptions({quiet, part, jobsOption()});
     if (!parseArguments(parser, arguments, commandHelp())) {
         return;
     }
     setThreadCount(jobCount(parser));
     const QString script =
         parser.positionalArguments().isEmpty() ? standardStream : onlyArgument(parser, QStringLiteral("script"));
+    const RunOptions options = {parser.isSet(quiet), parser.isSet(part)};
     if (script == standardStream) {
-        runLineByLine(parser.isSet(quiet));
+        runLineByLine(options);
     } else {
-        runFile(script, parser.isSet(quiet));
+        runFile(script, options);
     }
 }

@@ -88,7 +88,7 @@ Investigation::Investigation(bool isQuiet) : quiet(isQuiet)
                      [this](int done, int total) { showProgress(done, total); });
 }
 
-bool Investigation::load(const QString &file)
+bool Investigation::load(const QStringList &files)
 {
     bool loaded = false;
     QEventLoop untilOutcome;
@@ -97,7 +97,7 @@ bool Investigation::load(const QString &file)
         untilOutcome.quit();
     });
     QObject::connect(&manager, &TAVManager::signal_database_empty, &untilOutcome, &QEventLoop::quit);
-    manager.loadDatabase(file);
+    manager.loadDatabases(files);
     untilOutcome.exec();
     progress.reset();
     return loaded;

@@ -5,6 +5,7 @@
 #include "progress.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -22,8 +23,9 @@ public:
     /// For the operations that return when they are done, with whether they succeeded.
     TAVManager &getManager() { return manager; }
 
-    /// Loads the database file @p file, waits for the outcome and returns whether there is a database now.
-    bool load(const QString &file);
+    /// Loads the database files @p files, one behind the other, waits for the outcome and returns whether there is a
+    /// database now.
+    bool load(const QStringList &files);
     /// Loads an invariant by @p operation and returns whether every graph got its value.
     bool loadInvariant(void (TAVManager::*operation)(const QString &), const QString &file);
     /// An operation of the manager that sets an invariant of all graphs.

@@ -53,7 +53,7 @@ Run invariantComputer(Investigation::SetInvariant set)
 
 bool load(Investigation &investigation, const QStringList &arguments)
 {
-    return investigation.load(arguments.first());
+    return investigation.load(arguments);
 }
 
 bool printLists(Investigation &investigation, const QStringList &)
@@ -75,6 +75,7 @@ bool listFromGraphs(Investigation &investigation, const QStringList &arguments)
 std::vector<ScriptCommand> makeCommands()
 {
     const ScriptArgument in{ScriptArgument::InputFile, "FILE"};
+    const ScriptArgument parts{ScriptArgument::MoreInputFiles, "[PART...]"};
     const ScriptArgument out{ScriptArgument::OutputFile, "FILE"};
     const ScriptArgument name{ScriptArgument::NewList, "NAME"};
     const ScriptArgument a{ScriptArgument::List, "A"};
@@ -82,45 +83,45 @@ std::vector<ScriptCommand> makeCommands()
     const ScriptArgument formula{ScriptArgument::Formula, "EXPRESSION"};
     // clang-format off
     return {
-        {"load", {in}, "loads a database, in place of the one at hand", load},
+        {"load", {in, parts}, "loads a database and parts of it, in place of the one at hand", load},
         {"clear", {}, "empties the database; lists stay", manager(&TAVManager::resetDatabase)},
-        {"save-graphs", {out}, "writes the names of all graphs of the database", manager(&TAVManager::saveGraphs), true},
+        {"save-graphs", {out}, "writes the names of all graphs of the database", manager(&TAVManager::saveGraphs), Need::Graphs},
 
-        {"load-i1", {in}, "loads I1 of every graph", invariantLoader(&TAVManager::loadInv1), true},
-        {"load-i2", {in}, "loads I2 of every graph", invariantLoader(&TAVManager::loadInv2), true},
-        {"compute-i1", {formula}, "computes I1 of every graph", invariantComputer(&TAVManager::setInv1), true},
-        {"compute-i2", {formula}, "computes I2 of every graph", invariantComputer(&TAVManager::setInv2), true},
-        {"save-i1", {out}, "writes I1 of every graph", manager(&TAVManager::saveInv1), true},
+        {"load-i1", {in}, "loads I1 of every graph", invariantLoader(&TAVManager::loadInv1), Need::Graphs},
+        {"load-i2", {in}, "loads I2 of every graph", invariantLoader(&TAVManager::loadInv2), Need::Graphs},
+        {"compute-i1", {formula}, "computes I1 of every graph", invariantComputer(&TAVManager::setInv1), Need::Graphs},
+        {"compute-i2", {formula}, "computes I2 of every graph", invariantComputer(&TAVManager::setInv2), Need::Graphs},
+        {"save-i1", {out}, "writes I1 of every graph", manager(&TAVManager::saveInv1), Need::Graphs},
         {"i1-gets-i2", {}, "I1 <- I2", manager(&TAVManager::I1getsI2)},
         {"i2-gets-i1", {}, "I2 <- I1", manager(&TAVManager::I2getsI1)},
         {"exchange", {}, "I1 <-> I2", manager(&TAVManager::exch_1_2)},
         {"avg-sub", {}, "I2 = average of I1 over the direct sub-graphs", manager(&TAVManager::avgSub1)},
-        {"avg-super", {}, "I2 = average of I1 over the direct super-graphs", manager(&TAVManager::avgOver1)},
-        {"avg-all", {}, "I2 = average of I1 over both", manager(&TAVManager::avgAll1)},
+        {"avg-super", {}, "I2 = average of I1 over the direct super-graphs", manager(&TAVManager::avgOver1), Need::AllParts},
+        {"avg-all", {}, "I2 = average of I1 over both", manager(&TAVManager::avgAll1), Need::AllParts},
         {"min-sub", {}, "I2 = minimum of I1 over the direct sub-graphs", manager(&TAVManager::minSub1)},
-        {"min-super", {}, "I2 = minimum of I1 over the direct super-graphs", manager(&TAVManager::minOver1)},
-        {"min-all", {}, "I2 = minimum of I1 over both", manager(&TAVManager::minAll1)},
+        {"min-super", {}, "I2 = minimum of I1 over the direct super-graphs", manager(&TAVManager::minOver1), Need::AllParts},
+        {"min-all", {}, "I2 = minimum of I1 over both", manager(&TAVManager::minAll1), Need::AllParts},
         {"max-sub", {}, "I2 = maximum of I1 over the direct sub-graphs", manager(&TAVManager::maxSub1)},
-        {"max-super", {}, "I2 = maximum of I1 over the direct super-graphs", manager(&TAVManager::maxOver1)},
-        {"max-all", {}, "I2 = maximum of I1 over both", manager(&TAVManager::maxAll1)},
+        {"max-super", {}, "I2 = maximum of I1 over the direct super-graphs", manager(&TAVManager::maxOver1), Need::AllParts},
+        {"max-all", {}, "I2 = maximum of I1 over both", manager(&TAVManager::maxAll1), Need::AllParts},
 
         {"list-ge", {name}, "List I1 >= I2", manager(&TAVManager::addI1geI2List)},
         {"list-le", {name}, "List I1 <= I2", manager(&TAVManager::addI1leI2List)},
         {"list-eq-subs", {name}, "List I1 == I2 (all subs)", manager(&TAVManager::addI1eqI2subsList)},
         {"list-ge-subs", {name}, "List I1 >= I2 (all subs)", manager(&TAVManager::addI1geI2subsList)},
         {"list-le-subs", {name}, "List I1 <= I2 (all subs)", manager(&TAVManager::addI1leI2subsList)},
-        {"list-eq-supers", {name}, "List I1 == I2 (all super)", manager(&TAVManager::addI1eqI2overList)},
-        {"list-ge-supers", {name}, "List I1 >= I2 (all super)", manager(&TAVManager::addI1geI2overList)},
-        {"list-le-supers", {name}, "List I1 <= I2 (all super)", manager(&TAVManager::addI1leI2overList)},
+        {"list-eq-supers", {name}, "List I1 == I2 (all super)", manager(&TAVManager::addI1eqI2overList), Need::AllParts},
+        {"list-ge-supers", {name}, "List I1 >= I2 (all super)", manager(&TAVManager::addI1geI2overList), Need::AllParts},
+        {"list-le-supers", {name}, "List I1 <= I2 (all super)", manager(&TAVManager::addI1leI2overList), Need::AllParts},
         {"list-gt-subs", {name}, "List I1 > I2 (all subs)", manager(&TAVManager::addI1gtI2subsList)},
         {"list-lt-subs", {name}, "List I1 < I2 (all subs)", manager(&TAVManager::addI1ltI2subsList)},
-        {"list-gt-supers", {name}, "List I1 > I2 (all super)", manager(&TAVManager::addI1gtI2overList)},
-        {"list-lt-supers", {name}, "List I1 < I2 (all super)", manager(&TAVManager::addI1ltI2overList)},
+        {"list-gt-supers", {name}, "List I1 > I2 (all super)", manager(&TAVManager::addI1gtI2overList), Need::AllParts},
+        {"list-lt-supers", {name}, "List I1 < I2 (all super)", manager(&TAVManager::addI1ltI2overList), Need::AllParts},
 
-        {"supers", {name, a}, "the graphs of A that are in the database, and all above them", manager(&TAVManager::addOverList)},
+        {"supers", {name, a}, "the graphs of A that are in the database, and all above them", manager(&TAVManager::addOverList), Need::AllParts},
         {"subs", {name, a}, "the graphs of A that are in the database, and all below them", manager(&TAVManager::addSubsList)},
         {"list-from-file", {name, in}, "the graphs that a file names, one a line", manager(&TAVManager::addListFromFile)},
-        {"list-from-graphs", {name, in}, "the graphs of the database that are isomorphic to those of a file", listFromGraphs, true},
+        {"list-from-graphs", {name, in}, "the graphs of the database that are isomorphic to those of a file", listFromGraphs, Need::Graphs},
         {"union", {name, a, b}, "the graphs of A and of B, sorted, each once", manager(&TAVManager::addUnionList)},
         {"intersection", {name, a, b}, "the graphs of A that are in B", manager(&TAVManager::addInterList)},
         {"difference", {name, a, b}, "the graphs of A that are not in B", manager(&TAVManager::addExceptList)},
@@ -140,6 +141,13 @@ void takeExpression(QStringList &words)
     }
     words = QStringList(words.join(QLatin1Char(' ')));
     const Expression checked(words.first());
+}
+
+bool takes(const ScriptCommand &command, int count)
+{
+    const int most = int(command.arguments.size());
+    const bool takesMore = most > 0 && command.arguments.back().kind == ScriptArgument::MoreInputFiles;
+    return takesMore ? count >= most - 1 : count == most;
 }
 
 bool isBlank(char byte)
@@ -252,6 +260,11 @@ QString ScriptCommand::usage() const
     return text;
 }
 
+ScriptArgument::Kind ScriptStep::kindOf(int index) const
+{
+    return command->arguments[std::min(index, int(command->arguments.size()) - 1)].kind;
+}
+
 const std::vector<ScriptCommand> &scriptCommands()
 {
     static const std::vector<ScriptCommand> commands = makeCommands();
@@ -282,7 +295,7 @@ std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString 
             reader.fail(error.text());
         }
     }
-    if (step.arguments.size() != int(command->arguments.size())) {
+    if (!takes(*command, step.arguments.size())) {
         reader.fail(QStringLiteral("wrong number of arguments: '%1' expected, %2 given")
                         .arg(command->usage())
                         .arg(step.arguments.size()));

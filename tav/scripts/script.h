@@ -13,10 +13,24 @@ class Investigation;
 
 /// What the words behind the name of a command stand for.
 struct ScriptArgument {
-    enum Kind { InputFile, OutputFile, List, NewList, Formula };
+    enum Kind {
+        InputFile,
+        MoreInputFiles, ///< any number of words, also none; the last argument of its command
+        OutputFile,
+        List,
+        NewList,
+        Formula,
+    };
 
     Kind kind;
     const char *name; ///< in texts for the user
+};
+
+/// What has to be loaded for an answer.
+enum class Need {
+    Nothing,
+    Graphs,   ///< a database, or else the command fails
+    AllParts, ///< all parts of the database: the command looks at the graphs above others
 };
 
 /// A command of the scripts that repeat an investigation.
@@ -26,7 +40,7 @@ struct ScriptCommand {
     const char *summary;
     /// Carries the command out and returns whether it succeeded.
     std::function<bool(Investigation &investigation, const QStringList &arguments)> run;
-    bool needsGraphs = false; ///< it fails without a database
+    Need need = Need::Nothing;
 
     /// The name and the names of the arguments.
     QString usage() const;
@@ -44,6 +58,9 @@ struct ScriptStep {
     bool mayFail = false; ///< the script goes on when the command fails
     const ScriptCommand *command = nullptr;
     QStringList arguments; ///< as many as the command takes
+
+    /// What the argument @p index stands for.
+    ScriptArgument::Kind kindOf(int index) const;
 };
 
 /// The command of the line @p bytes (UTF-8, without line end), which stands in @p script as its line @p number; none

@@ -1,0 +1,240 @@
+// Questions asked of a database in parts: all parts loaded behind the base are the database, and the questions that
+// look down are answered part by part.
+
+#include "support/literals.h"
+#include "support/testfiles.h"
+#include "support/toolprocess.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <random>
+
+namespace
+{
+QList<QByteArray> linesOf(const QByteArray &text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+QSet<QByteArray> setOf(const QByteArray &text)
+{
+    const QList<QByteArray> lines = linesOf(text);
+    return {lines.begin(), lines.end()};
+}
+
+const QList<QByteArray> aboveCommands = {
+    "avg-super",        "avg-all",          "min-super",        "min-all",          "max-super",        "max-all",
+    "list-eq-supers l", "list-ge-supers l", "list-le-supers l", "list-gt-supers l", "list-lt-supers l", "supers l a",
+};
+
+/// Whole questions that look at graphs below only, each of which makes the list "found".
+const QList<QByteArray> belowQuestions = {
+    "compute-i1 size - order\ncompute-i2 diameter\nlist-ge found\n",
+    "compute-i1 size - order\ncompute-i2 diameter\nlist-le found\n",
+    "compute-i1 average_distance\navg-sub\nlist-ge found\n",
+    "compute-i1 average_distance\nmin-sub\nlist-le found\n",
+    "compute-i1 girth\nmax-sub\nexchange\nlist-ge found\n",
+    "compute-i1 triangles\ni2-gets-i1\nlist-eq-subs found\n",
+    "compute-i1 average_distance\ni2-gets-i1\nlist-ge-subs found\n",
+    "compute-i1 spectral_radius\ni2-gets-i1\nlist-le-subs found\n",
+    "compute-i1 maximum_degree\ncompute-i2 size\nlist-gt-subs found\n",
+    "compute-i1 order - size\ncompute-i2 2 - radius\nlist-lt-subs found\n",
+    "list-from-graphs some some.g6\nsubs found some\n",
+    "compute-i1 size\ncompute-i2 7\nlist-ge a\nlist-le b\nintersection found a b\n",
+    "compute-i1 size\ncompute-i2 7\nlist-ge a\nlist-le b\ndifference found a b\n",
+};
+} // namespace
+
+class TestTavRunParts : public QObject
+{
+    Q_OBJECT
+
+private:
+    TestFolder folder;
+
+    ToolResult runHere(const QStringList &arguments, const QByteArray &input) const
+    {
+        return runTav(arguments, input, folder.path());
+    }
+
+    ToolResult runScript(const QByteArray &script, const QStringList &options = {}) const
+    {
+        return runHere(QStringList{QStringLiteral("run")} + options, script);
+    }
+
+private slots:
+    /// The connected graphs on up to seven vertices: a base, three parts and the whole.
+    void initTestCase()
+    {
+        QByteArray base;
+        QByteArray top;
+        for (const QByteArray &line : linesOf(contents(example("connected-8.tav")))) {
+            if (line.at(0) < 63 + 7) {
+                base += line + '\n';
+            } else if (line.at(0) == 63 + 7) {
+                top += line.split('\t').first() + '\n';
+            }
+        }
+        folder.write("base.tav", base);
+        QList<QByteArray> graphs = linesOf(top);
+        QCOMPARE(graphs.size(), 853);
+        std::shuffle(graphs.begin(), graphs.end(), std::mt19937(5));
+        folder.write("some.g6", graphs.at(1) + '\n' + graphs.at(400) + "\nC~\n" + graphs.at(800) + '\n');
+        QByteArray whole = base;
+        for (int part = 0; part < 3; ++part) {
+            const int begin = part * part * 100;
+            QByteArray input;
+            for (const QByteArray &graph : graphs.mid(begin, part < 2 ? 100 + 200 * part : -1)) {
+                input += graph + '\n';
+            }
+            const QByteArray lines = runHere(words({"build", "--base", "base.tav"}), input).output;
+            whole += lines;
+            folder.write(QStringLiteral("part-%1.tav").arg(part), lines);
+        }
+        folder.write("whole.tav", whole);
+        QCOMPARE(whole.count('\n'), 996);
+    }
+
+    void baseAndPartsAreOneDatabase()
+    {
+        const ToolResult result = runScript("load base.tav part-0.tav part-1.tav part-2.tav\nsave-graphs names\n");
+        QCOMPARE(result.output, QByteArray("Loading data ... please wait.\n"
+                                           "143 lines.\n"
+                                           "100 lines.\n"
+                                           "300 lines.\n"
+                                           "453 lines.\n"
+                                           "Data loaded : 996 nodes and 4159 links.\n"
+                                           "Wrote names\n"));
+        QCOMPARE(result.status, 0);
+        const QByteArray names = contents(folder.path("names"));
+        QCOMPARE(runScript("load whole.tav\nsave-graphs names\n").status, 0);
+        QCOMPARE(contents(folder.path("names")), names);
+    }
+
+    void theAnswersOfTheWhole_data()
+    {
+        QTest::addColumn<QByteArray>("question");
+        for (const QByteArray &question : belowQuestions) {
+            QTest::newRow(question.constData()) << question;
+        }
+        for (const char *question :
+             {"compute-i1 average_distance\navg-super\nlist-ge found\n", "compute-i1 size\nmax-all\nlist-ge found\n",
+              "compute-i1 girth\ni2-gets-i1\nlist-le-supers found\n",
+              "list-from-graphs some some.g6\nsubs under some\nsupers found under\n"}) {
+            QTest::newRow(question) << QByteArray(question);
+        }
+    }
+
+    void theAnswersOfTheWhole()
+    {
+        QFETCH(QByteArray, question);
+        const QByteArray end = question + "show found\n";
+        const ToolResult whole = runScript("load whole.tav\n" + end, words({"-q"}));
+        QCOMPARE(whole.status, 0);
+        QVERIFY(!whole.output.isEmpty());
+        QCOMPARE(runScript("load base.tav part-0.tav part-1.tav part-2.tav\n" + end, words({"-q"})).output,
+                 whole.output);
+    }
+
+    void aPartForItself_data()
+    {
+        QTest::addColumn<QByteArray>("question");
+        for (const QByteArray &question : belowQuestions) {
+            QTest::newRow(question.constData()) << question;
+        }
+    }
+
+    /// What each part answers is together the answer of the whole.
+    void aPartForItself()
+    {
+        QFETCH(QByteArray, question);
+        QSet<QByteArray> found;
+        for (const char *part : {"part-0.tav", "part-1.tav", "part-2.tav"}) {
+            const QByteArray script = "load base.tav " + QByteArray(part) + '\n' + question + "-show found\n";
+            const ToolResult result = runScript(script, words({"-q", "--part"}));
+            QCOMPARE(result.status, 0);
+            found += setOf(result.output);
+        }
+        QCOMPARE(found, setOf(runScript("load whole.tav\n" + question + "show found\n", words({"-q"})).output));
+        QVERIFY(!found.isEmpty());
+    }
+
+    void whatLooksAboveIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        for (const QByteArray &command : aboveCommands) {
+            QTest::newRow(command.constData()) << command;
+        }
+    }
+
+    void whatLooksAboveIsRefused()
+    {
+        QFETCH(QByteArray, command);
+        const QByteArray message = ":3: " + command.split(' ').first() +
+                                   " is refused with --part: other parts have graphs above those at hand\n";
+        const QByteArray script = "list-from-file a some.g6\n\n-" + command + "\nlists\n";
+        folder.write("script", script);
+        const ToolResult fromFile = runHere(words({"run", "--part", "script"}), {});
+        QCOMPARE(fromFile.output, QByteArray());
+        QCOMPARE(fromFile.errors, "tav: script" + message);
+        QCOMPARE(fromFile.status, 1);
+        const ToolResult fromInput = runScript(script, words({"--part", "-q"}));
+        QCOMPARE(fromInput.output, QByteArray());
+        QVERIFY2(fromInput.errors.endsWith("\ntav: standard input" + message), fromInput.errors.constData());
+        QCOMPARE(fromInput.status, 1);
+        QCOMPARE(runScript(script, words({"-q"})).output.left(4), QByteArray("a\t4\n"));
+    }
+
+    /// What the help tells of graphs above is refused, and nothing else.
+    void whatTheHelpTellsOfGraphsAbove()
+    {
+        const QByteArray help = runHere(words({"run", "--help"}), {}).output;
+        const QByteArray known = help.mid(help.indexOf("Commands of a script"));
+        for (const QByteArray &command : aboveCommands) {
+            QVERIFY2(known.contains("\n  " + command.split(' ').first() + ' '), command.constData());
+        }
+        int above = 0;
+        for (const QByteArray &line : linesOf(known)) {
+            above += line.contains("super") || line.contains("-all ") || line.contains("all above") ? 1 : 0;
+        }
+        QCOMPARE(above, aboveCommands.size());
+    }
+
+    void aFileThatFailsIsNamed_data()
+    {
+        QTest::addColumn<QByteArray>("files");
+        QTest::addColumn<QByteArray>("console");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("the base") << QByteArray("missing part-0.tav") << QByteArray("")
+                                  << QByteArray("missing: No such file or directory");
+        QTest::newRow("a part") << QByteArray("base.tav part-0.tav missing") << QByteArray("143 lines.\n100 lines.\n")
+                                << QByteArray("missing: No such file or directory");
+        QTest::newRow("a part of a larger base")
+            << QByteArray("base.tav part-0.tav higher.tav part-1.tav")
+            << QByteArray("143 lines.\n100 lines.\n1 lines.\nERROR in database format.\n") << QByteArray("higher.tav");
+        QTest::newRow("one alone") << QByteArray("missing") << QByteArray("")
+                                   << QByteArray("No such file or directory");
+        QTest::newRow("one alone of a bad format")
+            << QByteArray("higher.tav") << QByteArray("1 lines.\nERROR in database format.\n") << QByteArray();
+    }
+
+    void aFileThatFailsIsNamed()
+    {
+        QFETCH(QByteArray, files);
+        QFETCH(QByteArray, console);
+        QFETCH(QByteArray, message);
+        folder.write("higher.tav", "G~~~~{\t300\n");
+        const ToolResult result = runScript("-load " + files + "\nsave-graphs out\n");
+        QCOMPARE(result.output, "Loading data ... please wait.\n" + console + "No data to save.\n");
+        const QByteArray reason = message.isEmpty() ? QByteArray() : ": " + message;
+        QVERIFY2(result.errors.contains("tav: standard input:1: load failed" + reason + " (ignored)\n"),
+                 result.errors.constData());
+        QCOMPARE(result.status, 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTavRunParts)
+#include "tst_tav_run_parts.moc"
