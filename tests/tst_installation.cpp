@@ -122,6 +122,7 @@ void TestInstallation::pagesAndExamples()
 {
     const QString folder = share(QStringLiteral("doc/tavoline/"));
     QVERIFY(QFile::exists(folder + QStringLiteral("examples/regular-8.g6")));
+    QVERIFY(QFileInfo(folder + QStringLiteral("examples/cluster/part")).isExecutable());
     QStringList pages;
     int links = 0;
     QDirIterator files(folder, {QStringLiteral("*.md")}, QDir::Files, QDirIterator::Subdirectories);
