@@ -22,7 +22,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
                 parseScriptLine(std::string_view(line.constData(), line.size()), QStringLiteral("script"), number);
             if (step) {
                 require(step->line == number, "a step knows its line");
-                require(step->arguments.size() == int(step->command->arguments.size()),
+                require(step->command->takes(step->arguments.size()),
                         "a step has the arguments that its command takes");
             }
         } catch (const CommandError &error) {

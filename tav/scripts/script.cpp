@@ -143,13 +143,6 @@ void takeExpression(QStringList &words)
     const Expression checked(words.first());
 }
 
-bool takes(const ScriptCommand &command, int count)
-{
-    const int most = int(command.arguments.size());
-    const bool takesMore = most > 0 && command.arguments.back().kind == ScriptArgument::MoreInputFiles;
-    return takesMore ? count >= most - 1 : count == most;
-}
-
 bool isBlank(char byte)
 {
     return byte == ' ' || byte == '\t';
@@ -260,6 +253,13 @@ QString ScriptCommand::usage() const
     return text;
 }
 
+bool ScriptCommand::takes(int count) const
+{
+    const int most = int(arguments.size());
+    const bool takesMore = most > 0 && arguments.back().kind == ScriptArgument::MoreInputFiles;
+    return takesMore ? count >= most - 1 : count == most;
+}
+
 ScriptArgument::Kind ScriptStep::kindOf(int index) const
 {
     return command->arguments[std::min(index, int(command->arguments.size()) - 1)].kind;
@@ -295,7 +295,7 @@ std::optional<ScriptStep> parseScriptLine(std::string_view bytes, const QString 
             reader.fail(error.text());
         }
     }
-    if (!takes(*command, step.arguments.size())) {
+    if (!command->takes(step.arguments.size())) {
         reader.fail(QStringLiteral("wrong number of arguments: '%1' expected, %2 given")
                         .arg(command->usage())
                         .arg(step.arguments.size()));

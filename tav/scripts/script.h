@@ -44,6 +44,8 @@ struct ScriptCommand {
 
     /// The name and the names of the arguments.
     QString usage() const;
+    /// Whether it can have so many arguments.
+    bool takes(int count) const;
 };
 
 /// Every command there is, in the order of the window's panels.
