@@ -45,6 +45,37 @@ const QList<QByteArray> belowQuestions = {
     "list-from-graphs some some.g6\nsubs found some\n",
     "compute-i1 size\ncompute-i2 7\nlist-ge a\nlist-le b\nintersection found a b\n",
     "compute-i1 size\ncompute-i2 7\nlist-ge a\nlist-le b\ndifference found a b\n",
+    "compute-i1 size\ncompute-i2 12\nlist-ge a\nsubs b a\nlist-from-file c some.g6\nunion d b c\nunion found d a\n",
+    "compute-i1 size\ncompute-i2 12\nlist-ge a\nlist-le b\nsubs c a\nintersection found b c\n",
+    "compute-i1 size\ncompute-i2 12\nlist-ge a\nlist-le b\nsubs c a\ndifference found c b\n",
+    "list-from-file a some.g6\nsubs b a\nintersection found a b\n",
+    "list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-le b\nintersection found a b\n",
+    "list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-le b\ndifference found b a\n",
+    QByteArray("list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-le b\nlist-ge c\n"
+               "intersection d a b\ndifference found d c\n"),
+    QByteArray("list-from-file a some.g6\nremove-list a\ncompute-i1 size\ncompute-i2 12\nlist-le a\nlist-ge b\n"
+               "difference found a b\n"),
+};
+
+struct WrongQuestion {
+    QByteArray question;
+    QByteArray command; ///< that is refused
+    QByteArray reason;
+};
+
+/// Questions whose answers of the parts are not together the answer of the whole.
+const QList<WrongQuestion> wrongQuestions = {
+    {"list-from-graphs a one.g6\nlist-from-graphs b another.g6\nsubs c a\nsubs d b\n", "intersection found c d",
+     "both lists may lack graphs below those of other parts"},
+    {"compute-i1 size\ncompute-i2 16\nlist-ge a\nsubs c a\ncompute-i2 5\nlist-le b\n", "difference found b c",
+     "'c' may lack graphs below those of other parts"},
+    {"compute-i1 size\ncompute-i2 16\nlist-ge a\nsubs c a\ncompute-i2 5\nlist-le b\nintersection e b c\nunion d e a\n"
+     "difference f d a\n",
+     "difference found b f", "'f' may lack graphs below those of other parts"},
+    {"list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-ge b\n", "difference found a b",
+     "'a' may have graphs of other parts, which 'b' lacks"},
+    {"list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-ge b\nunion c a b\nintersection d a c\n",
+     "difference found d b", "'d' may have graphs of other parts, which 'b' lacks"},
 };
 } // namespace
 
@@ -83,6 +114,8 @@ private slots:
         QCOMPARE(graphs.size(), 853);
         std::shuffle(graphs.begin(), graphs.end(), std::mt19937(5));
         folder.write("some.g6", graphs.at(1) + '\n' + graphs.at(400) + "\nC~\n" + graphs.at(800) + '\n');
+        folder.write("one.g6", graphs.at(1) + '\n');
+        folder.write("another.g6", graphs.at(800) + '\n');
         QByteArray whole = base;
         for (int part = 0; part < 3; ++part) {
             const int begin = part * part * 100;
@@ -186,6 +219,43 @@ private slots:
         QVERIFY2(fromInput.errors.endsWith("\ntav: standard input" + message), fromInput.errors.constData());
         QCOMPARE(fromInput.status, 1);
         QCOMPARE(runScript(script, words({"-q"})).output.left(4), QByteArray("a\t4\n"));
+    }
+
+    void whatListsCannotAnswer_data()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < wrongQuestions.size(); ++i) {
+            QTest::newRow((wrongQuestions.at(i).question + wrongQuestions.at(i).command).constData()) << i;
+        }
+    }
+
+    void whatListsCannotAnswer()
+    {
+        QFETCH(int, index);
+        const WrongQuestion &wrong = wrongQuestions.at(index);
+        const QByteArray script = wrong.question + wrong.command + "\n-show found\n";
+        QSet<QByteArray> found;
+        for (const char *part : {"part-0.tav", "part-1.tav", "part-2.tav"}) {
+            found += setOf(runScript("load base.tav " + QByteArray(part) + '\n' + script, words({"-q"})).output);
+        }
+        QVERIFY(found != setOf(runScript("load whole.tav\n" + script, words({"-q"})).output));
+        folder.write("script", script);
+        const ToolResult result = runHere(words({"run", "--part", "script"}), {});
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.errors, "tav: script:" + QByteArray::number(wrong.question.count('\n') + 1) + ": " +
+                                    wrong.command.split(' ').first() + " is refused with --part: " + wrong.reason +
+                                    '\n');
+        QCOMPARE(result.status, 1);
+    }
+
+    /// A command that may fail need not have made the list that it names.
+    void aListThatIsThereAlready()
+    {
+        const QByteArray script = "list-from-file a some.g6\n-list-ge a\nlist-ge b\ndifference c a b\n";
+        folder.write("script", script);
+        QVERIFY(runHere(words({"run", "--part", "script"}), {})
+                    .errors.endsWith("difference is refused with --part: 'a' may have graphs of other parts, which 'b' "
+                                     "lacks\n"));
     }
 
     /// What the help tells of graphs above is refused, and nothing else.

@@ -6,6 +6,7 @@
 #include "investigation.h"
 #include "outputfile.h"
 #include "parallel.h"
+#include "partcheck.h"
 #include "script.h"
 #include "standardoutput.h"
 
@@ -118,24 +119,44 @@ struct RunOptions {
     bool isPart = false; ///< some parts of a database are loaded, not all
 };
 
-/// The command of a line (see parseScriptLine()). Throws CommandError also for one whose answer would be wrong.
-std::optional<ScriptStep> stepOf(std::string_view line, const QString &script, qint64 number, const RunOptions &options)
+/// Makes the commands of the lines of a script, from the first on.
+class StepReader
 {
-    std::optional<ScriptStep> step = parseScriptLine(line, script, number);
-    if (step && step->command->need == Need::AllParts && options.isPart) {
-        throw CommandError(script, number,
-                           QStringLiteral("%1 is refused with --part: other parts have graphs above those at hand")
-                               .arg(QLatin1String(step->command->name)));
+public:
+    StepReader(const QString &scriptName, const RunOptions &options) : script(scriptName)
+    {
+        if (options.isPart) {
+            partCheck.emplace();
+        }
     }
-    return step;
-}
+
+    /// The command of the next line (see parseScriptLine()). Throws CommandError also for one whose answer would be
+    /// wrong.
+    std::optional<ScriptStep> next(std::string_view line)
+    {
+        std::optional<ScriptStep> step = parseScriptLine(line, script, ++number);
+        const QString fault = step && partCheck ? partCheck->faultOf(*step) : QString();
+        if (!fault.isEmpty()) {
+            throw CommandError(
+                script, number,
+                QStringLiteral("%1 is refused with --part: %2").arg(QLatin1String(step->command->name), fault));
+        }
+        return step;
+    }
+
+private:
+    const QString &script;
+    std::optional<PartCheck> partCheck;
+    qint64 number = 0;
+};
 
 /// Runs each command of standard input as soon as its line has arrived.
 void runLineByLine(const RunOptions &options)
 {
     Investigation investigation(options.isQuiet);
-    const auto runLine = [&](std::string_view line, qint64 number) {
-        if (const auto step = stepOf(line, standardStream, number, options)) {
+    StepReader reader(standardStream, options);
+    const auto runLine = [&](std::string_view line, qint64) {
+        if (const auto step = reader.next(line)) {
             runStep(*step, standardStream, investigation);
         }
     };
@@ -146,16 +167,17 @@ void runLineByLine(const RunOptions &options)
 void runFile(const QString &script, const RunOptions &options)
 {
     std::string lines; // which take less memory than their commands
-    const auto checkLine = [&](std::string_view line, qint64 number) {
-        stepOf(line, script, number, options);
+    StepReader check(script, options);
+    const auto checkLine = [&](std::string_view line, qint64) {
+        check.next(line);
         lines.append(line).push_back('\n');
     };
     readLines(script, checkLine, longestScriptLine);
     Investigation investigation(options.isQuiet);
-    std::string_view rest = lines;
-    for (qint64 number = 1; !rest.empty(); ++number) {
+    StepReader reader(script, options);
+    for (std::string_view rest = lines; !rest.empty();) {
         const size_t end = rest.find('\n');
-        if (const auto step = stepOf(rest.substr(0, end), script, number, options)) {
+        if (const auto step = reader.next(rest.substr(0, end))) {
             runStep(*step, script, investigation);
         }
         rest.remove_prefix(end + 1);
@@ -182,8 +204,8 @@ void runScript(const QStringList &arguments)
                                    QStringLiteral("Print only what 'show' and 'lists' do, no lines of the console."));
     const QCommandLineOption part(
         QStringLiteral("part"),
-        QStringLiteral("Refuse the commands that look at the graphs above others: their answers are wrong where only "
-                       "some parts of a database are loaded."));
+        QStringLiteral("Refuse the commands whose answers are wrong where only some parts of a database are loaded: "
+                       "those that look at the graphs above others, and some that combine lists."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "
