@@ -24,7 +24,8 @@ _tav_operands()
     local count=0 place
     for ((place = 2; place < COMP_CWORD; ++place)); do
         case ${COMP_WORDS[place]} in
-        -o | --output | -j | --jobs | --relation | --base | --table | --first)
+        -o | --output | -j | --jobs | --relation | --base | --table | --first | --parts | --values | --compute | --dialect | \
+            --tables | --slice)
             ((++place))
             [[ ${COMP_WORDS[place]} != = ]] || ((++place))
             ;;
@@ -62,7 +63,7 @@ _tav()
     COMPREPLY=()
 
     if ((COMP_CWORD == 1)); then
-        _tav_words "$current" build filter index info invariant names run -h --help --version
+        _tav_words "$current" build export filter index info invariant names run sql -h --help --version
         return
     fi
 
@@ -72,6 +73,11 @@ _tav()
         options+=(--relation --connected --strict --base -o --output -j --jobs)
         input='.[gs]6'
         output=.tav
+        ;;
+    export)
+        options+=(-o --output --parts --values --compute -j --jobs)
+        input=.tav
+        output=/ # folders only
         ;;
     filter) options+=(--count --first --invert -j --jobs) ;;
     index)
@@ -91,13 +97,21 @@ _tav()
         output=.g6
         ;;
     run) options+=(-q --quiet --part -j --jobs) ;;
+    sql)
+        options+=(--dialect --tables --slice --sorted -o --output)
+        output=.sql
+        ;;
     *) return ;;
     esac
 
     case $previous in
     --relation) _tav_words "$current" vertex edge ;;
-    -j | --jobs | --first) ;;
     --base) _tav_files "$current" .tav ;;
+    --dialect) _tav_words "$current" duckdb spark ;;
+    --compute) _tav_words "$current" "$(_tav_invariants "$tav" | tr - _)" ;;
+    --values) _tav_files "$current" .txt ;;
+    -j | --jobs | --first | --parts | --slice) ;;
+    --tables) _tav_files "$current" / ;;
     --table) _tav_files "$current" .tsv ;;
     -o | --output) _tav_files "$current" "$output" ;;
     *)

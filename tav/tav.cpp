@@ -1,5 +1,6 @@
 #include "build.h"
 #include "commandline.h"
+#include "export.h"
 #include "filter.h"
 #include "heap.h"
 #include "index.h"
@@ -9,6 +10,7 @@
 #include "names.h"
 #include "outputfile.h"
 #include "run.h"
+#include "sql.h"
 #include "standardoutput.h"
 #include "textline.h"
 
@@ -34,12 +36,14 @@ struct Command {
 
 constexpr std::array commands = {
     Command{"build", "makes a database of graphs from graph6 strings", runBuild},
+    Command{"export", "writes a database as tables for an SQL engine", runExport},
     Command{"filter", "prints the graphs for which an expression holds", runFilter},
     Command{"index", "makes the index of a database for 'build --base'", runIndex},
     Command{"info", "tells what a database holds and checks it", runInfo},
     Command{"invariant", "computes an invariant of every graph of a database", runInvariant},
     Command{"names", "tells the names that a database has for some graphs", runNames},
     Command{"run", "repeats an investigation without the window", runScript},
+    Command{"sql", "turns a script into SQL for exported tables", runSql},
 };
 
 /// The command of that name; nullptr when there is none.

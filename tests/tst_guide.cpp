@@ -89,7 +89,7 @@ private slots:
         const QRegularExpression link(QStringLiteral("\\]\\(([^)#:]+)\\)"));
         int count = 0;
         for (const char *page : {"README.md", "docs/guide.md", "docs/manual.md", "docs/expressions.md",
-                                 "docs/tav-run.md", "docs/beyond-one-machine.md"}) {
+                                 "docs/tav-run.md", "docs/beyond-one-machine.md", "docs/sql.md"}) {
             const QString path = QStringLiteral(TAVOLINE_SOURCES "/") + QLatin1String(page);
             for (auto match = link.globalMatch(QString::fromUtf8(contents(path))); match.hasNext(); ++count) {
                 const QString target = match.next().captured(1);

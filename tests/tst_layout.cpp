@@ -56,8 +56,10 @@ const std::vector<Room> rooms = {
     room("invariants", "tav/invariants/", "console graphs"),
     room("expressions", "tav/expressions/", "console graphs invariants processes queries"),
     room("scripts", "tav/scripts/", "base console core expressions files graphs"),
+    room("tables", "tav/tables/", "console database files streams"),
+    room("sql", "tav/sql/", "console files lists queries scripts tables"),
     room("commands", "tav/commands/",
-         "base console expressions files graphs invariants processes record scripts streams"),
+         "base console expressions files graphs invariants processes record scripts sql streams tables"),
     room("tav", "tav/tav.", "base commands console files processes"),
 };
 

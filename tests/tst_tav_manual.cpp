@@ -214,6 +214,15 @@ private slots:
         QTest::newRow("output of an invariant")
             << words({"invariant", "girth", "-o", ""}) << words({"data", "girth.txt"});
         QTest::newRow("table") << words({"invariant", "girth", "--table", ""}) << words({"data"});
+        QTest::newRow("database to export")
+            << words({"export", "--values", "girth.txt", ""}) << words({"data", "small.tav"});
+        QTest::newRow("values to export") << words({"export", "--values", ""}) << words({"data", "girth.txt"});
+        QTest::newRow("expression to export")
+            << words({"export", "--compute", "average_deg"}) << words({"average_degree"});
+        QTest::newRow("folder of the export") << words({"export", "-o", "s"}) << QStringList();
+        QTest::newRow("dialect") << words({"sql", "--dialect", ""}) << words({"duckdb", "spark"});
+        QTest::newRow("tables") << words({"sql", "--tables", ""}) << words({"data"});
+        QTest::newRow("script for SQL") << words({"sql", "--sorted", "sc"}) << words({"script"});
         QTest::newRow("filter") << words({"filter", "average_"})
                                 << words({"average_degree", "average_distance", "average_eccentricity"});
         QTest::newRow("graphs to filter")

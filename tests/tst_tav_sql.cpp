@@ -1,0 +1,426 @@
+// tav sql: the text for each engine, what is refused, and tables that do not fit. Whether the engines answer as tav run
+// does is the business of scripts/engines.
+
+#include "manifest.h"
+#include "script.h"
+#include "support/literals.h"
+#include "support/testfiles.h"
+#include "support/toolprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+namespace
+{
+const QByteArray engines[] = {"duckdb", "spark"};
+
+/// The lines of a script that its golden files answer.
+const QByteArray regularScript = "# Every command on a database in which each link leads one level down\n"
+                                 "load regular.tav\n"
+                                 "load-i1 a.txt\n"
+                                 "load-i2 b.txt\n"
+                                 "list-ge ge\n"
+                                 "list-ge-subs \"the graph's\"   # a name with a blank and a quote\n"
+                                 "list-eq-supers eq\n"
+                                 "\n"
+                                 "avg-sub\n"
+                                 "min-super\n"
+                                 "max-all\n"
+                                 "exchange\n"
+                                 "compute-i1 size  - order\n"
+                                 "i2-gets-i1\n"
+                                 "list-from-file file names.g6\n"
+                                 "subs below file\n"
+                                 "supers above ge\n"
+                                 "union all below above\n"
+                                 "-intersection both below eq\n"
+                                 "-difference rest below eq\n"
+                                 "-list-le file\n"
+                                 "save-list all all.g6\n"
+                                 "save-graphs graphs.g6\n"
+                                 "show all\n"
+                                 "-show none\n"
+                                 "remove-list all\n"
+                                 "lists\n"
+                                 "i1-gets-i2\n"
+                                 "clear\n"
+                                 "min-sub\n"
+                                 "list-le nothing\n"
+                                 "load regular.tav\n";
+
+/// On a database with links of every kind, in small steps.
+const QByteArray oddScript = "load odd.tav\n"
+                             "load-i1 odd.txt\n"
+                             "load-i2 odd.txt\n"
+                             "list-le le\n"
+                             "list-eq-subs \"eq subs\"\n"
+                             "list-gt-supers gt\n"
+                             "min-all\n"
+                             "max-sub\n"
+                             "avg-super\n"
+                             "-subs below gt\n";
+
+/// The first two levels are small, the third is large, where three graphs are many.
+const QByteArray largeScript = "load large.tav\n"
+                               "load-i1 large.txt\n"
+                               "i2-gets-i1\n"
+                               "list-lt-subs lt\n"
+                               "list-le-supers le\n"
+                               "list-ge ge\n"
+                               "avg-sub\n"
+                               "avg-super\n"
+                               "max-all\n"
+                               "supers above ge\n";
+} // namespace
+
+class TestTavSql : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        folder.write("regular.tav", "@\nA_\t0\nA?\t0\t0\nBw\t1\nBo\t1\t2\n");
+        folder.write("a.txt", "\n@\t0\nA_\t1\nA?\tNA\nBw\t2\nBo\t3\n");
+        folder.write("b.txt", "\n@\t1\nA_\t1\nA?\t2\nBw\t2\nBo\t2.5\n");
+        folder.write("names.g6", "A_\nodd ' \\ ${name}\n");
+        folder.write("odd.tav", "@\nA_\t0\t1\nA?\t1\t0\nBw\t2\t2\n");
+        folder.write("odd.txt", "\n@\t0\nA_\t1e-8\nA?\tnan\nBw\tinf\n");
+        folder.write("large.tav", "@\nA_\t0\nA?\t0\nBw\t1\nBo\t1\nBg\t2\nB?\t2\nBW\t1\t2\n");
+        folder.write("large.txt", "\n@\t1\nA_\t1\nA?\t1\nBw\t1\nBo\t1\nBg\t1\nB?\t1\nBW\t1\n");
+        exportTables(QStringLiteral("regular"),
+                     {QStringLiteral("--parts"), QStringLiteral("2"), QStringLiteral("--values"),
+                      QStringLiteral("a.txt"), QStringLiteral("--values"), QStringLiteral("b.txt"),
+                      QStringLiteral("--compute"), QStringLiteral("size - order")});
+        exportTables(QStringLiteral("odd"), {QStringLiteral("--values"), QStringLiteral("odd.txt")});
+        exportTables(QStringLiteral("large"), {QStringLiteral("--values"), QStringLiteral("large.txt")});
+    }
+
+    void text_data()
+    {
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QByteArray>("engine");
+        const QString atOnce = QStringLiteral("--slice");
+        for (const QByteArray &engine : engines) {
+            QTest::addRow("regular for %s", engine.constData())
+                << QStringLiteral("regular") << regularScript << QStringList() << engine;
+            QTest::addRow("odd for %s", engine.constData())
+                << QStringLiteral("odd") << oddScript << QStringList{atOnce, QStringLiteral("2")} << engine;
+            QTest::addRow("large for %s", engine.constData())
+                << QStringLiteral("large") << largeScript
+                << QStringList{atOnce, QStringLiteral("3"), QStringLiteral("--sorted")} << engine;
+        }
+    }
+
+    void text()
+    {
+        QFETCH(QString, database);
+        QFETCH(QByteArray, script);
+        QFETCH(QStringList, options);
+        QFETCH(QByteArray, engine);
+        const ToolResult result = translate(engine, database, script, options);
+        QCOMPARE(result.errors, QByteArray());
+        QCOMPARE(result.status, 0);
+        const QString golden = QStringLiteral(TAVOLINE_TEST_DATA "/sql/%1.%2.sql").arg(database, QLatin1String(engine));
+        QCOMPARE(QString::fromUtf8(result.output), QString::fromUtf8(contents(golden)));
+    }
+
+    void everyCommandIsTranslatedOrRefused()
+    {
+        const QStringList refused = {QStringLiteral("save-i1"), QStringLiteral("list-from-graphs")};
+        for (const ScriptCommand &command : scriptCommands()) {
+            QByteArray line = command.name;
+            for (const ScriptArgument &argument : command.arguments) {
+                switch (argument.kind) {
+                case ScriptArgument::List:
+                    line += " file";
+                    break;
+                case ScriptArgument::NewList:
+                    line += " new";
+                    break;
+                case ScriptArgument::Formula:
+                    line += " size - order";
+                    break;
+                case ScriptArgument::InputFile:
+                    line += line == "load" ? " regular.tav" : line.startsWith("load-i") ? " a.txt" : " names.g6";
+                    break;
+                case ScriptArgument::MoreInputFiles:
+                    break; // below: baseAndPart()
+                case ScriptArgument::OutputFile:
+                    line += " out";
+                    break;
+                }
+            }
+            const ToolResult result = translate("duckdb", QStringLiteral("regular"),
+                                                "load regular.tav\nlist-from-file file names.g6\n" + line);
+            if (refused.contains(QLatin1String(command.name))) {
+                QVERIFY2(result.errors.startsWith("tav: script:3: " + QByteArray(command.name) + " is not possible: "),
+                         result.errors.constData());
+                QCOMPARE(result.status, 1);
+                QCOMPARE(result.output, QByteArray());
+            } else {
+                QVERIFY2(result.status == 0, (line + ": " + result.errors).constData());
+                QVERIFY2(result.output.contains("\n-- 3: " + line + '\n'), line.constData());
+            }
+        }
+    }
+
+    void refused_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("other database") << QByteArray("load other.tav")
+                                        << QByteArray(
+                                               "1: load is not possible: the tables of 'other.tav' are not given");
+        QTest::newRow("other values")
+            << QByteArray("load regular.tav\nload-i1 c.txt")
+            << QByteArray("2: load-i1 is not possible: the tables in 'regular' have no values of 'c.txt'");
+        QTest::newRow("other expression")
+            << QByteArray("load regular.tav\n-compute-i2 size")
+            << QByteArray("2: compute-i2 is not possible: the tables in 'regular' have no values of 'size'");
+        QTest::newRow("no database") << QByteArray("load-i1 a.txt")
+                                     << QByteArray("1: load-i1 fails: there is no database");
+        QTest::newRow("nothing to save") << QByteArray("save-graphs out")
+                                         << QByteArray("1: save-graphs fails: there is no database");
+        QTest::newRow("no list") << QByteArray("show none") << QByteArray("1: show fails: there is no list 'none'");
+        QTest::newRow("no name") << QByteArray("load regular.tav\nlist-ge \"\"")
+                                 << QByteArray("2: list-ge fails: the name of a list cannot be empty");
+        QTest::newRow("name taken") << QByteArray("list-from-file a names.g6\nlist-from-file a names.g6")
+                                    << QByteArray("2: list-from-file fails: there is a list 'a' already");
+        QTest::newRow("name perhaps taken")
+            << QByteArray("load regular.tav\nlist-ge a\n-list-le a")
+            << QByteArray("3: list-le is not possible: whether there is a list 'a' already is not known before; "
+                          "'-remove-list' would help");
+        QTest::newRow("list perhaps there")
+            << QByteArray("load regular.tav\nlist-ge a\n-save-list a out")
+            << QByteArray("3: save-list is not possible: whether there is a list 'a' is not known before; without '-' "
+                          "the script ends when there is none");
+        QTest::newRow("no file") << QByteArray("list-from-file a none.g6")
+                                 << QByteArray("1: list-from-file fails: No such file or directory");
+        QTest::newRow("no command") << QByteArray("\nmake") << QByteArray("2: unknown command 'make'");
+    }
+
+    void refused()
+    {
+        QFETCH(QByteArray, lines);
+        QFETCH(QByteArray, message);
+        folder.write("out.sql", "old");
+        const ToolResult result = translate("duckdb", QStringLiteral("regular"), lines + '\n',
+                                            {QStringLiteral("-o"), QStringLiteral("out.sql")});
+        QCOMPARE(result.errors, "tav: script:" + message + '\n');
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 1);
+        QCOMPARE(contents(folder.path("out.sql")), QByteArray("old"));
+    }
+
+    void refusedForWhatTheTablesHold_data()
+    {
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("many graphs") << QStringLiteral("many") << QByteArray("list-ge a\nsubs b a")
+                                     << QByteArray("3: subs is not possible: the order of a list among 50000001 graphs "
+                                                   "would be the work of one processor; with '--sorted' it is that of "
+                                                   "the database");
+        QTest::newRow("many levels") << QStringLiteral("deep") << QByteArray("list-gt-subs a")
+                                     << QByteArray("2: list-gt-subs is not possible: with a statement for each of 201 "
+                                                   "levels, the text would be too long");
+        QTest::newRow("closure on many levels")
+            << QStringLiteral("deep") << QByteArray("list-ge a\nsupers b a")
+            << QByteArray("3: supers is not possible: with a statement for each of 201 levels, the text would be too "
+                          "long");
+        QTest::newRow("wide names")
+            << QStringLiteral("wide") << QByteArray("list-ge a\nlist-le b\nunion c a b")
+            << QByteArray("4: union is not possible: an engine sorts names with characters beyond U+FFFF in another "
+                          "way");
+        QTest::newRow("long list") << QStringLiteral("regular") << QByteArray("list-from-file a long.g6")
+                                   << QByteArray("2: list-from-file is not possible: 'long.g6' has more than 100000 "
+                                                 "names");
+    }
+
+    void refusedForWhatTheTablesHold()
+    {
+        QFETCH(QString, database);
+        QFETCH(QByteArray, lines);
+        QFETCH(QByteArray, message);
+        QByteArray chain = "g0\n";
+        for (int position = 1; position <= 200; ++position) {
+            chain += 'g' + QByteArray::number(position) + '\t' + QByteArray::number(position - 1) + '\n';
+        }
+        folder.write("deep.tav", chain);
+        folder.write("wide.tav", "\xf0\x9f\x98\x80\n");
+        folder.write("many.tav", "@\n");
+        folder.write("long.g6", QByteArray("@\n").repeated(100001));
+        for (const char *name : {"deep", "wide", "many"}) {
+            QDir(folder.path(name)).removeRecursively();
+            exportTables(QLatin1String(name), {});
+        }
+        changeManifest(QStringLiteral("many"), [](QJsonObject &manifest) {
+            const int many = 50'000'001;
+            manifest[QStringLiteral("graphs")] = many;
+            manifest[QStringLiteral("levels")] = QJsonArray{QJsonObject{
+                {QStringLiteral("graphs"), many}, {QStringLiteral("first"), 0}, {QStringLiteral("last"), many - 1}}};
+        });
+        const QByteArray script = "load " + database.toUtf8() + ".tav\n" + lines + '\n';
+        const ToolResult result = translate("spark", database, script);
+        QCOMPARE(result.errors, "tav: script:" + message + '\n');
+        QCOMPARE(result.status, 1);
+        if (database == QLatin1String("many")) {
+            QCOMPARE(translate("spark", database, script, {QStringLiteral("--sorted")}).status, 0);
+        }
+    }
+
+    void tablesThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QJsonValue>("value");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("version") << QStringLiteral("version") << QJsonValue(2)
+                                 << QByteArray("tables of version 2; this program reads version 1");
+        QTest::newRow("other format") << QStringLiteral("format") << QJsonValue(QStringLiteral("other"))
+                                      << QByteArray("the manifest is not one of tables that 'tav export' writes");
+        QTest::newRow("no databases") << QStringLiteral("databases") << QJsonValue(QJsonArray())
+                                      << QByteArray("the manifest does not fit: 'databases'");
+        QTest::newRow("graphs") << QStringLiteral("graphs") << QJsonValue(6)
+                                << QByteArray("the manifest does not fit: 'levels'");
+        QTest::newRow("no whole number") << QStringLiteral("graphs") << QJsonValue(4.5)
+                                         << QByteArray("the manifest does not fit: 'graphs'");
+        QTest::newRow("no number") << QStringLiteral("links") << QJsonValue(QStringLiteral("4"))
+                                   << QByteArray("the manifest does not fit: 'links'");
+        QTest::newRow("parts") << QStringLiteral("parts") << QJsonValue(3)
+                               << QByteArray("the file 'graphs/part-0003.tsv' of the tables is not there");
+        QTest::newRow("bytes") << QStringLiteral("bytes") << QJsonValue(77)
+                               << QByteArray("the table 'graphs' has 57 bytes, and its manifest says 77");
+        QTest::newRow("levels") << QStringLiteral("levels") << QJsonValue(QJsonArray{1})
+                                << QByteArray("the manifest does not fit: 'levels'");
+        QTest::newRow("values elsewhere")
+            << QStringLiteral("values")
+            << QJsonValue(QJsonArray{QJsonObject{{QStringLiteral("file"), QStringLiteral("a")},
+                                                 {QStringLiteral("folder"), QStringLiteral("/etc")}}})
+            << QByteArray("the manifest does not fit: 'values.folder'");
+        QTest::newRow("flag") << QStringLiteral("regular") << QJsonValue(1)
+                              << QByteArray("the manifest does not fit: 'regular'");
+    }
+
+    void tablesThatDoNotFit()
+    {
+        QFETCH(QString, key);
+        QFETCH(QJsonValue, value);
+        QFETCH(QByteArray, message);
+        const QByteArray before = contents(folder.path("regular/manifest.json"));
+        changeManifest(QStringLiteral("regular"), [&](QJsonObject &manifest) { manifest[key] = value; });
+        const ToolResult result = translate("duckdb", QStringLiteral("regular"), "load regular.tav\n");
+        folder.write("regular/manifest.json", before);
+        QCOMPARE(result.errors, "tav: regular: " + message + '\n');
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 1);
+    }
+
+    void noTables()
+    {
+        QCOMPARE(translate("duckdb", QStringLiteral("none"), "clear\n").errors,
+                 QByteArray("tav: none: the manifest cannot be opened: No such file or directory\n"));
+        QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("text")));
+        folder.write("text/manifest.json", "{");
+        QCOMPARE(translate("duckdb", QStringLiteral("text"), "clear\n").errors,
+                 QByteArray("tav: text: the manifest is not one of tables that 'tav export' writes\n"));
+    }
+
+    void baseAndPart()
+    {
+        folder.write("base.tav", "@\nA_\t0\n");
+        folder.write("part.tav", "Bw\t1\n");
+        const ToolResult exported = runTav(words({"export", "-o", "both", "base.tav", "part.tav"}), {}, folder.path());
+        QCOMPARE(exported.errors, QByteArray("tav: 3 graphs, 2 links, 3 levels\n"));
+        const ToolResult result = translate("duckdb", QStringLiteral("both"), "load elsewhere/base.tav ./part.tav\n");
+        QCOMPARE(result.errors, QByteArray());
+        QVERIFY(result.output.contains("'both/graphs/part-0001.tsv'"));
+        QCOMPARE(translate("duckdb", QStringLiteral("both"), "load base.tav\n").errors,
+                 QByteArray("tav: script:1: load is not possible: the tables of 'base.tav' are not given\n"));
+    }
+
+    void severalDatabases()
+    {
+        const QByteArray script = "load odd.tav\nload large.tav\nload-i1 large.txt\n";
+        const ToolResult result =
+            translate("duckdb", QStringLiteral("odd"), script, {QStringLiteral("--tables"), QStringLiteral("large")});
+        QCOMPARE(result.errors, QByteArray());
+        QVERIFY(result.output.contains("'odd/graphs/part-0001.tsv'"));
+        QVERIFY(result.output.contains("DROP TABLE graph;\nCREATE TABLE graph AS"));
+        QVERIFY(result.output.contains("'large/values-1/part-0001.tsv'"));
+    }
+
+    void wrongUsage_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("message");
+        const QString dialect = QStringLiteral("--dialect");
+        const QString duckdb = QStringLiteral("duckdb");
+        const QString tables = QStringLiteral("--tables");
+        const QString script = QStringLiteral("script");
+        QTest::newRow("no dialect") << QStringList{script}
+                                    << QByteArray("No dialect given; '--dialect' names it: 'duckdb' or 'spark'.");
+        QTest::newRow("dialect") << QStringList{dialect, QStringLiteral("mysql"), script}
+                                 << QByteArray("Unknown dialect 'mysql'; 'duckdb' or 'spark' expected.");
+        QTest::newRow("no script") << QStringList{dialect, duckdb}
+                                   << QByteArray("Exactly one script expected, 0 given.");
+        QTest::newRow("pattern") << QStringList{dialect, duckdb, tables, QStringLiteral("a*"), script}
+                                 << QByteArray("The path of the tables has '*', which engines take for a pattern: "
+                                               "'a*'.");
+        QTest::newRow("empty path") << QStringList{dialect, duckdb, tables, QString(), script}
+                                    << QByteArray("The name of the folder of the tables is empty.");
+        QTest::newRow("number") << QStringList{dialect, duckdb, QStringLiteral("--slice"), QStringLiteral("0"), script}
+                                << QByteArray("Not a number of graphs: '0'.");
+    }
+
+    void wrongUsage()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runTav(QStringList{QStringLiteral("sql")} + arguments, {}, folder.path());
+        QCOMPARE(result.errors, "tav: " + message + "\nTry 'tav sql --help'.\n");
+        QCOMPARE(result.status, 2);
+    }
+
+private:
+    /// Exports NAME.tav as the tables NAME.
+    void exportTables(const QString &name, const QStringList &options)
+    {
+        const ToolResult result = runTav(QStringList{QStringLiteral("export"), QStringLiteral("-o"), name} + options +
+                                             QStringList{name + QStringLiteral(".tav")},
+                                         {}, folder.path());
+        if (result.status != 0) {
+            qFatal("tav export: %s", result.errors.constData());
+        }
+    }
+
+    void changeManifest(const QString &tables, const std::function<void(QJsonObject &)> &change)
+    {
+        const QString path = folder.path(tables + QStringLiteral("/manifest.json"));
+        QJsonObject manifest = QJsonDocument::fromJson(contents(path)).object();
+        change(manifest);
+        write(path, QJsonDocument(manifest).toJson());
+    }
+
+    ToolResult translate(const QByteArray &engine, const QString &tables, const QByteArray &script,
+                         const QStringList &options = {})
+    {
+        folder.write("script", script);
+        return runTav(QStringList{QStringLiteral("sql"), QStringLiteral("--dialect"), QLatin1String(engine),
+                                  QStringLiteral("--tables"), tables, QStringLiteral("script")} +
+                          options,
+                      {}, folder.path());
+    }
+
+    TestFolder folder;
+};
+
+QTEST_GUILESS_MAIN(TestTavSql)
+#include "tst_tav_sql.moc"
