@@ -144,6 +144,18 @@ private slots:
         QCOMPARE(contents(folder.path("base.tav")), base);
     }
 
+    /// Parts of an earlier division would be taken for those of the new one.
+    void partsOfAnotherDivision()
+    {
+        QCOMPARE(runHere("part", words({"1"})).status, 0);
+        const QByteArray base = contents(folder.path("base.tav"));
+        const ToolResult result = runHere("prepare", words({"6", "2"}));
+        QCOMPARE(result.errors, QByteArray("Remove the parts of the earlier division first.\n"));
+        QCOMPARE(result.status, 1);
+        QCOMPARE(filesIn(folder.path("parts")), words({"1"}));
+        QCOMPARE(contents(folder.path("base.tav")), base);
+    }
+
     void theScriptsAreWellFormed()
     {
         for (const char *script : {"prepare", "part", "collect", "array.sbatch"}) {
