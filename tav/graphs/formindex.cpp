@@ -129,8 +129,8 @@ bool FormIndex::lay(std::string_view index)
         table.count = take();
         table.keyLength = keyLengthOf(order);
         sum += table.count;
-        if (table.count > mostGraphs || sum > graphs) {
-            return false;
+        if (table.count > mostGraphs) {
+            return false; // the lengths of more might not fit into 64 bits
         }
         if (table.count == 0) {
             continue;
