@@ -238,6 +238,9 @@ private slots:
         row("graphs beyond 64 bits", with(bytes, countPlace(1), ~quint64(0)));
         row("graphs beyond 32 bits",
             with(with(bytes, countPlace(1), quint64(1) << 32), graphsPlace, (quint64(1) << 32) + 5));
+        // So many that their bytes, counted with 64 bits, seem to be 16.
+        row("bytes beyond 64 bits", with(bytes, countPlace(2), quint64(3074457345618258604)));
+        row("a byte less", bytes.substr(0, bytes.size() - 1));
         row("more graphs of an order than bytes",
             with(with(bytes, countPlace(1), quint64(3)), graphsPlace, quint64(8)));
         row("an entry before the first", with(bytes, headerLength, quint32(2)));

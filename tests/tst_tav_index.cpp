@@ -109,6 +109,14 @@ private slots:
                  QByteArray("tav: base.tav:1001: not graph6: 1 byte where a graph on 2 vertices has 2\n"));
     }
 
+    void aFaultFarBehind()
+    {
+        const TestFolder folder;
+        folder.write("base.tav", QByteArray("\n").repeated(3000000) + "A\n");
+        QCOMPARE(runTav(index(words({"base.tav"})), {}, folder.path()).errors,
+                 QByteArray("tav: base.tav:3000001: not graph6: 1 byte where a graph on 2 vertices has 2\n"));
+    }
+
     void filesThatCannotBeUsed_data()
     {
         QTest::addColumn<QStringList>("arguments");

@@ -222,6 +222,17 @@ private slots:
         }
     }
 
+    void aSubGraphInTheBaseAndOneInThePart()
+    {
+        // Above the triangle with a pendant vertex, in the base, and the complete graph on four vertices.
+        folder->write("base.tav", smallBase + "Cx\t2\t3\n");
+        QCOMPARE(buildPart("D~_\n").output, QByteArray("D~_\t4\n"));
+        folder->write("part.g6", "D~_\nC~\n");
+        QCOMPARE(runHere(build(words({"--base", "base.tav", "part.g6"}))).errors,
+                 QByteArray("tav: part.g6:1: the graph of part.g6:2 is a sub-graph of it, and base.tav does not hold "
+                            "it\n"));
+    }
+
     void graphsOfTwoOrdersThatAreNotLinked()
     {
         // The triangle-free graph on five vertices does not have the complete graph on four as a sub-graph.
