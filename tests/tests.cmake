@@ -168,4 +168,4 @@ tavoline_tool_test(tst_tav_calls)
 target_compile_definitions(tst_tav_calls PRIVATE TAVOLINE_FAILING_CALLS="$<TARGET_FILE:failing_calls>")
 add_dependencies(tst_tav_calls failing_calls)
 tavoline_slow_tests(tst_invariant_reference tst_tav_calls tst_faults tst_tav_build tst_tav_filter tst_tav_invariant
-    tst_tav_run)
+    tst_tav_part tst_tav_run tst_tav_run_parts)
