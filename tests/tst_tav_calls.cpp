@@ -2,6 +2,7 @@
 // one complete, and status and message say which.
 
 #include "support/callfailures.h"
+#include "support/literals.h"
 #include "support/patience.h"
 #include "support/testfiles.h"
 #include "support/toolprocess.h"
@@ -51,12 +52,14 @@ public:
         write(path(QStringLiteral("above")), "CF\nC~\n");
         write(path(QStringLiteral("indexed")), contents(path(QStringLiteral("database"))));
         runTav({QStringLiteral("index"), QStringLiteral("indexed")}, {}, folder());
+        runTav(words({"export", "-o", "exported", "--values", "invariant", "database"}), {}, folder());
         write(path(QStringLiteral("script")), "load database\n"
                                               "list-from-file list names\n"
                                               "load-i1 invariant\n"
                                               "save-list list target1\n"
                                               "save-graphs target2\n"
                                               "save-i1 target3\n");
+        write(path(QStringLiteral("questions")), "load database\nload-i1 invariant\nlist-ge list\n");
         restoreTargets();
         files = filesIn(folder());
     }
@@ -92,6 +95,22 @@ public:
         for (const QString &target : targets) {
             texts.append(contents(path(target)));
         }
+        return texts;
+    }
+
+    /// The files of the tables in the folder "tables", which is removed; nothing when it is not there.
+    QMap<QString, QByteArray> takeTables() const
+    {
+        QMap<QString, QByteArray> texts;
+        QDir tables(path(QStringLiteral("tables")));
+        for (const char *name : {"graphs/part-0001.tsv", "graphs/part-0002.tsv", "values-1/part-0001.tsv",
+                                 "values-1/part-0002.tsv", "manifest.json"}) {
+            const QString file = tables.filePath(QLatin1String(name));
+            if (QFile::exists(file)) {
+                texts[QLatin1String(name)] = contents(file);
+            }
+        }
+        tables.removeRecursively();
         return texts;
     }
 
@@ -131,6 +150,7 @@ class TestTavCalls : public QObject
 private slots:
     void commands_data();
     void commands();
+    void tables();
 };
 
 void TestTavCalls::commands_data()
@@ -151,6 +171,7 @@ void TestTavCalls::commands_data()
         add("invariant", "invariant size -o target database", "target");
         add("names", "names -o target database names", "target");
         add("run", "run script", "target1 target2 target3");
+        add("sql", "sql --dialect duckdb --tables exported -o target questions", "target");
     }
 }
 
@@ -200,6 +221,43 @@ void TestTavCalls::commands()
     const QList<QByteArray> kinds = importantKinds(isNamed) << "read";
     for (const QByteArray &kind : kinds) {
         QVERIFY2(failures[kind] > 0, kind.constData());
+    }
+}
+
+/// A folder is there with all its files, or not at all.
+void TestTavCalls::tables()
+{
+    Command command(words({"export", "-o", "tables", "--parts", "2", "--values", "invariant", "database"}), {}, false);
+    const Ending usual = command.run();
+    QCOMPARE(usual.status, 0);
+    const QMap<QString, QByteArray> complete = command.takeTables();
+    QCOMPARE(complete.size(), 5);
+
+    CallCounts failures;
+    for (auto kind = usual.counts.begin(); kind != usual.counts.end(); ++kind) {
+        for (int occurrence = 1; occurrence <= kind.value(); ++occurrence) {
+            for (const int error : callErrors) {
+                const QByteArray what = description(kind.key(), occurrence, error);
+                const Ending ending = command.run(kind.key(), occurrence, error);
+                const QByteArray said = what + "; the program says: " + ending.errors;
+                QVERIFY2(ending.isInTime, said.constData());
+                if (ending.status == 0) {
+                    QVERIFY2(command.takeTables() == complete, said.constData());
+                    QVERIFY2(error == EINTR || !isIndispensable(kind.key()), said.constData());
+                } else {
+                    ++failures[kind.key()];
+                    QVERIFY2(ending.status == 1, said.constData());
+                    QVERIFY2(error != EINTR || !survivesSignals(kind.key()), said.constData());
+                    QVERIFY2(ending.errors.startsWith("tav: ") && ending.errors.endsWith(reasonOf(error) + '\n'),
+                             said.constData());
+                    QCOMPARE(ending.errors.count('\n'), 1);
+                }
+                QVERIFY2(command.isNothingLeftBehind(), said.constData());
+            }
+        }
+    }
+    for (const char *kind : {"open", "read", "write", "fsync", "close", "rename"}) {
+        QVERIFY2(failures[kind] > 0, kind);
     }
 }
 

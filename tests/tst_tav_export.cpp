@@ -11,6 +11,7 @@
 
 #include <csignal>
 #include <memory>
+#include <sys/types.h>
 
 namespace
 {
@@ -265,8 +266,19 @@ private slots:
         QCOMPARE(folder->files(), QStringList());
     }
 
+    void signalHalfWay_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::addColumn<bool>("leavesNothing");
+        QTest::newRow("ended") << SIGTERM << true;
+        QTest::newRow("interrupted") << SIGINT << true;
+        QTest::newRow("killed") << SIGKILL << false;
+    }
+
     void signalHalfWay()
     {
+        QFETCH(int, signal);
+        QFETCH(bool, leavesNothing);
         QProcess process;
         process.setWorkingDirectory(folder->path());
         process.start(QStringLiteral(TAVOLINE_TAV),
@@ -278,11 +290,13 @@ private slots:
             return files.size() == 1 && filesIn(folder->path(files.first())).contains(QStringLiteral("values-1"));
         };
         QTRY_VERIFY_WITH_TIMEOUT(isComputing(), patience);
-        process.terminate();
+        QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
         QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-        QCOMPARE(process.exitCode(), SIGTERM);
-        QCOMPARE(folder->files(), QStringList());
+        QCOMPARE(process.exitCode(), signal);
+        QCOMPARE(folder->files().isEmpty(), leavesNothing);
+        QVERIFY(!QFileInfo::exists(folder->path("tables")));
+        QCOMPARE(exportTables({example("connected-8.tav")}).status, 0);
     }
 
     void wrongUsage_data()

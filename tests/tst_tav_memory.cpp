@@ -4,6 +4,7 @@
 #include "support/testfiles.h"
 #include "support/toolprocess.h"
 
+#include <QDir>
 #include <QProcessEnvironment>
 #include <QtTest>
 
@@ -31,6 +32,8 @@ void TestTavMemory::commands_data()
     rows("index", {QStringLiteral("index"), QStringLiteral("-o"), QStringLiteral("saved"), database});
     rows("a part", {QStringLiteral("build"), QStringLiteral("--base"), QStringLiteral("base.tav"), QStringLiteral("-o"),
                     QStringLiteral("saved"), QStringLiteral("above.g6")});
+    rows("export", {QStringLiteral("export"), QStringLiteral("-o"), QStringLiteral("new"), QStringLiteral("--values"),
+                    example("connected-8.girth.txt"), database});
     rows("info", {QStringLiteral("info"), database});
     rows("invariant", {QStringLiteral("invariant"), QStringLiteral("size"), database, QStringLiteral("-o"),
                        QStringLiteral("saved")});
@@ -40,6 +43,8 @@ void TestTavMemory::commands_data()
     rows("run", words({"run", "script"}),
          "load " + files + "/connected-8.tav\nload-i1 " + files + "/connected-8.size.txt\nload-i2 " + files +
              "/connected-8.diameter.txt\nlist-ge a\nlist-le-subs b\nunion c a b\nsave-list c saved\n");
+    rows("sql", words({"sql", "--dialect", "spark", "--tables", "tables", "-o", "saved", "script"}),
+         QByteArray("load base.tav\nlist-ge a\n") + QByteArray("list-eq-supers b\nremove-list b\n").repeated(300));
 }
 
 void TestTavMemory::commands()
@@ -57,6 +62,7 @@ void TestTavMemory::commands()
     const QByteArray all = contents(example("connected-8.tav"));
     folder.write("base.tav", all.left(all.indexOf("\nG") + 1));
     QCOMPARE(runTav(words({"index", "base.tav"}), {}, folder.path()).status, 0);
+    QCOMPARE(runTav(words({"export", "-o", "tables", "base.tav"}), {}, folder.path()).status, 0);
     folder.write("above.g6", names.mid(names.indexOf("\nG") + 1));
     const QString saved = folder.path("saved");
     const QString mark = folder.path("mark");
@@ -64,6 +70,8 @@ void TestTavMemory::commands()
     const ToolResult expected = runTav(arguments, {}, folder.path());
     QCOMPARE(expected.status, 0);
     const QByteArray expectedFile = contents(saved);
+    QDir made(folder.path("new"));
+    QVERIFY(made.removeRecursively()); // also when there is none
 
     int failures = 0;
     bool isShort = true;
@@ -82,6 +90,7 @@ void TestTavMemory::commands()
         if (result.status == 0) {
             QCOMPARE(result.output, expected.output);
             QCOMPARE(contents(saved), expectedFile);
+            QVERIFY(made.removeRecursively());
         } else {
             ++failures;
             QVERIFY(isShort);
@@ -92,7 +101,7 @@ void TestTavMemory::commands()
         }
         QStringList left = folder.files();
         left.removeAll(QStringLiteral("mark"));
-        QCOMPARE(left, words({"above.g6", "base.tav", "base.tav.index", "names.g6", "saved", "script"}));
+        QCOMPARE(left, words({"above.g6", "base.tav", "base.tav.index", "names.g6", "saved", "script", "tables"}));
         QVERIFY2(number < 1000, "the same allocation again and again");
     }
     QVERIFY(failures > 0);

@@ -283,30 +283,30 @@ private slots:
         QTest::addColumn<QJsonValue>("value");
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("version") << QStringLiteral("version") << QJsonValue(2)
-                                 << QByteArray("tables of version 2; this program reads version 1");
+                                 << QByteArray(": tables of version 2; this program reads version 1");
         QTest::newRow("other format") << QStringLiteral("format") << QJsonValue(QStringLiteral("other"))
-                                      << QByteArray("the manifest is not one of tables that 'tav export' writes");
+                                      << QByteArray(": the manifest is not one of tables that 'tav export' writes");
         QTest::newRow("no databases") << QStringLiteral("databases") << QJsonValue(QJsonArray())
-                                      << QByteArray("the manifest does not fit: 'databases'");
+                                      << QByteArray(": the manifest does not fit: 'databases'");
         QTest::newRow("graphs") << QStringLiteral("graphs") << QJsonValue(6)
-                                << QByteArray("the manifest does not fit: 'levels'");
+                                << QByteArray(": the manifest does not fit: 'levels'");
         QTest::newRow("no whole number") << QStringLiteral("graphs") << QJsonValue(4.5)
-                                         << QByteArray("the manifest does not fit: 'graphs'");
+                                         << QByteArray(": the manifest does not fit: 'graphs'");
         QTest::newRow("no number") << QStringLiteral("links") << QJsonValue(QStringLiteral("4"))
-                                   << QByteArray("the manifest does not fit: 'links'");
+                                   << QByteArray(": the manifest does not fit: 'links'");
         QTest::newRow("parts") << QStringLiteral("parts") << QJsonValue(3)
-                               << QByteArray("the file 'graphs/part-0003.tsv' of the tables is not there");
+                               << QByteArray("/graphs/part-0003.tsv: cannot be opened: No such file or directory");
         QTest::newRow("bytes") << QStringLiteral("bytes") << QJsonValue(77)
-                               << QByteArray("the table 'graphs' has 57 bytes, and its manifest says 77");
+                               << QByteArray(": the table 'graphs' has 57 bytes, and its manifest says 77");
         QTest::newRow("levels") << QStringLiteral("levels") << QJsonValue(QJsonArray{1})
-                                << QByteArray("the manifest does not fit: 'levels'");
+                                << QByteArray(": the manifest does not fit: 'levels'");
         QTest::newRow("values elsewhere")
             << QStringLiteral("values")
             << QJsonValue(QJsonArray{QJsonObject{{QStringLiteral("file"), QStringLiteral("a")},
                                                  {QStringLiteral("folder"), QStringLiteral("/etc")}}})
-            << QByteArray("the manifest does not fit: 'values.folder'");
+            << QByteArray(": the manifest does not fit: 'values.folder'");
         QTest::newRow("flag") << QStringLiteral("regular") << QJsonValue(1)
-                              << QByteArray("the manifest does not fit: 'regular'");
+                              << QByteArray(": the manifest does not fit: 'regular'");
     }
 
     void tablesThatDoNotFit()
@@ -318,7 +318,44 @@ private slots:
         changeManifest(QStringLiteral("regular"), [&](QJsonObject &manifest) { manifest[key] = value; });
         const ToolResult result = translate("duckdb", QStringLiteral("regular"), "load regular.tav\n");
         folder.write("regular/manifest.json", before);
-        QCOMPARE(result.errors, "tav: regular: " + message + '\n');
+        QCOMPARE(result.errors, "tav: regular" + message + '\n');
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 1);
+    }
+
+    void filesThatDoNotFit_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("rows"); // instead of those that are there; null: no file
+        QTest::addColumn<QByteArray>("message");
+        const QString graphs = QStringLiteral("regular/graphs/part-0002.tsv");
+        const QString values = QStringLiteral("regular/values-2/part-0001.tsv");
+        QTest::newRow("graphs missing") << graphs << QByteArray()
+                                        << QByteArray(
+                                               "/graphs/part-0002.tsv: cannot be opened: No such file or directory");
+        QTest::newRow("values missing") << values << QByteArray()
+                                        << QByteArray(
+                                               "/values-2/part-0001.tsv: cannot be opened: No such file or directory");
+        QTest::newRow("graphs shorter") << graphs << QByteArray("")
+                                        << QByteArray(": the table 'graphs' has 33 bytes, and its manifest says 57");
+        QTest::newRow("values longer") << values << QByteArray("0\t0\t1\n1\t1\t1\n2\t1\t2\n3\t2\t2\n")
+                                       << QByteArray(": the table 'values-2' has 38 bytes, and its manifest says 32");
+    }
+
+    void filesThatDoNotFit()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, rows);
+        QFETCH(QByteArray, message);
+        const QString path = folder.path(file);
+        const QByteArray before = contents(path);
+        QVERIFY(QFile::remove(path));
+        if (!rows.isNull()) {
+            write(path, rows);
+        }
+        const ToolResult result = translate("spark", QStringLiteral("regular"), "load regular.tav\n");
+        write(path, before);
+        QCOMPARE(result.errors, "tav: regular" + message + '\n');
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.status, 1);
     }
@@ -326,7 +363,7 @@ private slots:
     void noTables()
     {
         QCOMPARE(translate("duckdb", QStringLiteral("none"), "clear\n").errors,
-                 QByteArray("tav: none: the manifest cannot be opened: No such file or directory\n"));
+                 QByteArray("tav: none/manifest.json: cannot be opened: No such file or directory\n"));
         QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("text")));
         folder.write("text/manifest.json", "{");
         QCOMPARE(translate("duckdb", QStringLiteral("text"), "clear\n").errors,

@@ -15,6 +15,15 @@ void openRegular(QFile &file)
     }
 }
 
+qint64 sizeOf(const QFile &file)
+{
+    struct stat status = {};
+    if (::fstat(file.handle(), &status) != 0) {
+        throw cannotRead(file.fileName(), qt_error_string());
+    }
+    return status.st_size;
+}
+
 CommandError cannotRead(const QString &path, const QString &reason)
 {
     return CommandError(QStringLiteral("%1: cannot be read: %2").arg(path, reason));
@@ -24,19 +33,16 @@ MappedFile::MappedFile(const QString &path)
 {
     QFile file(path);
     openRegular(file);
-    struct stat status = {};
-    if (::fstat(file.handle(), &status) != 0) {
-        throw cannotRead(path, qt_error_string());
-    }
-    if (status.st_size == 0) {
+    const auto size = size_t(sizeOf(file));
+    if (size == 0) {
         return; // mmap() refuses that
     }
-    void *const mapping = ::mmap(nullptr, size_t(status.st_size), PROT_READ, MAP_SHARED, file.handle(), 0);
+    void *const mapping = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.handle(), 0);
     if (mapping == MAP_FAILED) {
         throw cannotRead(path, qt_error_string());
     }
     begin = static_cast<char *>(mapping);
-    length = size_t(status.st_size);
+    length = size;
 }
 
 MappedFile::~MappedFile()

@@ -14,6 +14,9 @@ class QFile;
 /// Opens a regular file for reading. Throws CommandError when that is not possible.
 void openRegular(QFile &file);
 
+/// The size in bytes of a file that was opened so. Throws CommandError when the system does not tell.
+qint64 sizeOf(const QFile &file);
+
 /// The file @p path cannot be read, for a @p reason in the words of the system.
 CommandError cannotRead(const QString &path, const QString &reason);
 

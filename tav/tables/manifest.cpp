@@ -1,10 +1,9 @@
 #include "manifest.h"
 
 #include "commandline.h"
-#include "inputfile.h"
+#include "regularfile.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -131,17 +130,14 @@ CommandError unfit(const QString &folder, const QString &reason)
     return CommandError(QStringLiteral("%1: %2").arg(folder, reason));
 }
 
-/// Throws CommandError unless the files of a table are there with as many bytes as its manifest says.
+/// Throws CommandError unless the files of a table can be read and have as many bytes as its manifest says.
 void checkTable(const QString &folder, const QString &table, int parts, qint64 bytes)
 {
     qint64 found = 0;
     for (int part = 0; part < parts; ++part) {
-        const QString name = table + QLatin1Char('/') + partName(part);
-        const QFileInfo file(folder + QLatin1Char('/') + name);
-        if (!file.isFile()) {
-            throw unfit(folder, QStringLiteral("the file %1 of the tables is not there").arg(quoted(name)));
-        }
-        found += file.size();
+        QFile file(folder + QLatin1Char('/') + table + QLatin1Char('/') + partName(part));
+        openRegular(file);
+        found += sizeOf(file);
     }
     if (found != bytes) {
         throw unfit(folder, QStringLiteral("the table %1 has %2 bytes, and its manifest says %3")
@@ -215,13 +211,10 @@ Manifest parseManifest(const QByteArray &text, const QString &folder)
 Manifest readManifest(const QString &folder)
 {
     QFile file(folder + QLatin1Char('/') + manifestName);
-    QString reason;
-    if (!openForReading(file, &reason)) {
-        throw unfit(folder, QStringLiteral("the manifest cannot be opened: %1").arg(reason));
-    }
+    openRegular(file);
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        throw unfit(folder, QStringLiteral("the manifest cannot be read: %1").arg(readFault(file)));
+        throw cannotRead(file.fileName(), file.errorString());
     }
     Manifest manifest = parseManifest(text, folder);
     checkTable(folder, graphsFolder, manifest.parts, manifest.bytes);

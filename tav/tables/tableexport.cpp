@@ -6,9 +6,9 @@
 #include "inputfile.h"
 #include "invariantline.h"
 #include "linereader.h"
+#include "regularfile.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -182,10 +182,7 @@ class ValueFile
 public:
     explicit ValueFile(const QString &path) : file(path), reader(file)
     {
-        QString reason;
-        if (!openForReading(file, &reason)) {
-            throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, reason));
-        }
+        openRegular(file);
         std::string_view header;
         isAtEnd = !readLine(header);
     }
@@ -232,11 +229,8 @@ qint64 sizeOf(const QStringList &paths)
     qint64 size = 0;
     for (const QString &path : paths) {
         QFile file(path);
-        QString reason;
-        if (!openForReading(file, &reason)) {
-            throw CommandError(QStringLiteral("%1: cannot be opened: %2").arg(path, reason));
-        }
-        size += file.size();
+        openRegular(file);
+        size += sizeOf(file);
     }
     return size;
 }
@@ -252,7 +246,7 @@ TableExport::TableExport(const QStringList &files, int parts, OutputFolder &fold
 
 void TableExport::writeGraphs()
 {
-    const qint64 size = sizeOf(paths);
+    const qint64 size = std::max<qint64>(sizeOf(paths), 1); // some file systems tell no size
     output.makeFolder(graphsFolder);
     PartedTable table(output, graphsFolder, manifest.parts);
     qint64 read = 0; // bytes
