@@ -169,6 +169,53 @@ private slots:
         QCOMPARE(readManifest(folder->path("tables")).databases, words({"base.tav", "part.tav"}));
     }
 
+    void longChain()
+    {
+        constexpr int mostLinks = 32767;
+        QByteArray chain = "g\n";
+        for (int position = 1; position <= mostLinks; ++position) {
+            chain += "g\t" + QByteArray::number(position - 1) + '\n';
+        }
+        folder->write("chain.tav", chain);
+        QCOMPARE(exportTables({QStringLiteral("chain.tav")}).status, 0);
+        QCOMPARE(int(readManifest(folder->path("tables")).levels.size()), mostLinks + 1);
+        folder->write("chain.tav", chain + "g\t" + QByteArray::number(mostLinks) + '\n');
+        QCOMPARE(exportTables({QStringLiteral("chain.tav")}, QStringLiteral("more")).errors,
+                 QByteArray("tav: chain.tav:32769: a chain of more than 32767 links ends here\n"));
+    }
+
+    /// Questions take a detour where a table has such values, and only there.
+    void kindsOfValues_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QByteArray>("written");
+        QTest::addColumn<bool>("isOrdinary");
+        QTest::addColumn<bool>("isTiny");
+        QTest::newRow("zero") << QByteArray("0") << QByteArray("0") << true << false;
+        QTest::newRow("zero below") << QByteArray("-0") << QByteArray("-0") << true << false;
+        QTest::newRow("NaN") << QByteArray("nan") << QByteArray("nan") << false << false;
+        QTest::newRow("infinite") << QByteArray("inf") << QByteArray("inf") << false << false;
+        QTest::newRow("sums are finite") << QByteArray("9e289") << QByteArray("9e+289") << true << false;
+        QTest::newRow("sums may be infinite") << QByteArray("-1e290") << QByteArray("-1e+290") << false << false;
+        QTest::newRow("tiny") << QByteArray("-1.19e-7") << QByteArray("-1.19e-07") << true << true;
+        QTest::newRow("not tiny") << QByteArray("1.2e-7") << QByteArray("1.2e-07") << true << false;
+    }
+
+    void kindsOfValues()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(QByteArray, written);
+        QFETCH(bool, isOrdinary);
+        QFETCH(bool, isTiny);
+        folder->write("d.tav", "@\nA_\t0\n");
+        folder->write("v.txt", "\n@\t1\nA_\t" + value + '\n');
+        QCOMPARE(exportTables(words({"--values", "v.txt", "d.tav"})).status, 0);
+        QCOMPARE(table("values-1/part-0001.tsv"), "0\t0\t1\n1\t1\t" + written + '\n');
+        const ValueSource values = readManifest(folder->path("tables")).values.front();
+        QCOMPARE(values.areOrdinary, isOrdinary);
+        QCOMPARE(values.hasTiny, isTiny);
+    }
+
     void badInput_data()
     {
         QTest::addColumn<QByteArray>("database");
@@ -247,6 +294,18 @@ private slots:
         QCOMPARE(contents(folder->path("file")), QByteArray("old"));
     }
 
+    void nameTakenMeanwhile()
+    {
+        QProcess process;
+        startSlowExport(process);
+        QVERIFY(QDir().mkdir(folder->path("tables")));
+        QVERIFY(process.waitForFinished(patience));
+        QCOMPARE(process.readAllStandardError(), QByteArray("tav: tables: cannot be written: File exists\n"));
+        QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(folder->files(), words({"tables"}));
+        QCOMPARE(filesIn(folder->path("tables")), QStringList());
+    }
+
     void noPlaceForTheFolder()
     {
         folder->write("d.tav", "@\n");
@@ -280,16 +339,7 @@ private slots:
         QFETCH(int, signal);
         QFETCH(bool, leavesNothing);
         QProcess process;
-        process.setWorkingDirectory(folder->path());
-        process.start(QStringLiteral(TAVOLINE_TAV),
-                      {QStringLiteral("export"), QStringLiteral("-o"), QStringLiteral("tables"),
-                       QStringLiteral("--compute"), QStringLiteral("treewidth + longest_induced_cycle + cycles"),
-                       QStringLiteral("-j"), QStringLiteral("1"), example("connected-8.tav")});
-        const auto isComputing = [&] {
-            const QStringList files = folder->files();
-            return files.size() == 1 && filesIn(folder->path(files.first())).contains(QStringLiteral("values-1"));
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(isComputing(), patience);
+        startSlowExport(process);
         QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
         QVERIFY(process.waitForFinished(patience));
         QCOMPARE(process.exitStatus(), QProcess::CrashExit);
@@ -341,6 +391,21 @@ private:
     {
         return runTav(QStringList{QStringLiteral("export"), QStringLiteral("-o"), name} + arguments, {},
                       folder->path());
+    }
+
+    /// Starts an export of the folder "tables", and returns when it computes values.
+    void startSlowExport(QProcess &process)
+    {
+        process.setWorkingDirectory(folder->path());
+        process.start(QStringLiteral(TAVOLINE_TAV),
+                      {QStringLiteral("export"), QStringLiteral("-o"), QStringLiteral("tables"),
+                       QStringLiteral("--compute"), QStringLiteral("treewidth + longest_induced_cycle + cycles"),
+                       QStringLiteral("-j"), QStringLiteral("1"), example("connected-8.tav")});
+        const auto isComputing = [&] {
+            const QStringList files = folder->files();
+            return files.size() == 1 && filesIn(folder->path(files.first())).contains(QStringLiteral("values-1"));
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isComputing(), patience);
     }
 
     /// The bytes of a file of the exported tables.

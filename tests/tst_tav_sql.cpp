@@ -298,6 +298,17 @@ private slots:
                                << QByteArray("/graphs/part-0003.tsv: cannot be opened: No such file or directory");
         QTest::newRow("bytes") << QStringLiteral("bytes") << QJsonValue(77)
                                << QByteArray(": the table 'graphs' has 57 bytes, and its manifest says 77");
+        QTest::newRow("loops where every link leads one level down")
+            << QStringLiteral("loops") << QJsonValue(true) << QByteArray(": the manifest does not fit: 'levels'");
+        QTest::newRow("no level") << QStringLiteral("levels") << QJsonValue(QJsonArray())
+                                  << QByteArray(": the manifest does not fit: 'levels'");
+        QTest::newRow("too few ids on a level")
+            << QStringLiteral("levels")
+            << QJsonValue(QJsonArray{QJsonObject{
+                   {QStringLiteral("graphs"), 5}, {QStringLiteral("first"), 0}, {QStringLiteral("last"), 3}}})
+            << QByteArray(": the manifest does not fit: 'levels.last'");
+        QTest::newRow("too many parts") << QStringLiteral("parts") << QJsonValue(10000)
+                                        << QByteArray(": the manifest does not fit: 'parts'");
         QTest::newRow("levels") << QStringLiteral("levels") << QJsonValue(QJsonArray{1})
                                 << QByteArray(": the manifest does not fit: 'levels'");
         QTest::newRow("values elsewhere")
@@ -360,6 +371,25 @@ private slots:
         QCOMPARE(result.status, 1);
     }
 
+    /// There is a second pass where a difference may be exactly the tolerance, wherever the tiny value is.
+    void tinyValues()
+    {
+        folder.write("tiny.txt", "\n@\t1e-8\nA_\t1\nA?\t1\nBw\t1\nBo\t1\n");
+        exportTables(QStringLiteral("regular"),
+                     words({"-o", "tiny", "--values", "a.txt", "--values", "tiny.txt", "--values", "b.txt"}));
+        const auto hasSecondPass = [&](const QByteArray &lines) {
+            const ToolResult result = translate("duckdb", QStringLiteral("tiny"), "load regular.tav\n" + lines);
+            return result.status == 0 && result.output.contains("CREATE TABLE barrier");
+        };
+        QVERIFY(hasSecondPass("load-i1 tiny.txt\nload-i2 a.txt\nlist-eq-subs a\n"));
+        QVERIFY(hasSecondPass("load-i1 a.txt\nload-i2 tiny.txt\nlist-eq-supers a\n"));
+        QVERIFY(hasSecondPass("load-i1 a.txt\navg-sub\nlist-eq-subs a\n")); // 0 and 1e-8 are averages, too
+        QVERIFY(hasSecondPass("load-i1 tiny.txt\nmin-sub\nload-i1 a.txt\nlist-eq-subs a\n"));
+        QVERIFY(!hasSecondPass("load-i1 a.txt\nload-i2 b.txt\nlist-eq-subs a\n"));
+        QVERIFY(!hasSecondPass("load-i1 a.txt\nmin-sub\nlist-eq-subs a\n"));
+        QVERIFY(!hasSecondPass("load-i1 tiny.txt\nload-i2 a.txt\nlist-ge-subs a\n"));
+    }
+
     void noTables()
     {
         QCOMPARE(translate("duckdb", QStringLiteral("none"), "clear\n").errors,
@@ -411,6 +441,12 @@ private slots:
         QTest::newRow("pattern") << QStringList{dialect, duckdb, tables, QStringLiteral("a*"), script}
                                  << QByteArray("The path of the tables has '*', which engines take for a pattern: "
                                                "'a*'.");
+        for (const char *other : {"?", "[", "]", "{", "}", "\\"}) {
+            QTest::newRow(other) << QStringList{dialect, duckdb, tables, QLatin1Char('a') + QLatin1String(other),
+                                                script}
+                                 << QByteArray("The path of the tables has '") + other +
+                                        "', which engines take for a pattern: 'a" + other + "'.";
+        }
         QTest::newRow("empty path") << QStringList{dialect, duckdb, tables, QString(), script}
                                     << QByteArray("The name of the folder of the tables is empty.");
         QTest::newRow("number") << QStringList{dialect, duckdb, QStringLiteral("--slice"), QStringLiteral("0"), script}

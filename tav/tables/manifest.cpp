@@ -115,7 +115,7 @@ Manifest read(const Members &members)
         sum += manifest.levels.back().graphs;
     }
     const int levelCount = int(manifest.levels.size());
-    if (sum != manifest.graphs || levelCount >= levelLimit || (manifest.isRegular && manifest.hasLoops)) {
+    if (sum != manifest.graphs || levelCount > levelLimit || (manifest.isRegular && manifest.hasLoops)) {
         throw Unfit{QStringLiteral("levels")};
     }
     for (const QJsonValue values : members.array("values")) {

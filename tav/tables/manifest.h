@@ -49,7 +49,7 @@ struct Manifest {
 /// The version of the tables that this program writes and reads.
 constexpr int tablesVersion = 1;
 
-/// More levels than any table can have.
+/// The most levels that tables can have.
 constexpr int levelLimit = 1 << 15;
 
 /// The name of the manifest in the folder of the tables, and of the folder of the table of the graphs.
