@@ -65,7 +65,7 @@ private slots:
         const std::vector<LevelSummary> levels = {{1, 0, 0}, {2, 1, 2}, {1, 3, 3}};
         QVERIFY(manifest.levels == levels);
 
-        folder->write("wide.tav", "@\n\xf0\x9f\x98\x80\t0\n");
+        folder->write("wide.tav", "@\n\xf0\x9f\x98\x80\t0\nA_\t0\n");
         QCOMPARE(exportTables({QStringLiteral("wide.tav")}, QStringLiteral("wide")).status, 0);
         manifest = readManifest(folder->path("wide"));
         QVERIFY(manifest.isRegular);
