@@ -470,6 +470,11 @@ private slots:
         }
         QTest::newRow("empty path") << QStringList{dialect, duckdb, tables, QString(), script}
                                     << QByteArray("The name of the folder of the tables is empty.");
+        QTest::newRow("same database") << QStringList{dialect, duckdb,
+                                                      tables,  QStringLiteral("odd"),
+                                                      tables,  QStringLiteral("./odd"),
+                                                      script}
+                                       << QByteArray("The tables in 'odd' and in './odd' are both those of 'odd.tav'.");
         QTest::newRow("number") << QStringList{dialect, duckdb, QStringLiteral("--slice"), QStringLiteral("0"), script}
                                 << QByteArray("Not a number of graphs: '0'.");
     }

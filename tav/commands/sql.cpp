@@ -42,6 +42,27 @@ void expectPlainPath(const QString &path)
     }
 }
 
+/// Reads the manifests of the tables in some folders. Throws CommandError when one does not fit, or when a script could
+/// not tell two of them from each other.
+std::vector<TableFolder> readTables(const QStringList &paths)
+{
+    std::vector<TableFolder> folders;
+    for (const QString &path : paths) {
+        expectPlainPath(path);
+        const Manifest manifest = readManifest(path);
+        for (const TableFolder &other : folders) {
+            if (other.manifest.databases == manifest.databases) {
+                throw CommandError(
+                    QStringLiteral("The tables in %1 and in %2 are both those of %3.")
+                        .arg(quoted(other.path), quoted(path), quoted(manifest.databases.join(QLatin1Char(' ')))),
+                    WrongUsage);
+            }
+        }
+        folders.push_back({path, manifest});
+    }
+    return folders;
+}
+
 qint64 graphCount(const QCommandLineParser &parser, const QCommandLineOption &option)
 {
     bool isNumber = false;
@@ -87,11 +108,7 @@ void runSql(const QStringList &arguments)
     options.engine = engineOf(parser, dialect);
     options.graphsAtOnce = graphCount(parser, atOnce);
     options.sortsClosures = parser.isSet(sorted);
-    std::vector<TableFolder> folders;
-    for (const QString &folder : parser.values(tables)) {
-        expectPlainPath(folder);
-        folders.push_back({folder, readManifest(folder)});
-    }
+    std::vector<TableFolder> folders = readTables(parser.values(tables));
     const QString output = outputPath(parser);
     expectDifferentFiles(script, {output});
 
