@@ -72,6 +72,18 @@ private slots:
         QCOMPARE(contents(folder.path("base.tav.index")).size(), 556);
     }
 
+    /// What the loader takes for a number, and lines that it passes over.
+    void numbersAsTheLoaderReadsThem()
+    {
+        const TestFolder folder;
+        folder.write("base.tav", "\n@\r\n\t7\n\nA_\t0\r\nB\rW\t 1\nBw\t+1\t001\t1\r0\r\n\r\n");
+        QCOMPARE(runTav(index(words({"base.tav"})), {}, folder.path()).errors,
+                 QByteArray("tav: base.tav:7: '10' is not the number of an earlier graph; a part alone is no base, but "
+                            "base and part one behind the other are\n"));
+        folder.write("base.tav", "\n@\r\n\t7\n\nA_\t0\r\nB\rW\t 1\nBw\t+1\t001\t\r0\r\n\r\n");
+        QCOMPARE(runTav(index(words({"base.tav"})), {}, folder.path()).errors, QByteArray("4 graphs.\n"));
+    }
+
     void badDatabases_data()
     {
         QTest::addColumn<QByteArray>("database");
@@ -84,6 +96,24 @@ private slots:
         QTest::newRow("63 vertices") << QByteArray("~??~?????\n") << QByteArray("1: more than 62 vertices");
         QTest::newRow("an index") << QByteArray("tavforms\x04\x03\x02\x01")
                                   << QByteArray("1: not graph6: byte 4 at column 9");
+        const auto badNumber = [](const char *name, const QByteArray &database, const QByteArray &fault) {
+            QTest::newRow(name) << database
+                                << fault + " is not the number of an earlier graph; a part alone is no base, but base "
+                                           "and part one behind the other are";
+        };
+        badNumber("a part", "CF\t2\nCx\t2\t3\n", "1: '2'");
+        badNumber("the second number", "@\nA_\t0\nBW\t1\t7\n", "3: '7'");
+        badNumber("its own number", "@\nA_\t1\n", "2: '1'");
+        badNumber("below zero", "@\nA_\t-1\n", "2: '-1'");
+        badNumber("beyond 32 bits", "@\nA_\t4294967296\n", "2: '4294967296'");
+        badNumber("no number", "@\nA_\t0x\n", "2: '0x'");
+        badNumber("an empty field", "@\nA_\t0\t\r\n", "2: ''");
+        badNumber("empty lines have no number", "@\n" + QByteArray(3000000, '\n') + "A_\t0\nA_\t2\n", "3000003: '2'");
+        QTest::newRow("no graph before a bad number")
+            << QByteArray("@\nA\t9\n") << QByteArray("2: not graph6: 1 byte where a graph on 2 vertices has 2");
+        const QByteArray noNewline = " no newline at its end: a part behind it would begin on the same line";
+        QTest::newRow("no newline") << QByteArray("@\nA_\t0") << "2:" + noNewline;
+        QTest::newRow("no newline behind empty lines") << QByteArray("@\n\n\n\t") << "4:" + noNewline;
     }
 
     void badDatabases()

@@ -126,7 +126,7 @@ private slots:
 
     void whatIsBetweenTheLinesOfTheBaseHasNoNumber()
     {
-        folder->write("base.tav", "\n@\r\n\t7\n\nA_\t0\nB\rW\t1");
+        folder->write("base.tav", "\n@\r\n\t7\n\nA_\t0\nB\rW\t1\n");
         QCOMPARE(buildPart("CF\n").output, QByteArray("CF\t2\n"));
         makeIndex();
         QCOMPARE(buildPart("CF\n").output, QByteArray("CF\t2\n"));
@@ -266,6 +266,20 @@ private slots:
         QCOMPARE(result.errors, "tav: " + message + "\n");
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.status, 1);
+    }
+
+    /// The numbers of a part count from the base. Taken for those of a base, they would lead to wrong graphs.
+    void aPartIsNoBase()
+    {
+        folder->write("part.tav", buildPart("CF\nC~\n").output);
+        const ToolResult result = runHere(build(words({"--base", "part.tav", "-o", "above.tav"})), "D~{\n");
+        QCOMPARE(result.errors,
+                 QByteArray("tav: part.tav:1: '2' is not the number of an earlier graph; a part alone is no base, but "
+                            "base and part one behind the other are\n"));
+        QCOMPARE(result.status, 1);
+        QVERIFY(!QFile::exists(folder->path("above.tav")));
+        folder->write("base.tav", smallBase + contents(folder->path("part.tav")));
+        QCOMPARE(buildPart("D~{\n").output, QByteArray("D~{\t5\n"));
     }
 
     void theBaseIsNotTheOutput()

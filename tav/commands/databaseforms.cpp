@@ -15,6 +15,7 @@
 #include <QFile>
 
 #include <cerrno>
+#include <charconv>
 #include <string_view>
 #include <sys/stat.h>
 #include <vector>
@@ -39,21 +40,50 @@ bool exists(const QString &path)
     throw cannotRead(path, qt_error_string());
 }
 
-/// A graph of a database, and what a thread finds out about it.
+/// Whether a field is a number of at least 0 and below @p end, as the loader reads numbers.
+bool isNumberBelow(quint64 end, std::string_view field)
+{
+    quint32 number = 0;
+    const auto [stop, error] = std::from_chars(field.begin(), field.end(), number);
+    if (error == std::errc() && stop == field.end()) {
+        return number < end;
+    }
+    bool isInteger = false;
+    const int other = textOf(field).toInt(&isInteger); // which allows blanks and signs
+    return isInteger && other >= 0 && quint64(other) < end;
+}
+
+/// A line of a database, and what a thread finds out about its graph.
 struct NamedGraph {
-    std::string name;
+    std::string_view bytes;
     qint64 line;
     int order = 0;
     std::string key;
     QString fault;
 
-    void examine()
+    /// @p number is that of the graph.
+    void examine(quint64 number)
     {
+        QByteArray memory;
+        std::string_view rest = normaliseDroppingReturns(bytes, memory);
+        bool more = false;
         SmallGraph graph;
-        fault = parseGraph(name, graph);
+        fault = parseGraph(takeField(rest, more), graph);
+        while (more && fault.isEmpty()) {
+            readNumber(takeField(rest, more), number);
+        }
         if (fault.isEmpty()) {
             order = graph.order;
             key = IsomorphismTable::keyOf(canonicalForm(graph));
+        }
+    }
+
+    void readNumber(std::string_view field, quint64 own)
+    {
+        if (!isNumberBelow(own, field)) {
+            fault = QStringLiteral("%1 is not the number of an earlier graph; a part alone is no base, but base and "
+                                   "part one behind the other are")
+                        .arg(quoted(textOf(field)));
         }
     }
 };
@@ -66,12 +96,10 @@ std::vector<NamedGraph> graphsOn(std::string_view lines, qint64 &number)
     QByteArray memory;
     for (; !lines.empty(); ++number) {
         const size_t end = lines.find('\n');
-        std::string_view line = lines.substr(0, end);
+        const std::string_view line = lines.substr(0, end);
         lines.remove_prefix(end == std::string_view::npos ? lines.size() : end + 1);
-        bool more = false;
-        const std::string_view name = normaliseDroppingReturns(takeField(line, more), memory);
-        if (!name.empty()) {
-            graphs.push_back({std::string(name), number, 0, {}, {}});
+        if (!normaliseDroppingReturns(line.substr(0, line.find('\t')), memory).empty()) {
+            graphs.push_back({line, number, 0, {}, {}});
         }
     }
     return graphs;
@@ -109,13 +137,16 @@ std::string makeFormIndex(const QString &path, int jobs, quint64 &graphCount)
     quint64 size = 0;
     std::string_view lines;
     LineReader::Status status = LineReader::Status::Line;
-    for (qint64 number = 1; (status = reader.nextLines(lines)) == LineReader::Status::Line;) {
+    bool endsWithLine = true;
+    qint64 number = 1;
+    while ((status = reader.nextLines(lines)) == LineReader::Status::Line) {
         checksum.add(lines);
         size += lines.size();
+        endsWithLine = lines.back() == '\n';
         std::vector<NamedGraph> graphs = graphsOn(lines, number);
         forEachRange(int(graphs.size()), pieceLength, jobs, [&](int begin, int end) {
             for (int i = begin; i < end && !InterruptionScope::isRequested(); ++i) {
-                graphs[i].examine();
+                graphs[i].examine(maker.graphCount() + quint64(i));
             }
         });
         InterruptionScope::check();
@@ -129,6 +160,10 @@ std::string makeFormIndex(const QString &path, int jobs, quint64 &graphCount)
     }
     if (status != LineReader::Status::End) {
         throw cannotRead(path, readFault(file));
+    }
+    if (!endsWithLine) {
+        throw CommandError(path, number - 1,
+                           QStringLiteral("no newline at its end: a part behind it would begin on the same line"));
     }
     graphCount = maker.graphCount();
     return maker.finish({size, checksum.value()});

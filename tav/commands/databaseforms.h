@@ -13,8 +13,9 @@
 QString indexPath(const QString &database);
 
 /// The index of the canonical forms of the database file @p path, made with @p jobs threads. Throws CommandError for a
-/// file that cannot be read and for a name that is no graph6 or sparse6 string of a graph on at most
-/// SmallGraph::maxOrder vertices; throws Interrupted after a signal within an InterruptionScope.
+/// file that cannot be read, for a name that is no graph6 or sparse6 string of a graph on at most SmallGraph::maxOrder
+/// vertices, for a number that is not that of an earlier graph, and for a last line without "\n"; throws Interrupted
+/// after a signal within an InterruptionScope.
 std::string makeFormIndex(const QString &path, int jobs, quint64 &graphCount);
 
 /// The canonical forms of a database: from the index file beside it, which all processes that use it share, or where
