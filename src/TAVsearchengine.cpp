@@ -85,7 +85,7 @@ void TAVSearchEngine::run()
     } else if (outcome == Outcome::Failed) {
         if (filenames.size() > 1) {
             eraseDatabase(); // of the files before one that cannot be opened
-            fault = fault.isEmpty() ? path : path + QStringLiteral(": ") + fault;
+            fault = path + QStringLiteral(": ") + (fault.isEmpty() ? rejection : fault);
         }
         emit signal_load_failed();
     }
@@ -374,9 +374,15 @@ bool TAVSearchEngine::addRecord(const DatabaseLine &line)
     return true;
 }
 
+void TAVSearchEngine::reject(const QString &reason)
+{
+    rejection = reason;
+    diagnose(reason);
+}
+
 void TAVSearchEngine::rejectFormat()
 {
-    diagnose(QStringLiteral("Error in database format"));
+    reject(QStringLiteral("Error in database format"));
     emit signal_console(QStringLiteral("ERROR in database format."));
     eraseDatabase();
 }
@@ -384,13 +390,13 @@ void TAVSearchEngine::rejectFormat()
 void TAVSearchEngine::rejectForMemory()
 {
     eraseDatabase(); // first, so that there is memory for the messages
-    diagnose(QStringLiteral("Not enough memory"));
+    reject(QStringLiteral("Not enough memory"));
     emit signal_console(tr("Not enough memory."));
 }
 
 void TAVSearchEngine::rejectShorter(const FileSize &read, const FileSize &counted)
 {
-    diagnose(QStringLiteral("The file has changed"));
+    reject(QStringLiteral("The file has changed"));
     emit signal_console(QStringLiteral("The file has changed: %1 of %2 lines were read, %3 of %4 bytes.")
                             .arg(read.lines)
                             .arg(counted.lines)

@@ -37,9 +37,9 @@ public:
     /// The same for several files, which the next run() reads one behind the other: a database and parts of it.
     void setFilenames(const QStringList &paths);
 
-    /// Reads the files, appending its records to the database: reports lines, progress and outcome through the signals
-    /// and ends with signal_load_succedded() or signal_load_failed(). A failure leaves the database empty. A thread
-    /// that was asked to stop (requestInterruption()) returns without an outcome, its records still there.
+    /// Reads the files, appending their records to the database: reports lines, progress and outcome through the
+    /// signals and ends with signal_load_succedded() or signal_load_failed(). A failure leaves the database empty. A
+    /// thread that was asked to stop (requestInterruption()) returns without an outcome, its records still there.
     void run() override;
 
     /// Reads the file @p path in the caller's thread, in pieces of at most 1023 bytes, and returns whether it could be
@@ -114,7 +114,8 @@ public:
     QStringList I1ltI2overgraphs();
 
     /// Why the last operation that opened, read or wrote a file could not, in the words of the system; empty when it
-    /// could, or failed for another reason. Of several files to load, the name of the one that failed stands before it.
+    /// could, or failed for another reason. Of several files to load, it is the name of the one that failed, with the
+    /// reason, whichever that is.
     QString fileFault() const { return fault; }
 
     /// The records in the order of the file.
@@ -144,6 +145,7 @@ private:
     Outcome readRecords(const QString &path, const FileSize &counted, qint64 &linkCount);
     std::optional<qint64> addRecords(DatabaseChunk &chunk);
     bool addRecord(const DatabaseLine &line);
+    void reject(const QString &reason);
     void rejectFormat();
     void rejectForMemory();
     void rejectShorter(const FileSize &read, const FileSize &counted);
@@ -161,7 +163,8 @@ private:
     QStringList walk(Neighbours neighbours, Match match);
 
     QStringList filenames = {QString()};
-    QString fault; // of a file
+    QString fault;     // of a file
+    QString rejection; // why a file that could be read is no database
     QVector<TAVGraph *> graphs;
     QStringList spareListA;                     // emptied by clear(); nothing else uses it
     QStringList spareListB;                     // the same

@@ -447,6 +447,15 @@ void TestSearchEngine::fileThatIsCutOffWhileItIsRead()
                           text("load_failed")}));
     QCOMPARE(engine.records().size(), 0);
     QCOMPARE(capture.take(), QByteArray("Starting...\nThe file has changed\n"));
+    QCOMPARE(engine.fileFault(), QString());
+
+    const QString part = write(lines.repeated(32 << 10));
+    connect(
+        &engine, &TAVSearchEngine::signal_progress, &engine, [&] { QVERIFY(QFile::resize(part, 24000 << 10)); },
+        Qt::DirectConnection);
+    engine.setFilenames({part, path});
+    engine.run();
+    QCOMPARE(engine.fileFault(), part + text(": The file has changed"));
 }
 
 void TestSearchEngine::loadDataTellsTheFaultOfAFile()
@@ -574,6 +583,10 @@ void TestSearchEngine::aShortageOfMemoryFailsTheLoad()
              (QStringList{text("progress 0 2"), text("console Not enough memory."), text("load_failed")}));
     QCOMPARE(capture.take(), QByteArray("Starting...\nNot enough memory\n"));
     QVERIFY(engine.records().isEmpty());
+    QCOMPARE(engine.fileFault(), QString());
+    engine.setFilenames({path, path});
+    engine.run();
+    QCOMPARE(engine.fileFault(), path + text(": Not enough memory"));
 }
 
 void TestSearchEngine::realDatabase_data()

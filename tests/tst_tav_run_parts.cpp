@@ -301,7 +301,8 @@ private slots:
                                 << QByteArray("missing: No such file or directory");
         QTest::newRow("a part of a larger base")
             << QByteArray("base.tav part-0.tav higher.tav part-1.tav")
-            << QByteArray("143 lines.\n100 lines.\n1 lines.\nERROR in database format.\n") << QByteArray("higher.tav");
+            << QByteArray("143 lines.\n100 lines.\n1 lines.\nERROR in database format.\n")
+            << QByteArray("higher.tav: Error in database format");
         QTest::newRow("one alone") << QByteArray("missing") << QByteArray("")
                                    << QByteArray("No such file or directory");
         QTest::newRow("one alone of a bad format")
