@@ -275,6 +275,34 @@ private slots:
         QCOMPARE(result.status, 1);
     }
 
+    void aSecondLoadIsRefused_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        const QByteArray first = "load base.tav part-0.tav\n";
+        QTest::newRow("at once") << first + "load base.tav part-1.tav\n";
+        QTest::newRow("the same part") << first + first;
+        QTest::newRow("behind an empty database") << first + "clear\nload base.tav part-1.tav\n";
+        QTest::newRow("in place of one that may fail") << "-" + first + "load base.tav part-1.tav\n";
+        QTest::newRow("one that may fail") << first + "-load base.tav part-1.tav\n";
+        QTest::newRow("with lists")
+            << first + "compute-i1 size\ncompute-i2 9\nlist-ge a\nload base.tav part-1.tav\ncompute-i1 size\n"
+                       "compute-i2 9\nlist-ge b\ndifference d a b\n";
+    }
+
+    void aSecondLoadIsRefused()
+    {
+        QFETCH(QByteArray, script);
+        const int second = script.left(script.lastIndexOf("load base")).count('\n') + 1;
+        folder.write("script", script);
+        const ToolResult result = runHere(words({"run", "--part", "script"}), {});
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.errors,
+                 "tav: script:" + QByteArray::number(second) +
+                     ": load is refused with --part: lists may be of the parts that were loaded before\n");
+        QCOMPARE(result.status, 1);
+        QCOMPARE(runHere(words({"run", "-q", "script"}), {}).status, 0);
+    }
+
     /// What the help tells of graphs above is refused, and nothing else.
     void whatTheHelpTellsOfGraphsAbove()
     {

@@ -205,7 +205,7 @@ void runScript(const QStringList &arguments)
     const QCommandLineOption part(
         QStringLiteral("part"),
         QStringLiteral("Refuse the commands whose answers are wrong where only some parts of a database are loaded: "
-                       "those that look at the graphs above others, and some that combine lists."));
+                       "those that look at the graphs above others, some that combine lists, and a second load."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "

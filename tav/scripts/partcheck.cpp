@@ -15,7 +15,12 @@ QString PartCheck::faultOf(const ScriptStep &step)
     const Deviation a = lists.value(nameOfA);
     const Deviation b = lists.value(nameOfB);
     // A name keeps what it had: a command that may fail need not have made the list.
-    if (command == QLatin1String("subs")) {
+    if (command == QLatin1String("load")) {
+        if (hasLoaded) {
+            return QStringLiteral("lists may be of the parts that were loaded before");
+        }
+        hasLoaded = true;
+    } else if (command == QLatin1String("subs")) {
         lists[name].lacksGraphs = true;
     } else if (command == QLatin1String("list-from-file")) {
         lists[name].hasOtherGraphs = true;

@@ -21,6 +21,7 @@ private:
         bool hasOtherGraphs = false; ///< such as only other parts have
     };
 
+    bool hasLoaded = false;
     QMap<QString, Deviation> lists; // by name
 };
 
