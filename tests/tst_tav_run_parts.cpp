@@ -53,6 +53,12 @@ const QList<QByteArray> belowQuestions = {
     "list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-le b\ndifference found b a\n",
     QByteArray("list-from-file a some.g6\ncompute-i1 size\ncompute-i2 12\nlist-le b\nlist-ge c\n"
                "intersection d a b\ndifference found d c\n"),
+    "list-from-file a some.g6\nlist-from-file b one.g6\ndifference found a b\n",
+    QByteArray("list-from-file a some.g6\nlist-from-file b one.g6\nlist-from-file c another.g6\nunion d b c\n"
+               "intersection e d a\ndifference f a e\ndifference found a f\n"),
+    QByteArray("list-from-file a some.g6\ncompute-i1 size\ncompute-i2 7\nlist-ge b\nlist-from-file c one.g6\n"
+               "union d a b\ndifference found d c\n"),
+    "list-from-file a some.g6\nsubs b a\nlist-from-file c one.g6\ndifference found b c\n",
     QByteArray("list-from-file a some.g6\nremove-list a\ncompute-i1 size\ncompute-i2 12\nlist-le a\nlist-ge b\n"
                "difference found a b\n"),
 };
@@ -260,7 +266,18 @@ private slots:
         row("graphs below in the second of two", QByteArray(below) + "union c b a\ndifference d b c\n");
         row("graphs below and others", QByteArray(below) + "intersection c a b\ndifference d b c\n");
         row("others and graphs below", QByteArray(below) + "intersection c b a\ndifference d b c\n");
+        row("a name and graphs at hand", QByteArray(names) + "list-ge b\nunion c a b\ndifference d a c\n");
+        row("graphs at hand and a name", QByteArray(names) + "list-ge b\nunion c b a\ndifference d a c\n");
+        row("names among graphs at hand", QByteArray(names) + "list-ge b\nintersection c a b\ndifference d a c\n");
+        row("graphs at hand among names", QByteArray(names) + "list-ge b\nintersection c b a\ndifference d a c\n");
+        row("graphs at hand less names", QByteArray(names) + "list-ge b\ndifference c b a\ndifference d a c\n");
+        row("names less names", QByteArray(names) + "difference b a a\nlist-ge c\ndifference d b c\n");
+        row("graphs of a file", QByteArray(names) + "list-from-graphs b f\ndifference d a b\n");
+        row("the name of a list that was removed",
+            QByteArray(names) + "list-from-file b f\nremove-list b\nlist-ge b\ndifference d a b\n");
         // A command that may fail need not have made the list that it names.
+        row("names in place of graphs at hand",
+            QByteArray(names) + "list-ge b\n-list-from-file b f\ndifference d a b\n");
         row("a list that is there already", QByteArray(names) + "-list-ge a\nlist-ge b\ndifference d a b\n");
     }
 

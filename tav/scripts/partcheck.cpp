@@ -3,6 +3,14 @@
 #include "commandline.h"
 #include "script.h"
 
+namespace
+{
+bool makesList(const ScriptStep &step)
+{
+    return !step.arguments.isEmpty() && step.kindOf(0) == ScriptArgument::NewList;
+}
+} // namespace
+
 QString PartCheck::faultOf(const ScriptStep &step)
 {
     if (step.command->need == Need::AllParts) {
@@ -20,30 +28,35 @@ QString PartCheck::faultOf(const ScriptStep &step)
             return QStringLiteral("lists may be of the parts that were loaded before");
         }
         hasLoaded = true;
-    } else if (command == QLatin1String("subs")) {
-        lists[name].lacksGraphs = true;
     } else if (command == QLatin1String("list-from-file")) {
         lists[name].hasOtherGraphs = true;
     } else if (command == QLatin1String("union")) {
         lists[name].lacksGraphs |= a.lacksGraphs || b.lacksGraphs;
         lists[name].hasOtherGraphs |= a.hasOtherGraphs || b.hasOtherGraphs;
+        lists[name].dependsOnPart |= a.dependsOnPart || b.dependsOnPart;
     } else if (command == QLatin1String("intersection")) {
         if (a.lacksGraphs && b.lacksGraphs) {
             return QStringLiteral("both lists may lack graphs below those of other parts");
         }
         lists[name].lacksGraphs |= a.lacksGraphs || b.lacksGraphs;
         lists[name].hasOtherGraphs |= a.hasOtherGraphs && b.hasOtherGraphs;
+        lists[name].dependsOnPart |= a.dependsOnPart || b.dependsOnPart;
     } else if (command == QLatin1String("difference")) {
         if (b.lacksGraphs) {
             return QStringLiteral("%1 may lack graphs below those of other parts").arg(quoted(nameOfB));
         }
-        if (a.hasOtherGraphs) {
+        if (a.hasOtherGraphs && b.dependsOnPart) {
             return QStringLiteral("%1 may have graphs of other parts, which %2 lacks")
                 .arg(quoted(nameOfA), quoted(nameOfB));
         }
         lists[name].lacksGraphs |= a.lacksGraphs;
+        lists[name].hasOtherGraphs |= a.hasOtherGraphs;
+        lists[name].dependsOnPart |= a.dependsOnPart || b.dependsOnPart;
     } else if (command == QLatin1String("remove-list")) {
         lists.remove(name);
+    } else if (makesList(step)) {
+        lists[name].lacksGraphs |= command == QLatin1String("subs");
+        lists[name].dependsOnPart = true;
     }
     return QString();
 }

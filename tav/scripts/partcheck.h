@@ -19,6 +19,7 @@ private:
     struct Deviation {
         bool lacksGraphs = false;    ///< graphs of the base that are below graphs of other parts
         bool hasOtherGraphs = false; ///< such as only other parts have
+        bool dependsOnPart = false;  ///< other parts have another list
     };
 
     bool hasLoaded = false;
