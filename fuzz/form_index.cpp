@@ -19,7 +19,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString fault = index.open(bytes);
     if (bytes.size() >= shortestFormIndex) {
         sealFormIndex(bytes); // which no fuzzer finds
-        require(index.open(bytes).isEmpty() || !fault.isEmpty(), "the right checksum makes no index worse");
+        require(index.open(bytes).isEmpty() || !fault.isEmpty(), "the right checksums make no index worse");
     }
     quint64 graphs = 0;
     for (int order = 0; order <= SmallGraph::maxOrder; ++order) {

@@ -18,7 +18,7 @@ struct CanonicalForm {
 /// Several threads may call it at the same time.
 CanonicalForm canonicalForm(const SmallGraph &given);
 
-/// The version of nauty: another one may have other canonical forms.
-unsigned canonicalFormVersion();
+/// A checksum of the canonical forms of some graphs, by which those of another nauty, or of other options, are noticed.
+quint32 canonicalFormsChecksum();
 
 #endif

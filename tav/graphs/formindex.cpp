@@ -8,12 +8,12 @@
 #include <numeric>
 #include <utility>
 
-// An index begins with a header: 8 bytes by which it is known; the order of its bytes, its version and that of nauty (4
-// bytes each); the checksum of all that follows, the size and the checksum of the database file, the number of its
-// graphs, and the number of those of each order (8 bytes each). Then, for each order that has graphs, come the starts
-// of the buckets (4 bytes each, one more than there are buckets) and the entries: a key, which is as long for all
-// graphs of the order, and a number of 4 bytes. The bucket of a key follows from its checksum; in a bucket the numbers
-// ascend.
+// An index begins with a header: 8 bytes by which it is known; the order of its bytes, its version and the checksum of
+// some canonical forms (4 bytes each); the checksum of all that follows, the size and the checksum of the database
+// file, the number of its graphs, and the number of those of each order (8 bytes each). Then, for each order that has
+// graphs, come the starts of the buckets (4 bytes each, one more than there are buckets) and the entries: a key, which
+// is as long for all graphs of the order, and a number of 4 bytes. The bucket of a key follows from its checksum; in a
+// bucket the numbers ascend.
 
 namespace
 {
@@ -24,8 +24,8 @@ constexpr quint32 version = 1;
 
 constexpr size_t byteOrderPlace = magic.size();
 constexpr size_t versionPlace = byteOrderPlace + sizeof(quint32);
-constexpr size_t nautyPlace = versionPlace + sizeof(quint32);
-constexpr size_t checksumPlace = nautyPlace + sizeof(quint32);
+constexpr size_t formsPlace = versionPlace + sizeof(quint32);
+constexpr size_t checksumPlace = formsPlace + sizeof(quint32);
 constexpr size_t checkedPlace = checksumPlace + sizeof(quint64); // where begins what has the checksum
 constexpr size_t headerNumbers = 3 + SmallGraph::maxOrder + 1;
 constexpr size_t headerLength = checkedPlace + headerNumbers * sizeof(quint64);
@@ -84,6 +84,12 @@ quint64 bucketOf(std::string_view key, quint64 buckets)
     return (Checksum::of(key) >> 32) * buckets >> 32;
 }
 
+quint32 checksumOfForms()
+{
+    static const quint32 checksum = canonicalFormsChecksum();
+    return checksum;
+}
+
 const QString anew = QStringLiteral("'tav index' makes it anew");
 } // namespace
 
@@ -103,7 +109,7 @@ QString FormIndex::open(std::string_view index)
     if (found != version) {
         return QStringLiteral("an index of version %1, not %2; ").arg(found).arg(version) + anew;
     }
-    if (numberAt<quint32>(index, nautyPlace) != canonicalFormVersion()) {
+    if (numberAt<quint32>(index, formsPlace) != checksumOfForms()) {
         return QStringLiteral("made with another version of nauty; ") + anew;
     }
     if (numberAt<quint32>(index, byteOrderPlace) != byteOrder ||
@@ -212,8 +218,8 @@ std::string FormIndexMaker::finish(const FileMark &database)
     index.reserve(length);
     append(index, byteOrder);
     append(index, version);
-    append(index, quint32(canonicalFormVersion()));
-    append(index, quint64(0)); // the checksum, once there is all that it is of
+    append(index, quint32(0)); // the checksums, once there is all that they are of
+    append(index, quint64(0));
     append(index, database.size);
     append(index, database.checksum);
     append(index, std::exchange(graphs, 0));
@@ -255,5 +261,6 @@ void FormIndexMaker::appendTable(std::string &index, const Graphs &some, size_t 
 
 void sealFormIndex(std::string &index)
 {
+    put(index, formsPlace, checksumOfForms());
     put(index, checksumPlace, Checksum::of(std::string_view(index).substr(checkedPlace)));
 }

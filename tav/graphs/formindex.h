@@ -84,7 +84,7 @@ private:
 /// How many bytes an index without graphs has.
 constexpr size_t shortestFormIndex = 556;
 
-/// Puts into @p index, which is no shorter than that, the checksum that belongs there.
+/// Puts into @p index, which is no shorter than that, the checksums that belong there.
 void sealFormIndex(std::string &index);
 
 #endif
