@@ -8,8 +8,10 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <random>
+#include <vector>
 
 namespace
 {
@@ -105,8 +107,7 @@ private slots:
             runAndKill(folder.path("part"), words({"1"}), int(random() % 400));
             const QStringList left = filesIn(folder.path("parts"));
             if (!left.contains(latin1("1"))) {
-                QVERIFY(left.size() <= 1 &&
-                        left.join(QString()).startsWith(latin1("1.unfinished.")) == !left.isEmpty());
+                QVERIFY(left.size() <= 1 && left.join(QString()).startsWith(latin1("1.unfinished")) == !left.isEmpty());
                 QCOMPARE(runHere("part", words({"1"})).status, 0);
             }
             QCOMPARE(filesIn(folder.path("parts")), words({"1"}));
@@ -142,6 +143,54 @@ private slots:
         QCOMPARE(filesIn(folder.path("parts")), QStringList());
         QVERIFY(ofBase > 0);
         QCOMPARE(contents(folder.path("base.tav")), base);
+        QVERIFY(!QFile::exists(folder.path("base.unfinished")));
+        // Until there is another base no part is made: there is no telling of which division.
+        QVERIFY(runHere("part", words({"0"})).status > 0);
+        QCOMPARE(filesIn(folder.path("parts")), QStringList());
+        QCOMPARE(runHere("prepare", words({"7", "5"})).status, 0);
+    }
+
+    void numbersThatAreNone()
+    {
+        for (const char *number : {"5", "00", "01", "-1", "1/2", "x", "", "4294967296"}) {
+            const ToolResult result = runHere("part", {latin1(number)});
+            QCOMPARE(result.errors, QByteArray("Usage: part NUMBER, which is from 0 to 4\n"));
+            QCOMPARE(result.status, 2);
+        }
+        QCOMPARE(filesIn(folder.path("parts")), QStringList());
+        const std::vector<QStringList> divisions = {words({"1", "5"}), words({"33", "5"}),     words({"x", "5"}),
+                                                    words({"7", "0"}), words({"7", "5", "1"}), words({"7"})};
+        for (const QStringList &division : divisions) {
+            const ToolResult result = runHere("prepare", division);
+            QCOMPARE(result.errors, QByteArray("Usage: prepare ORDER PARTS, with an order from 2 to 32\n"));
+            QCOMPARE(result.status, 2);
+        }
+    }
+
+    /// As after an attempt that was killed when another one had made the part.
+    void whatIsUnfinishedIsNotCollected()
+    {
+        for (const char *part : {"0", "1", "2", "3", "4"}) {
+            QCOMPARE(runHere("part", words({part})).status, 0);
+        }
+        const QByteArray found = runHere("collect").output;
+        QVERIFY(QDir(folder.path()).mkpath(latin1("parts/2.unfinished")));
+        folder.write("parts/2.unfinished/found.g6", "HALF");
+        QCOMPARE(runHere("collect").output, found);
+    }
+
+    void attemptsOfOnePartWaitForEachOther()
+    {
+        std::array<QProcess, 3> attempts;
+        for (QProcess &attempt : attempts) {
+            attempt.start(folder.path("part"), words({"1"}));
+        }
+        for (QProcess &attempt : attempts) {
+            QVERIFY(attempt.waitForFinished(patience));
+            QCOMPARE(attempt.exitCode(), 0);
+        }
+        QCOMPARE(filesIn(folder.path("parts")), words({"1"}));
+        QCOMPARE(filesIn(folder.path("parts/1")), words({"found.g6", "part.tav", "part.txt"}));
     }
 
     /// Parts of an earlier division would be taken for those of the new one.
