@@ -154,8 +154,9 @@ private slots:
         QTest::newRow("missing") << words({"missing"})
                                  << QByteArray("missing: cannot be opened: No such file or directory");
         QTest::newRow("folder") << words({"folder"}) << QByteArray("folder: cannot be opened: Is a directory");
+        QTest::newRow("a file as a folder")
+            << words({"base.tav/x"}) << QByteArray("base.tav/x: cannot be opened: Not a directory");
         QTest::newRow("pipe") << words({"pipe"}) << QByteArray("pipe: cannot be opened: Not a regular file");
-        QTest::newRow("standard input") << words({"-"}) << QByteArray("-: cannot be opened: No such file or directory");
         QTest::newRow("output") << words({"base.tav", "-o", "no/such"})
                                 << QByteArray("no/such: cannot be written: No such file or directory");
         QTest::newRow("full") << words({"base.tav", "-o", "/dev/full"})
@@ -235,6 +236,10 @@ private slots:
         QTest::newRow("two") << words({"a", "b"}) << QByteArray("Exactly one database file expected, 2 given.");
         QTest::newRow("onto the database")
             << words({"a", "-o", "./a"}) << QByteArray("a would be read and written at once.");
+        QTest::newRow("standard input") << words({"-"})
+                                        << QByteArray(
+                                               "The database is read twice and cannot come from standard input.");
+        QTest::newRow("no name") << words({""}) << QByteArray("The name of the database file is empty.");
         QTest::newRow("no output") << words({"a", "-o", ""}) << QByteArray("The name of the output file is empty.");
         QTest::newRow("no processors") << words({"a", "-j", "0"})
                                        << QByteArray("Not a number of processors from 1 to 1024: '0'.");

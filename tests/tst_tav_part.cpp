@@ -249,7 +249,8 @@ private slots:
         QTest::newRow("pipe") << QStringLiteral("pipe") << QByteArray("pipe: cannot be opened: Not a regular file");
         QTest::newRow("no database") << QStringLiteral("bad.tav")
                                      << QByteArray("bad.tav:2: not graph6: 3 bytes where a graph on 2 vertices has 2");
-        QTest::newRow("no name") << QString() << QByteArray(": cannot be opened: No such file or directory");
+        QTest::newRow("a file as a folder")
+            << QStringLiteral("bad.tav/x") << QByteArray("bad.tav/x: cannot be opened: Not a directory");
         QTest::newRow("missing beside its index")
             << QStringLiteral("gone.tav") << QByteArray("gone.tav: cannot be opened: No such file or directory");
     }
@@ -282,6 +283,41 @@ private slots:
         QCOMPARE(buildPart("D~{\n").output, QByteArray("D~{\t5\n"));
     }
 
+    void basesThatAreNone_data()
+    {
+        QTest::addColumn<QString>("base");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("standard input") << QStringLiteral("-")
+                                        << QByteArray(
+                                               "The database is read twice and cannot come from standard input.");
+        QTest::newRow("no name") << QString() << QByteArray("The name of the database file is empty.");
+    }
+
+    void basesThatAreNone()
+    {
+        QFETCH(QString, base);
+        QFETCH(QByteArray, message);
+        const ToolResult result = runHere(build({QStringLiteral("--base"), base}), "CF\n");
+        QCOMPARE(result.errors, "tav: " + message + "\nTry 'tav build --help'.\n");
+        QCOMPARE(result.status, 2);
+    }
+
+    void theIndexIsNotTheOutput()
+    {
+        for (const bool isIndexed : {false, true}) {
+            const QStringList before = folder->files();
+            const ToolResult result = buildPart("CF\n", words({"-o", "./base.tav.index"}));
+            QCOMPARE(result.errors,
+                     QByteArray("tav: base.tav.index would be read and written at once.\nTry 'tav build --help'.\n"));
+            QCOMPARE(result.status, 2);
+            QCOMPARE(folder->files(), before);
+            if (!isIndexed) {
+                makeIndex();
+            }
+        }
+        QVERIFY(buildPart("CF\n").errors.endsWith(readForms));
+    }
+
     void theBaseIsNotTheOutput()
     {
         const ToolResult result = buildPart("CF\n", words({"-o", "./base.tav"}));
@@ -300,7 +336,8 @@ private slots:
         makeIndex();
         const QByteArray good = contents(folder->path("base.tav.index"));
         const QByteArray damaged = "damaged; 'tav index' makes it anew";
-        QTest::newRow("empty") << QByteArray() << QByteArray("not the index of a database");
+        QTest::newRow("empty") << QByteArray() << damaged;
+        QTest::newRow("five bytes") << good.left(5) << damaged;
         QTest::newRow("the database") << smallBase << QByteArray("not the index of a database");
         QTest::newRow("a header only") << good.left(100) << damaged;
         QTest::newRow("half") << good.left(good.size() / 2) << damaged;

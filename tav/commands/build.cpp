@@ -86,8 +86,10 @@ void runBuild(const QStringList &arguments)
     options.output = outputPath(parser);
     std::optional<DatabaseForms> base;
     if (parser.isSet(baseOption)) {
-        expectDifferentFiles(parser.value(baseOption), {options.output});
-        base.emplace(parser.value(baseOption), options.jobs);
+        const QString path = parser.value(baseOption);
+        expectDifferentFiles(path, {options.output});
+        expectDifferentFiles(indexPath(path), {options.output});
+        base.emplace(path, options.jobs);
         options.base = &*base;
     }
     report(buildDatabase(options));

@@ -126,10 +126,21 @@ QString indexPath(const QString &database)
     return database + QStringLiteral(".index");
 }
 
-std::string makeFormIndex(const QString &path, int jobs, quint64 &graphCount)
+void openDatabase(QFile &file)
 {
-    QFile file(path);
+    if (file.fileName().isEmpty()) {
+        throw CommandError(QStringLiteral("The name of the database file is empty."), WrongUsage);
+    }
+    if (file.fileName() == standardStream) {
+        throw CommandError(QStringLiteral("The database is read twice and cannot come from standard input."),
+                           WrongUsage);
+    }
     openRegular(file);
+}
+
+std::string makeFormIndex(QFile &file, int jobs, quint64 &graphCount)
+{
+    const QString path = file.fileName();
     LineReader reader(file, blockLength);
     Progress progress(QStringLiteral("Reading ") + path, file.size());
     FormIndexMaker maker;
@@ -171,19 +182,19 @@ std::string makeFormIndex(const QString &path, int jobs, quint64 &graphCount)
 
 DatabaseForms::DatabaseForms(const QString &path, int jobs) : database(path)
 {
+    QFile databaseFile(path);
+    openDatabase(databaseFile);
     if (exists(indexPath(path))) {
-        readIndex();
+        readIndex(databaseFile);
     } else {
         quint64 graphCount = 0;
-        made = makeFormIndex(path, jobs, graphCount);
+        made = makeFormIndex(databaseFile, jobs, graphCount);
         forms.open(made);
     }
 }
 
-void DatabaseForms::readIndex()
+void DatabaseForms::readIndex(QFile &databaseFile)
 {
-    QFile databaseFile(database);
-    openRegular(databaseFile);
     const QString path = indexPath(database);
     const QString fault = forms.open(file.emplace(path).bytes());
     if (!fault.isEmpty()) {

@@ -6,6 +6,7 @@
 #include "output.h"
 
 #include <QByteArray>
+#include <QFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -43,7 +44,9 @@ void runIndex(const QStringList &arguments)
     const QString database = onlyArgument(parser, QStringLiteral("database file"));
     const QString path = parser.isSet(output) ? outputPath(parser) : indexPath(database);
     expectDifferentFiles(database, {path});
+    QFile file(database);
+    openDatabase(file);
     quint64 graphs = 0;
-    writeOutput(path, [&](const Write &write) { writeInPieces(makeFormIndex(database, jobs, graphs), write); });
+    writeOutput(path, [&](const Write &write) { writeInPieces(makeFormIndex(file, jobs, graphs), write); });
     std::fprintf(stderr, "%s.\n", qPrintable(counted(qint64(graphs), "graph", "graphs")));
 }

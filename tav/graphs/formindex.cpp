@@ -96,8 +96,8 @@ const QString anew = QStringLiteral("'tav index' makes it anew");
 QString FormIndex::open(std::string_view index)
 {
     *this = FormIndex();
-    if (index.substr(0, magic.size()) != magic) {
-        return QStringLiteral("not the index of a database");
+    if (index.substr(0, magic.size()) != magic.substr(0, index.size())) {
+        return QStringLiteral("not the index of a database"); // perhaps the user's own: no advice to replace it
     }
     if (index.size() < headerLength) {
         return QStringLiteral("damaged; ") + anew;
