@@ -93,6 +93,24 @@ private slots:
         QVERIFY(a.superGraphs().isDetached());
     }
 
+    /// Of a large database, most lists would be copied for each further file.
+    void listsThatGetNoLinksStay()
+    {
+        TAVGraph a(QStringLiteral("A"));
+        TAVGraph b(QStringLiteral("B"));
+        TAVGraph c(QStringLiteral("C"));
+        TAVGraph d(QStringLiteral("D"));
+        a.addOver(&b);
+        b.addOver(&c);
+        const auto *listOfA = &a.superGraphs().first();
+        std::vector<RecordLinks> links(1);
+        links[0] = {{1}, {1}};
+        linkRecords({&a, &b, &c, &d}, 3, std::move(links), [] { return false; });
+        QCOMPARE(b.superGraphs(), (QList<TAVGraph *>{&c, &d}));
+        QCOMPARE(a.superGraphs(), QList<TAVGraph *>{&b});
+        QCOMPARE(&a.superGraphs().first(), listOfA);
+    }
+
     /// Asked to stop at any moment, it makes no list of a part of the links that belong in it.
     void whereverItStopsNoListIsIncomplete()
     {

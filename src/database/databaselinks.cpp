@@ -89,10 +89,12 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
     std::vector<Records> lists(listCount);
     std::vector<Records::iterator> next(listCount);
     for (int i = 0; i < listCount; ++i) {
-        lists[i] = graphs.at(begin + i)->superGraphs();
-        const int length = lists[i].size();
-        lists[i] += blank.mid(0, counts[begin + i]);
-        next[i] = lists[i].begin() + length;
+        if (counts[begin + i] > 0) {
+            lists[i] = graphs.at(begin + i)->superGraphs();
+            const int length = lists[i].size();
+            lists[i] += blank.mid(0, counts[begin + i]);
+            next[i] = lists[i].begin() + length;
+        }
     }
     int position = first;
     for (const RecordLinks &piece : links) {
@@ -111,7 +113,9 @@ void linkUpwards(const QVector<TAVGraph *> &graphs, int first, const std::vector
         }
     }
     for (int i = 0; i < listCount; ++i) {
-        graphs.at(begin + i)->setOver(lists[i]);
+        if (counts[begin + i] > 0) {
+            graphs.at(begin + i)->setOver(lists[i]);
+        }
     }
 }
 } // namespace
