@@ -15,12 +15,17 @@
 
 namespace
 {
-/// Runs a program until it ends or, after so many milliseconds, is killed with all its children.
-void runAndKill(const QString &program, const QStringList &arguments, int milliseconds)
+/// Runs a program until it ends or is killed with all its children: so many milliseconds after it started or, unless
+/// @p sign is empty, after the file @p sign is there.
+void runAndKill(const QString &program, const QStringList &arguments, const QString &sign, int milliseconds)
 {
     QProcess process;
     process.start(QStringLiteral("setsid"), QStringList{program} + arguments);
-    if (!process.waitForFinished(milliseconds)) {
+    const auto isRunning = [&] { return process.state() != QProcess::NotRunning; };
+    while (!sign.isEmpty() && !QFileInfo::exists(sign) && isRunning()) {
+        process.waitForFinished(1);
+    }
+    if (isRunning() && !process.waitForFinished(milliseconds)) {
         ::kill(-pid_t(process.processId()), SIGKILL);
         process.waitForFinished(patience);
     }
@@ -102,10 +107,14 @@ private slots:
         const QByteArray expected = contents(folder.path("parts/1/part.tav"));
         const QByteArray found = contents(folder.path("parts/1/found.g6"));
         std::mt19937 random(1);
+        int unfinished = 0;
         for (int repetition = 0; repetition < 10; ++repetition) {
             init();
-            runAndKill(folder.path("part"), words({"1"}), int(random() % 400));
+            // Half of the kills come soon after the work has begun: some of them must meet it.
+            const QString sign = repetition % 2 == 0 ? folder.path("parts/1.unfinished") : QString();
+            runAndKill(folder.path("part"), words({"1"}), sign, int(random() % (sign.isEmpty() ? 400 : 50)));
             const QStringList left = filesIn(folder.path("parts"));
+            unfinished += left == words({"1.unfinished"}) ? 1 : 0;
             if (!left.contains(latin1("1"))) {
                 QVERIFY(left.size() <= 1 && left.join(QString()).startsWith(latin1("1.unfinished")) == !left.isEmpty());
                 QCOMPARE(runHere("part", words({"1"})).status, 0);
@@ -114,6 +123,7 @@ private slots:
             QCOMPARE(contents(folder.path("parts/1/part.tav")), expected);
             QCOMPARE(contents(folder.path("parts/1/found.g6")), found);
         }
+        QVERIFY(unfinished > 0);
     }
 
     /// What fails leaves nothing, and its status says so.

@@ -20,8 +20,9 @@ qint64 sizeOf(const QFile &file);
 /// The file @p path cannot be read, for a @p reason in the words of the system.
 CommandError cannotRead(const QString &path, const QString &reason);
 
-/// The bytes of a regular file, mapped into memory: all processes that do so share them. They stay when another file
-/// takes the place of the file.
+/// The bytes of a regular file, mapped into memory: all processes that do so share them. On a local disk they stay when
+/// another file takes the place of the file; on a network disk, when another machine did that, using them may end the
+/// process.
 class MappedFile
 {
 public:
