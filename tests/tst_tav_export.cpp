@@ -1,15 +1,19 @@
 // tav export: the rows of the tables, their manifest, and that they are complete or absent.
 
 #include "manifest.h"
+#include "outputfolder.h"
 #include "support/literals.h"
 #include "support/patience.h"
 #include "support/testfiles.h"
 #include "support/toolprocess.h"
+#include "support/watchedcalls.h"
 
 #include <QDir>
 #include <QtTest>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <memory>
 #include <sys/types.h>
 
@@ -323,6 +327,22 @@ private slots:
         QCOMPARE(result.errors, QByteArray("tav: tables: cannot be written: File too large\n"));
         QCOMPARE(result.status, 1);
         QCOMPARE(folder->files(), QStringList());
+    }
+
+    void aFileSystemThatCannotSync()
+    {
+        for (const int error : {EINVAL, ENOSYS}) {
+            const QString path = folder->path(QString::number(error));
+            const CallWatch watch(folder->path().toStdString(), [&](const SystemCall &call) {
+                return std::strcmp(call.kind, "fsync") == 0 ? error : 0;
+            });
+            OutputFolder output(path);
+            FolderFile file(output, QStringLiteral("file"));
+            file.write("text");
+            file.finish(); // throws when it cannot be written
+            output.commit();
+            QCOMPARE(contents(path + QStringLiteral("/file")), QByteArray("text"));
+        }
     }
 
     void signalHalfWay_data()

@@ -137,12 +137,6 @@ void copyAttributes(const QByteArray &path, const struct stat &old, int file)
     copyOtherAttributes(path, file); // before the mode, which may take away the right to do so
     ::fchmod(file, mode);
 }
-
-/// fdatasync(), repeated after a signal. A file system without it is no error.
-bool writeToDisk(int file)
-{
-    return uninterrupted([&] { return ::fdatasync(file); }) == 0 || errno == EINVAL || errno == ENOSYS;
-}
 } // namespace
 
 Replacement::~Replacement()

@@ -15,6 +15,13 @@ template<typename Call> auto uninterrupted(Call call)
     return result;
 }
 
+/// Writes what an open file holds to the disk, and returns whether that worked. A file system that cannot do so is no
+/// error.
+inline bool writeToDisk(int file)
+{
+    return uninterrupted([&] { return ::fdatasync(file); }) == 0 || errno == EINVAL || errno == ENOSYS;
+}
+
 /// The descriptor of an open file, which is closed at the end.
 class FileDescriptor
 {

@@ -115,7 +115,7 @@ void FolderFile::write(const QByteArray &bytes)
 
 void FolderFile::finish()
 {
-    if (uninterrupted([&] { return ::fdatasync(file.number()); }) != 0 || !file.close()) {
+    if (!writeToDisk(file.number()) || !file.close()) {
         throw cannotWrite(folderPath, qt_error_string(errno));
     }
 }
