@@ -182,6 +182,9 @@ private slots:
         QTest::newRow("other values")
             << QByteArray("load regular.tav\nload-i1 c.txt")
             << QByteArray("2: load-i1 is not possible: the tables in 'regular' have no values of 'c.txt'");
+        QTest::newRow("no name of a file")
+            << QByteArray("load regular.tav\nload-i1 elsewhere/")
+            << QByteArray("2: load-i1 is not possible: the tables in 'regular' have no values of ''");
         QTest::newRow("other expression")
             << QByteArray("load regular.tav\n-compute-i2 size")
             << QByteArray("2: compute-i2 is not possible: the tables in 'regular' have no values of 'size'");
@@ -240,6 +243,13 @@ private slots:
             << QStringLiteral("wide") << QByteArray("list-ge a\nlist-le b\nunion c a b")
             << QByteArray("4: union is not possible: an engine sorts names with characters beyond U+FFFF in another "
                           "way");
+        QTest::newRow("derivation in tiny steps")
+            << QStringLiteral("many") << QByteArray("avg-sub\nexchange")
+            << QByteArray("2: avg-sub is not possible: with 499 of 50000001 graphs in a statement, the text would be "
+                          "too long; a larger number for '--slice' would help");
+        QTest::newRow("long list with a number")
+            << QStringLiteral("regular") << QByteArray("list-from-file a %2.g6")
+            << QByteArray("2: list-from-file is not possible: '%2.g6' has more than 100000 names");
         QTest::newRow("long list") << QStringLiteral("regular") << QByteArray("list-from-file a long.g6")
                                    << QByteArray("2: list-from-file is not possible: 'long.g6' has more than 100000 "
                                                  "names");
@@ -258,6 +268,7 @@ private slots:
         folder.write("wide.tav", "\xf0\x9f\x98\x80\n");
         folder.write("many.tav", "@\n");
         folder.write("long.g6", QByteArray("@\n").repeated(100001));
+        folder.write("%2.g6", QByteArray("@\n").repeated(100001));
         for (const char *name : {"deep", "wide", "many"}) {
             QDir(folder.path(name)).removeRecursively();
             exportTables(QLatin1String(name), {});
@@ -269,10 +280,15 @@ private slots:
         };
         changeManifest(QStringLiteral("many"), [&](QJsonObject &manifest) { setGraphs(manifest, 50'000'001); });
         const QByteArray script = "load " + database.toUtf8() + ".tav\n" + lines + '\n';
-        const ToolResult result = translate("spark", database, script);
+        const QString slice = QStringLiteral("--slice");
+        const QStringList options =
+            lines.startsWith("avg-sub") ? QStringList{slice, QStringLiteral("499")} : QStringList();
+        const ToolResult result = translate("spark", database, script, options);
         QCOMPARE(result.errors, "tav: script:" + message + '\n');
         QCOMPARE(result.status, 1);
-        if (database == QLatin1String("many")) {
+        if (!options.isEmpty()) {
+            QCOMPARE(translate("spark", database, script, {slice, QStringLiteral("500")}).status, 0);
+        } else if (database == QLatin1String("many")) {
             QCOMPARE(translate("spark", database, script, {QStringLiteral("--sorted")}).status, 0);
             changeManifest(database, [&](QJsonObject &manifest) { setGraphs(manifest, 50'000'000); });
             QCOMPARE(translate("spark", database, script).status, 0);
@@ -390,6 +406,63 @@ private slots:
         // The graphs of a level that is large are found without being stored.
         QVERIFY(!text("2", "list-ge-subs a\n").contains("INSERT INTO found"));
         QVERIFY(text("1", "list-ge-subs a\n").contains("INSERT INTO found"));
+    }
+
+    /// More graphs than there are, up to the largest number.
+    void hugeSlices()
+    {
+        for (const char *atOnce : {"9223372036854775807", "9223372036854775800"}) {
+            const QByteArray script = "load regular.tav\nload-i1 a.txt\nmax-all\nlist-eq-supers eq\n";
+            const ToolResult result = translate("duckdb", QStringLiteral("regular"), script,
+                                                {QStringLiteral("--slice"), QLatin1String(atOnce)});
+            QCOMPARE(result.errors, QByteArray());
+            QCOMPARE(result.status, 0);
+            QCOMPARE(result.output, translate("duckdb", QStringLiteral("regular"), script).output);
+        }
+    }
+
+    /// Several slices, and no neighbours in any.
+    void derivationsOnOneLevel()
+    {
+        folder.write("flat.tav", "@\nA_\nA?\n");
+        exportTables(QStringLiteral("flat"), {});
+        for (const char *operation : {"avg-all", "min-all", "max-all", "avg-sub", "max-super"}) {
+            for (const QByteArray &engine : engines) {
+                const ToolResult result =
+                    translate(engine, QStringLiteral("flat"), QByteArray("load flat.tav\n") + operation + '\n',
+                              {QStringLiteral("--slice"), QStringLiteral("1")});
+                QCOMPARE(result.errors, QByteArray());
+                QVERIFY(result.output.contains("CREATE TABLE values_2"));
+                QVERIFY2(!result.output.contains("INSERT INTO"), result.output.constData());
+            }
+        }
+    }
+
+    /// For Spark the line of a comment goes on behind a backslash at its end.
+    void backslashAtTheEndOfALine()
+    {
+        for (const QByteArray &line : {QByteArray("# a remark \\"), QByteArray("load regular.tav # load it \\")}) {
+            const ToolResult result = translate("spark", QStringLiteral("regular"), line + "\nload regular.tav\n");
+            QCOMPARE(result.errors, QByteArray());
+            QVERIFY2(result.output.contains("\\ \n"), result.output.constData());
+            QVERIFY(!result.output.contains("\\\n"));
+        }
+    }
+
+    /// What spark-sql makes of other bytes depends on the locale.
+    void literalsInAscii()
+    {
+        folder.write("letters.g6", "n\xc3\xa4me\n\x7f\xc2\x80\n\xf0\x9f\x98\x80\n\\u00e4\n");
+        const QByteArray script = "list-from-file l letters.g6\nsave-list l \xe2\x82\xac.g6\n";
+        const QByteArray spark = translate("spark", QStringLiteral("regular"), script).output;
+        QVERIFY2(spark.contains("'n\\u00e4me'"), spark.constData());
+        QVERIFY(spark.contains("'\x7f\\u0080'"));
+        QVERIFY(spark.contains("'\\ud83d\\ude00'"));
+        QVERIFY(spark.contains("'\\\\u00e4'"));
+        QVERIFY(spark.contains("DIRECTORY '\\u20ac.g6'"));
+        const QByteArray duckdb = translate("duckdb", QStringLiteral("regular"), script).output;
+        QVERIFY(duckdb.contains("'n\xc3\xa4me'"));
+        QVERIFY(duckdb.contains("TO '\xe2\x82\xac.g6'"));
     }
 
     /// There is a second pass where a difference may be exactly the tolerance, wherever the tiny value is.

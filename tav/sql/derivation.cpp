@@ -168,6 +168,9 @@ private:
             insertInParts(below, above);
             return;
         }
+        if (below.empty() && above.empty()) {
+            return; // on the only level nothing has a neighbour
+        }
         QStringList pairs;
         for (const Slice &slice : below) {
             pairs.append(pairsBelow(slice));

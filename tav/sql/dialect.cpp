@@ -3,12 +3,26 @@
 namespace
 {
 /// Reads lines whose fields are separated by tabs, nothing in which means anything else but that an empty one is NULL.
+/// Nor does the name of a folder.
 QString readLines(const QStringList &files, const QString &columns)
 {
     return QStringLiteral("FROM read_csv([%1],\n"
                           "    auto_detect = false, header = false, delim = '\\t', quote = '', escape = '',\n"
-                          "    columns = {%2})")
+                          "    hive_partitioning = false, columns = {%2})")
         .arg(files.join(QStringLiteral(", ")), columns);
+}
+
+/// In ASCII, as the encoding in which spark-sql reads a script depends on the locale.
+QString escaped(const QString &text)
+{
+    constexpr ushort lastOfAscii = 0x7F;
+    QString ascii;
+    for (const QChar unit : text) {
+        ascii += unit.unicode() <= lastOfAscii
+                     ? QString(unit)
+                     : QStringLiteral("\\u%1").arg(uint(unit.unicode()), 4, 16, QLatin1Char('0'));
+    }
+    return ascii;
 }
 
 QString splitLines(const QString &folder)
@@ -37,6 +51,7 @@ QString Dialect::literal(const QString &text) const
     } else {
         inside.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
         inside.replace(QLatin1String("${"), QLatin1String("\\u0024{")); // else Spark would put in a variable
+        inside = escaped(inside);
     }
     return QLatin1Char('\'') + inside + QLatin1Char('\'');
 }
@@ -118,7 +133,8 @@ QString Dialect::valueRows(const QString &folder, const QStringList &files) cons
 QString Dialect::save(const QString &query, const QString &path) const
 {
     if (isDuckDb()) {
-        return QStringLiteral("COPY (%1)\nTO %2 (FORMAT csv, HEADER false, DELIMITER '\\t', QUOTE '', ESCAPE '')")
+        return QStringLiteral("COPY (%1)\nTO %2 (FORMAT csv, HEADER false, DELIMITER '\\t', QUOTE '', ESCAPE '', "
+                              "COMPRESSION none)")
             .arg(query, literal(path));
     }
     return QStringLiteral("INSERT OVERWRITE DIRECTORY %1 USING TEXT\n%2").arg(literal(path), query);

@@ -21,7 +21,8 @@ void appendRanges(std::vector<Slice> &slices, Slice slice, const LevelSummary &g
 
 void SqlText::comment(const QString &line)
 {
-    text.append("-- ").append(plainText(line).toUtf8()).append('\n');
+    text.append("-- ").append(plainText(line).toUtf8());
+    text.append(line.endsWith(QLatin1Char('\\')) ? " \n" : "\n"); // Spark goes on behind a backslash at the end
 }
 
 void SqlText::statement(const QString &statement)

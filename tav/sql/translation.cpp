@@ -22,6 +22,8 @@ constexpr qint64 mostSorted = 50'000'000;
 /// A longer list is no text for a statement.
 constexpr int mostNames = 100'000;
 constexpr int namesAtOnce = 1000;
+/// A command has a statement for each slice.
+constexpr qint64 mostSlices = 100'000;
 
 /// The values of all graphs, in a table of that name.
 struct Values {
@@ -159,7 +161,17 @@ private:
         throw CommandError(script, step->line, QStringLiteral("%1 is not possible: %2").arg(commandName(), reason));
     }
 
-    Writing writing() { return {dialect, database->manifest, options.graphsAtOnce, text}; }
+    Writing writing()
+    {
+        const qint64 graphs = database->manifest.graphs;
+        if (graphs / options.graphsAtOnce > mostSlices) {
+            refuse(QStringLiteral("with %1 of %2 graphs in a statement, the text would be too long; a larger number "
+                                  "for '--slice' would help")
+                       .arg(options.graphsAtOnce)
+                       .arg(graphs));
+        }
+        return {dialect, database->manifest, std::min(options.graphsAtOnce, graphs), text};
+    }
 
     void write()
     {
@@ -302,8 +314,8 @@ private:
     {
         expectDatabase();
         const std::vector<ValueSource> &sources = database->manifest.values;
-        const auto source =
-            std::find_if(sources.begin(), sources.end(), [&](const ValueSource &one) { return one.*key == name; });
+        const auto source = std::find_if(sources.begin(), sources.end(),
+                                         [&](const ValueSource &one) { return one.*key == name && !name.isEmpty(); });
         if (source == sources.end()) {
             refuse(QStringLiteral("the tables in %1 have no values of %2").arg(quoted(database->path), quoted(name)));
         }
@@ -513,7 +525,7 @@ private:
             throw Failing{readFault(file)};
         }
         if (names->size() > mostNames) {
-            refuse(QStringLiteral("%1 has more than %2 names").arg(quoted(argument(1))).arg(mostNames));
+            refuse(QStringLiteral("%1 has more than %2 names").arg(quoted(argument(1)), QString::number(mostNames)));
         }
         if (names->isEmpty()) {
             remark(QStringLiteral("makes no list: the file is empty"));

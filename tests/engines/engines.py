@@ -21,7 +21,7 @@ class DuckDb:
     name = "duckdb"
     most_graphs = 10  # of a usual random database
     commands_at_once = 99  # all that there are
-    slices = [2, 5, 100]
+    slices = [1, 2, 5, 100]
 
     def __init__(self):
         import duckdb

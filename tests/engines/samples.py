@@ -29,7 +29,7 @@ class Database:
         self.names = []
         self.subs = []
         lines = []
-        kind = chance.choice(["regular", "regular", "any", "loops", "chain"])
+        kind = chance.choice(["regular", "regular", "any", "loops", "chain", "flat"])
         levels = []
         for position in range(count):
             subs = []
@@ -38,7 +38,7 @@ class Database:
                 below = [one for one in range(position) if levels[one] == level - 1]
                 subs = [chance.choice(below) for _ in range(chance.randint(1, 4))] if below else []
                 levels.append(level)
-            elif position > 0:
+            elif position > 0 and kind != "flat":
                 reach = 2 if kind == "chain" and position < 8 else position
                 subs = [position - chance.randint(1, min(reach, position)) for _ in range(chance.randint(0, 4))]
             if kind == "loops" and chance.random() < 0.3:

@@ -9,7 +9,7 @@ CREATE TABLE graph AS
 SELECT id, lvl, self = 1 AS self, name, CAST(split(subs, ',') AS BIGINT[]) AS subs
 FROM read_csv(['large/graphs/part-0001.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
 CREATE TABLE values_1 (id BIGINT, lvl SMALLINT, v DOUBLE);
 
 -- 2: load-i1 large.txt
@@ -17,7 +17,7 @@ CREATE TABLE values_2 AS
 SELECT id, lvl, v
 FROM read_csv(['large/values-1/part-0001.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
 -- I1 is values_2, I2 is values_1.
 
 -- 3: i2-gets-i1

@@ -10,7 +10,7 @@ CREATE TABLE graph AS
 SELECT id, lvl, self = 1 AS self, name, CAST(split(subs, ',') AS BIGINT[]) AS subs
 FROM read_csv(['regular/graphs/part-0001.tsv', 'regular/graphs/part-0002.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
 CREATE TABLE values_1 (id BIGINT, lvl SMALLINT, v DOUBLE);
 
 -- 3: load-i1 a.txt
@@ -18,7 +18,7 @@ CREATE TABLE values_2 AS
 SELECT id, lvl, v
 FROM read_csv(['regular/values-1/part-0001.tsv', 'regular/values-1/part-0002.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
 -- I1 is values_2, I2 is values_1.
 
 -- 4: load-i2 b.txt
@@ -26,7 +26,7 @@ CREATE TABLE values_3 AS
 SELECT id, lvl, v
 FROM read_csv(['regular/values-2/part-0001.tsv', 'regular/values-2/part-0002.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
 DROP TABLE values_1;
 -- I1 is values_2, I2 is values_3.
 
@@ -173,7 +173,7 @@ CREATE TABLE values_7 AS
 SELECT id, lvl, v
 FROM read_csv(['regular/values-3/part-0001.tsv', 'regular/values-3/part-0002.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'v': 'DOUBLE'});
 DROP TABLE values_6;
 -- I1 is values_7, I2 is values_2.
 
@@ -286,11 +286,11 @@ WHERE NOT EXISTS (SELECT * FROM list_3 b WHERE b.name = a.name) AND EXISTS (SELE
 
 -- 22: save-list all all.g6
 COPY (SELECT name FROM list_7 ORDER BY pos, name)
-TO 'all.g6' (FORMAT csv, HEADER false, DELIMITER '\t', QUOTE '', ESCAPE '');
+TO 'all.g6' (FORMAT csv, HEADER false, DELIMITER '\t', QUOTE '', ESCAPE '', COMPRESSION none);
 
 -- 23: save-graphs graphs.g6
 COPY (SELECT name FROM graph ORDER BY id)
-TO 'graphs.g6' (FORMAT csv, HEADER false, DELIMITER '\t', QUOTE '', ESCAPE '');
+TO 'graphs.g6' (FORMAT csv, HEADER false, DELIMITER '\t', QUOTE '', ESCAPE '', COMPRESSION none);
 
 -- 24: show all
 SELECT name FROM list_7 ORDER BY pos, name;
@@ -340,7 +340,7 @@ CREATE TABLE graph AS
 SELECT id, lvl, self = 1 AS self, name, CAST(split(subs, ',') AS BIGINT[]) AS subs
 FROM read_csv(['regular/graphs/part-0001.tsv', 'regular/graphs/part-0002.tsv'],
     auto_detect = false, header = false, delim = '\t', quote = '', escape = '',
-    columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
+    hive_partitioning = false, columns = {'id': 'BIGINT', 'lvl': 'SMALLINT', 'self': 'SMALLINT', 'name': 'VARCHAR', 'subs': 'VARCHAR'});
 CREATE TABLE values_8 (id BIGINT, lvl SMALLINT, v DOUBLE);
 
 -- For more questions: the invariants at the end.
