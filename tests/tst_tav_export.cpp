@@ -117,6 +117,19 @@ private slots:
         QVERIFY(!manifest.values[0].hasTiny);
     }
 
+    void sameExpressionTwice()
+    {
+        folder->write("small.tav", "@\nA_\t0\n");
+        QCOMPARE(exportTables(words({"--compute", "size + order", "--compute", "order", "--compute", " size +  order",
+                                     "small.tav"}))
+                     .status,
+                 0);
+        const Manifest manifest = readManifest(folder->path("tables"));
+        QCOMPARE(int(manifest.values.size()), 2);
+        QCOMPARE(manifest.values[1].expression, QStringLiteral("order"));
+        QCOMPARE(table("values-2/part-0001.tsv"), QByteArray("0\t0\t1\n1\t1\t2\n"));
+    }
+
     void partsAreTheWhole()
     {
         const QStringList files = {QStringLiteral("--values"), example("connected-8.girth.txt"),
@@ -379,6 +392,9 @@ private slots:
         QTest::newRow("no folder") << QStringList{d} << QByteArray("No folder given; '-o DIR' names it.");
         QTest::newRow("empty folder") << QStringList{output, QString(), d}
                                       << QByteArray("No folder given; '-o DIR' names it.");
+        QTest::newRow("standard output") << QStringList{output, QStringLiteral("-"), d}
+                                         << QByteArray(
+                                                "Tables are no text for standard output; '-o DIR' names a folder.");
         QTest::newRow("no database") << QStringList{output, t} << QByteArray("No database file given.");
         QTest::newRow("no part") << QStringList{output, t, QStringLiteral("--parts"), QStringLiteral("0"), d}
                                  << QByteArray("Not a number of parts from 1 to 9999: '0'.");

@@ -12,8 +12,10 @@
 #include <QJsonObject>
 #include <QtTest>
 
+#include <array>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace
 {
@@ -302,6 +304,11 @@ private slots:
         QTest::addColumn<QByteArray>("message");
         QTest::newRow("version") << QStringLiteral("version") << QJsonValue(2)
                                  << QByteArray(": tables of version 2; this program reads version 1");
+        QTest::newRow("version in words") << QStringLiteral("version") << QJsonValue(QStringLiteral("1"))
+                                          << QByteArray(": the manifest is not one of tables that 'tav export' writes");
+        QTest::newRow("version between others")
+            << QStringLiteral("version") << QJsonValue(1.5)
+            << QByteArray(": the manifest is not one of tables that 'tav export' writes");
         QTest::newRow("other format") << QStringLiteral("format") << QJsonValue(QStringLiteral("other"))
                                       << QByteArray(": the manifest is not one of tables that 'tav export' writes");
         QTest::newRow("no databases") << QStringLiteral("databases") << QJsonValue(QJsonArray())
@@ -325,6 +332,44 @@ private slots:
             << QJsonValue(QJsonArray{QJsonObject{
                    {QStringLiteral("graphs"), 5}, {QStringLiteral("first"), 0}, {QStringLiteral("last"), 3}}})
             << QByteArray(": the manifest does not fit: 'levels.last'");
+        const auto levels = [](const std::vector<std::array<int, 3>> &summaries) {
+            QJsonArray array;
+            for (const auto &[graphs, first, last] : summaries) {
+                array.append(QJsonObject{{QStringLiteral("graphs"), graphs},
+                                         {QStringLiteral("first"), first},
+                                         {QStringLiteral("last"), last}});
+            }
+            return QJsonValue(array);
+        };
+        const QByteArray badLevels = ": the manifest does not fit: 'levels'";
+        QTest::newRow("no graph at the beginning")
+            << QStringLiteral("levels") << levels({{1, 1, 1}, {2, 2, 3}, {2, 3, 4}}) << badLevels;
+        QTest::newRow("a level begins with the one below")
+            << QStringLiteral("levels") << levels({{1, 0, 0}, {2, 1, 2}, {2, 1, 4}}) << badLevels;
+        QTest::newRow("a level begins before the one below")
+            << QStringLiteral("levels") << levels({{1, 0, 0}, {2, 3, 4}, {2, 1, 2}}) << badLevels;
+        QTest::newRow("no graph at the end")
+            << QStringLiteral("levels") << levels({{1, 0, 0}, {2, 1, 2}, {2, 2, 3}}) << badLevels;
+        const auto values = [](const char *key, const QStringList &sources) {
+            QJsonArray array;
+            for (const QString &source : sources) {
+                array.append(QJsonObject{{QLatin1String(key), source},
+                                         {QStringLiteral("folder"), QStringLiteral("values-%1").arg(array.size() + 1)},
+                                         {QStringLiteral("bytes"), 0},
+                                         {QStringLiteral("ordinary"), true},
+                                         {QStringLiteral("tiny"), false}});
+            }
+            return QJsonValue(array);
+        };
+        QTest::newRow("values twice") << QStringLiteral("values") << values("file", words({"a", "b", "a"}))
+                                      << QByteArray(": the manifest does not fit: 'values'");
+        QTest::newRow("an expression twice")
+            << QStringLiteral("values") << values("expression", words({"size", "size"}))
+            << QByteArray(": the manifest does not fit: 'values'");
+        QTest::newRow("a file without a name") << QStringLiteral("values") << values("file", {QString()})
+                                               << QByteArray(": the manifest does not fit: 'values.file'");
+        QTest::newRow("an empty expression") << QStringLiteral("values") << values("expression", {QString()})
+                                             << QByteArray(": the manifest does not fit: 'values.expression'");
         QTest::newRow("too many parts") << QStringLiteral("parts") << QJsonValue(10000)
                                         << QByteArray(": the manifest does not fit: 'parts'");
         QTest::newRow("levels") << QStringLiteral("levels") << QJsonValue(QJsonArray{1})
@@ -387,6 +432,30 @@ private slots:
         QCOMPARE(result.errors, "tav: regular" + message + '\n');
         QCOMPARE(result.output, QByteArray());
         QCOMPARE(result.status, 1);
+    }
+
+    /// Spark reads what is in the folder of a table, whatever its name is, but for a dot at the beginning.
+    void otherFilesInAFolder()
+    {
+        const auto errors = [&] { return translate("spark", QStringLiteral("regular"), "load regular.tav\n").errors; };
+        const QString hidden = folder.path("regular/graphs/.part-0001.tsv.crc");
+        write(hidden, "crc");
+        QCOMPARE(errors(), QByteArray());
+        QVERIFY(QFile::remove(hidden));
+        for (const char *name : {"_SUCCESS", "part-0003.tsv", "part-0001.tsv~"}) {
+            for (const char *table : {"graphs", "values-2"}) {
+                const QString other =
+                    folder.path(QStringLiteral("regular/%1/%2").arg(QLatin1String(table), QLatin1String(name)));
+                write(other, "");
+                QCOMPARE(errors(), QByteArray("tav: regular: '") + name + "' is no file of the table '" + table +
+                                       "', and must not be in its folder\n");
+                QVERIFY(QFile::remove(other));
+            }
+        }
+        QVERIFY(QDir(folder.path("regular/graphs")).mkdir(QStringLiteral("x=1")));
+        QCOMPARE(errors(), QByteArray("tav: regular: 'x=1' is no file of the table 'graphs', and must not be in its "
+                                      "folder\n"));
+        QVERIFY(QDir(folder.path("regular/graphs")).rmdir(QStringLiteral("x=1")));
     }
 
     /// The levels of the database regular have 1, 2 and 2 graphs.

@@ -94,14 +94,21 @@ void runExport(const QStringList &arguments)
     if (parser.value(folder).isEmpty()) {
         throw CommandError(QStringLiteral("No folder given; '-o DIR' names it."), WrongUsage);
     }
+    if (parser.value(folder) == QLatin1String("-")) {
+        throw CommandError(QStringLiteral("Tables are no text for standard output; '-o DIR' names a folder."),
+                           WrongUsage);
+    }
     const QStringList valueFiles = parser.values(values);
     expectDifferentNames(databases);
     expectDifferentNames(valueFiles);
     const int jobs = jobCount(parser);
     const int count = partCount(parser, parts);
+    QStringList expressions;
     for (const QString &expression : parser.values(compute)) {
         const Expression checked(expression);
+        expressions.append(expression.simplified());
     }
+    expressions.removeDuplicates();
 
     OutputFolder output(parser.value(folder));
     TableExport tables(databases, count, output);
@@ -109,8 +116,8 @@ void runExport(const QStringList &arguments)
     for (const QString &file : valueFiles) {
         tables.writeValueFile(file);
     }
-    for (const QString &expression : parser.values(compute)) {
-        tables.writeValues(expression.simplified(),
+    for (const QString &expression : expressions) {
+        tables.writeValues(expression,
                            [&](const TableExport::Take &take) { computeValues(expression, databases, jobs, take); });
     }
     const Manifest manifest = tables.finish();

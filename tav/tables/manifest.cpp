@@ -3,11 +3,14 @@
 #include "commandline.h"
 #include "regularfile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -78,11 +81,30 @@ LevelSummary readLevel(const Members &members, qint64 graphs)
     return level;
 }
 
+/// Whether there is a database with such levels: every graph stands behind one of the level below it.
+bool canBe(const std::vector<LevelSummary> &levels, qint64 graphs)
+{
+    qint64 sum = 0;
+    qint64 last = 0;
+    for (const LevelSummary &level : levels) {
+        sum += level.graphs;
+        last = std::max(last, level.last);
+    }
+    const auto doesNotRise = [](const LevelSummary &one, const LevelSummary &next) { return one.first >= next.first; };
+    return sum == graphs && last == graphs - 1 && levels.front().first == 0 &&
+           std::adjacent_find(levels.begin(), levels.end(), doesNotRise) == levels.end();
+}
+
 ValueSource readValues(const Members &members, int number)
 {
     ValueSource values;
     const bool isFile = members.contains("file");
-    (isFile ? values.file : values.expression) = members.text(isFile ? "file" : "expression");
+    const char *key = isFile ? "file" : "expression";
+    QString &source = isFile ? values.file : values.expression;
+    source = members.text(key);
+    if (source.isEmpty()) {
+        throw Unfit{members.nameOf(key)};
+    }
     values.folder = members.text("folder");
     if (values.folder != QStringLiteral("values-%1").arg(number)) { // so that no path leads elsewhere
         throw Unfit{members.nameOf("folder")};
@@ -109,18 +131,24 @@ Manifest read(const Members &members)
     manifest.isRegular = members.flag("regular");
     manifest.hasLoops = members.flag("loops");
     manifest.isPlain16 = members.flag("plain");
-    qint64 sum = 0;
     for (const QJsonValue level : members.array("levels")) {
         manifest.levels.push_back(readLevel(Members(level, QStringLiteral("levels")), manifest.graphs));
-        sum += manifest.levels.back().graphs;
     }
     const int levelCount = int(manifest.levels.size());
-    if (sum != manifest.graphs || levelCount > levelLimit || (manifest.isRegular && manifest.hasLoops)) {
+    if (levelCount == 0 || levelCount > levelLimit || !canBe(manifest.levels, manifest.graphs) ||
+        (manifest.isRegular && manifest.hasLoops)) {
         throw Unfit{QStringLiteral("levels")};
     }
-    for (const QJsonValue values : members.array("values")) {
-        manifest.values.push_back(
-            readValues(Members(values, QStringLiteral("values")), int(manifest.values.size()) + 1));
+    QSet<QString> sources;
+    for (const QJsonValue member : members.array("values")) {
+        const ValueSource values =
+            readValues(Members(member, QStringLiteral("values")), int(manifest.values.size()) + 1);
+        const QString source = values.file + QLatin1Char('\n') + values.expression;
+        if (sources.contains(source)) {
+            throw Unfit{QStringLiteral("values")};
+        }
+        sources.insert(source);
+        manifest.values.push_back(values);
     }
     return manifest;
 }
@@ -130,14 +158,22 @@ CommandError unfit(const QString &folder, const QString &reason)
     return CommandError(QStringLiteral("%1: %2").arg(folder, reason));
 }
 
-/// Throws CommandError unless the files of a table can be read and have as many bytes as its manifest says.
+/// Throws CommandError unless the files of a table can be read, have as many bytes as its manifest says, and are alone
+/// in their folder: Spark reads whatever is there, but for names that begin with a dot.
 void checkTable(const QString &folder, const QString &table, int parts, qint64 bytes)
 {
+    const QString path = folder + QLatin1Char('/') + table;
+    QStringList others = QDir(path).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     qint64 found = 0;
     for (int part = 0; part < parts; ++part) {
-        QFile file(folder + QLatin1Char('/') + table + QLatin1Char('/') + partName(part));
+        QFile file(path + QLatin1Char('/') + partName(part));
         openRegular(file);
         found += sizeOf(file);
+        others.removeOne(partName(part));
+    }
+    if (!others.isEmpty()) {
+        throw unfit(folder, QStringLiteral("%1 is no file of the table %2, and must not be in its folder")
+                                .arg(quoted(others.first()), quoted(table)));
     }
     if (found != bytes) {
         throw unfit(folder, QStringLiteral("the table %1 has %2 bytes, and its manifest says %3")
@@ -192,14 +228,13 @@ QByteArray manifestText(const Manifest &manifest)
 Manifest parseManifest(const QByteArray &text, const QString &folder)
 {
     const QJsonObject object = QJsonDocument::fromJson(text).object();
-    if (object.value(QStringLiteral("format")) != format) {
+    const double version = object.value(QStringLiteral("version")).toDouble(std::nan("")); // NaN differs from itself
+    if (object.value(QStringLiteral("format")) != format || version != std::floor(version)) {
         throw unfit(folder, QStringLiteral("the manifest is not one of tables that 'tav export' writes"));
     }
-    const int version = object.value(QStringLiteral("version")).toInt();
     if (version != tablesVersion) {
-        throw unfit(
-            folder,
-            QStringLiteral("tables of version %1; this program reads version %2").arg(version).arg(tablesVersion));
+        throw unfit(folder, QStringLiteral("tables of version %1; this program reads version %2")
+                                .arg(QString::number(version, 'g', 15), QString::number(tablesVersion)));
     }
     try {
         return read(Members(object, QString()));
