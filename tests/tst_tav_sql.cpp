@@ -225,6 +225,25 @@ private slots:
         QCOMPARE(contents(folder.path("out.sql")), QByteArray("old"));
     }
 
+    /// Spark replaces a folder.
+    void saveInAFolderThatIsUsed()
+    {
+        for (const char *path : {"\"\"", ".", "./", "..", "../", "../..", "/", "//", "a/..", "/.."}) {
+            for (const char *command : {"save-graphs ", "save-list l "}) {
+                const QByteArray script =
+                    QByteArray("load regular.tav\nlist-from-file l names.g6\n") + command + path + '\n';
+                const QByteArray name = QByteArray(command).split(' ').first();
+                const QByteArray shown = path[0] == '"' ? QByteArray() : QByteArray(path);
+                QCOMPARE(translate("spark", QStringLiteral("regular"), script).errors,
+                         "tav: script:3: " + name +
+                             " is not possible: Spark would replace all that is in the folder '" + shown + "'\n");
+                QCOMPARE(translate("duckdb", QStringLiteral("regular"), script).errors, QByteArray());
+            }
+        }
+        QCOMPARE(translate("spark", QStringLiteral("regular"), "load regular.tav\nsave-graphs ./.g6\n").errors,
+                 QByteArray());
+    }
+
     void refusedForWhatTheTablesHold_data()
     {
         QTest::addColumn<QString>("database");

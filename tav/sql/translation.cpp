@@ -6,6 +6,7 @@
 #include "listfile.h"
 #include "selection.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <algorithm>
@@ -277,7 +278,18 @@ private:
     void saveGraphs()
     {
         expectDatabase();
-        add(dialect.save(QStringLiteral("SELECT name FROM graph ORDER BY id"), argument(0)));
+        save(QStringLiteral("SELECT name FROM graph ORDER BY id"), argument(0));
+    }
+
+    void save(const QString &query, const QString &path)
+    {
+        const QString place = QDir::cleanPath(path);
+        const bool isUsed = place.isEmpty() || place == QLatin1String(".") || place == QLatin1String("/") ||
+                            place == QLatin1String("..") || place.endsWith(QLatin1String("/.."));
+        if (isUsed && options.engine == Engine::Spark) {
+            refuse(QStringLiteral("Spark would replace all that is in the folder %1").arg(quoted(path)));
+        }
+        add(dialect.save(query, path));
     }
 
     // The invariants. A table of values is never changed: what changes is which one I1 or I2 is.
@@ -604,7 +616,7 @@ private:
                                   "there is none")
                        .arg(quoted(list.name)));
         }
-        add(dialect.save(namesIn(list), argument(1)));
+        save(namesIn(list), argument(1));
     }
 
     void printLists()
