@@ -49,7 +49,7 @@ bool TAVManager::addList(const QString &name, const QStringList &names)
         return refuse();
     }
     const QString added = QStringLiteral("List added : ") + name;
-    if (names.isEmpty()) {
+    if (names.isEmpty() && !keepsEmptyLists) {
         emit signal_console(QStringLiteral("Empty list, not added."));
     } else {
         lists.append(new GraphList(name, names));
@@ -450,7 +450,7 @@ bool TAVManager::addComparison(const QString &newName, const Query &query)
     }
     return withinMemory([&] {
         const QStringList names = query(*engine);
-        if (names.isEmpty()) {
+        if (names.isEmpty() && !keepsEmptyLists) {
             emit signal_console(QStringLiteral("Empty list"));
         } else {
             addList(newName, names);

@@ -37,6 +37,8 @@ public:
     /// Adds a list; an empty @p name or one that is taken is refused silently with false. An empty list of @p names
     /// is reported and not added, and yet the result is true.
     bool addList(const QString &name, const QStringList &names);
+    /// From now on, lists without graphs are added like all others.
+    void keepEmptyLists() { keepsEmptyLists = true; }
     /// Removes the list named @p name; returns false, with a console line, when there is none.
     bool remList(const QString &name);
     /// The graph names of the list named @p name; an empty list when there is none.
@@ -178,6 +180,7 @@ private:
     QVector<GraphList *> lists;
     QString fault; // of a file
     bool loading = false;
+    bool keepsEmptyLists = false;
 };
 
 #endif

@@ -161,6 +161,7 @@ private slots:
     void comparisonLists_data();
     void comparisonLists();
     void comparisonsOfMissingValues();
+    void emptyListsThatAreKept();
     void comparisonRefusals();
     void refusalsDuringALoad();
     void listsGoOnDuringALoad();
@@ -741,6 +742,29 @@ void TestManager::comparisonsOfMissingValues()
         QCOMPARE(signalsSeen.take(), words({"console Empty list", "lists_changed", "manager_ready"}));
         QCOMPARE(desk.manager.listNames(), QStringList());
     }
+}
+
+void TestManager::emptyListsThatAreKept()
+{
+    Desk desk("low\nmid\t0\nhigh\t1\n");
+    desk.setInvariants("NA NA NA", "NA NA NA");
+    desk.manager.addList(text("dropped"), {});
+    desk.manager.keepEmptyLists();
+    SignalRecorder signalsSeen(desk.manager);
+    QVERIFY(desk.manager.addI1geI2List(text("a")));
+    QCOMPARE(signalsSeen.take(), added("a", 0) + words({"lists_changed", "manager_ready"}));
+    QVERIFY(desk.manager.addList(text("b"), {}));
+    QCOMPARE(signalsSeen.take(), added("b", 0));
+    QVERIFY(desk.manager.addUnionList(text("c"), text("a"), text("b")));
+    QCOMPARE(signalsSeen.take(), added("c", 0) + words({"manager_ready"}));
+    QVERIFY(!desk.manager.addList(text("a"), words({"low"})));
+    QCOMPARE(desk.manager.listNames(), words({"a", "b", "c"}));
+    QCOMPARE(desk.manager.getList(text("a")), QStringList());
+    const QString file = desk.folder.write("list.g6", "old");
+    QVERIFY(desk.manager.saveList(text("a"), file));
+    QCOMPARE(contents(file), QByteArray());
+    QVERIFY(desk.manager.remList(text("a")));
+    QCOMPARE(desk.manager.listNames(), words({"b", "c"}));
 }
 
 void TestManager::comparisonRefusals()

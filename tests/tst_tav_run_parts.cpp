@@ -5,6 +5,7 @@
 #include "support/testfiles.h"
 #include "support/toolprocess.h"
 
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
@@ -24,6 +25,78 @@ QSet<QByteArray> setOf(const QByteArray &text)
     const QList<QByteArray> lines = linesOf(text);
     return {lines.begin(), lines.end()};
 }
+
+using Random = std::mt19937;
+
+QByteArray oneOf(const QList<QByteArray> &texts, Random &random)
+{
+    return texts.at(int(random() % unsigned(texts.size())));
+}
+
+const QList<QByteArray> invariantCommands = {
+    "compute-i1 size",
+    "compute-i1 triangles",
+    "compute-i1 average_distance",
+    "compute-i2 3",
+    "compute-i2 8",
+    "compute-i2 12",
+    "compute-i2 diameter",
+    "compute-i2 order",
+    "avg-sub",
+    "min-sub",
+    "max-sub",
+    "i1-gets-i2",
+    "i2-gets-i1",
+    "exchange",
+};
+
+const QList<QByteArray> comparisons = {
+    "list-ge", "list-le", "list-eq-subs", "list-ge-subs", "list-le-subs", "list-gt-subs", "list-lt-subs",
+};
+
+/// A command that makes the list @p name, of two of @p lists or of a file.
+QByteArray randomListCommand(const QByteArray &name, const QList<QByteArray> &lists, Random &random)
+{
+    const unsigned kind = random() % 18;
+    if (kind < 3) {
+        return oneOf(comparisons, random) + ' ' + name;
+    }
+    if (kind < 6) {
+        return oneOf({"list-from-file ", "list-from-graphs "}, random) + name + oneOf({" names-0", " names-1"}, random);
+    }
+    if (kind < 10) {
+        return "subs " + name + ' ' + oneOf(lists, random);
+    }
+    return oneOf({"union ", "intersection ", "difference "}, random) + name + ' ' + oneOf(lists, random) + ' ' +
+           oneOf(lists, random);
+}
+
+const QList<QByteArray> lists = {"a", "b", "c", "d", "e", "f", "g", "h"};
+
+/// The commands of a script, behind its load. All lists are there at the end.
+QList<QByteArray> randomQuestion(Random &random)
+{
+    // The first list has no graphs of the base, so that those that are made of it can be empty.
+    QList<QByteArray> made = lists.mid(0, 2);
+    QList<QByteArray> commands = {"compute-i1 order", "compute-i2 6", "list-ge " + made.first(), "compute-i1 size",
+                                  "list-from-file " + made.last() + " names-0"};
+    for (const QByteArray &list : lists.mid(2)) {
+        commands << oneOf(invariantCommands, random) << oneOf(invariantCommands, random);
+        commands << randomListCommand(list, made, random);
+        made.append(list);
+        if (random() % 4 == 0) {
+            const QByteArray again = made.takeAt(int(random() % unsigned(made.size())));
+            commands << "remove-list " + again << randomListCommand(again, made, random);
+            made.append(again);
+        }
+    }
+    return commands;
+}
+
+struct Answers {
+    ToolResult result;
+    QMap<QByteArray, QSet<QByteArray>> lists; ///< none if the script failed
+};
 
 const QList<QByteArray> aboveCommands = {
     "avg-super",        "avg-all",          "min-super",        "min-all",          "max-super",        "max-all",
@@ -69,6 +142,24 @@ struct WrongQuestion {
     QByteArray reason;
 };
 
+/// The same, with a list of the complete graph alone: in two of the parts it is empty.
+const QByteArray dense = "compute-i1 size\ncompute-i2 0\nlist-ge all\ncompute-i2 21\nlist-ge dense\n"
+                         "compute-i2 13\nlist-ge some\n";
+const QList<QByteArray> questionsWithEmptyLists = {
+    dense + "difference found all dense\n",
+    dense + "list-from-graphs a one.g6\ndifference b dense a\nunion found a b\n",
+    dense + "union found dense some\n",
+    dense + "union found some dense\n",
+    dense + "union found dense dense\n",
+    dense + "intersection found dense some\n",
+    dense + "intersection found some dense\n",
+    dense + "subs found dense\n",
+    dense + "intersection a dense some\nsubs b a\ndifference found b some\n",
+    dense + "list-from-graphs a one.g6\nunion b a dense\ndifference found all b\n",
+    dense + "list-from-file a some.g6\nunion b a dense\nintersection c b some\ndifference found some c\n",
+    dense + "list-lt-subs a\nunion found a dense\n",
+};
+
 /// Questions whose answers of the parts are not together the answer of the whole.
 const QList<WrongQuestion> wrongQuestions = {
     {"list-from-graphs a one.g6\nlist-from-graphs b another.g6\nsubs c a\nsubs d b\n", "intersection found c d",
@@ -100,6 +191,75 @@ private:
     ToolResult runScript(const QByteArray &script, const QStringList &options = {}) const
     {
         return runHere(QStringList{QStringLiteral("run")} + options, script);
+    }
+
+    /// Writes a base, start.tav, with parts of the graphs on six vertices, all together in all.tav, and two files of
+    /// names; returns the names of the parts, some of which may be empty.
+    QStringList writeRandomParts(Random &random) const
+    {
+        QByteArray base;
+        QList<QByteArray> names = {"G?????"}; // not in any database
+        QList<QByteArray> graphs;
+        for (const QByteArray &line : linesOf(contents(example("connected-8.tav")))) {
+            const QByteArray graph = line.split('\t').first();
+            if (graph.at(0) < 63 + 6) {
+                base += line + '\n';
+            } else if (graph.at(0) == 63 + 6) {
+                graphs.append(graph);
+            } else {
+                continue;
+            }
+            names.append(graph);
+        }
+        folder.write("start.tav", base);
+        std::shuffle(graphs.begin(), graphs.end(), random);
+        QStringList parts;
+        for (const int count = 1 + int(random() % 4); parts.size() < count;) {
+            QByteArray input;
+            for (int i = int(random() % unsigned(graphs.size() + 1)); i > 0; --i) {
+                input += graphs.takeLast() + '\n';
+            }
+            const QByteArray part = runHere(words({"build", "--base", "start.tav"}), input).output;
+            parts.append(QStringLiteral("random-%1.tav").arg(parts.size()));
+            folder.write(parts.last(), part);
+            base += part;
+        }
+        folder.write("all.tav", base);
+        for (const char *file : {"names-0", "names-1"}) {
+            QByteArray some;
+            for (int i = int(random() % 30); i > 0; --i) {
+                some += oneOf(names, random) + '\n';
+            }
+            folder.write(file, some);
+        }
+        return parts;
+    }
+
+    /// Asks a random question of some database files.
+    Answers ask(const QList<QByteArray> &question, const QByteArray &databases, const QStringList &options) const
+    {
+        QByteArray script = "load " + databases + '\n' + question.join('\n') + "\nlists\n";
+        for (const QByteArray &list : lists) {
+            script += "show " + list + '\n';
+        }
+        folder.write("script", script);
+        Answers answers = {runHere(words({"run", "-q"}) + options + words({"script"}), {}), {}};
+        if (answers.result.status != 0) {
+            return answers;
+        }
+        QList<QByteArray> lines = linesOf(answers.result.output);
+        QMap<QByteArray, int> lengths;
+        for (int i = 0; i < lists.size(); ++i) {
+            const QList<QByteArray> fields = lines.takeFirst().split('\t');
+            lengths.insert(fields.first(), fields.last().toInt());
+        }
+        for (const QByteArray &list : lists) {
+            QSet<QByteArray> &graphs = answers.lists[list];
+            for (int i = 0; i < lengths.value(list); ++i) {
+                graphs.insert(lines.takeFirst());
+            }
+        }
+        return answers;
     }
 
 private slots:
@@ -181,7 +341,7 @@ private slots:
     void aPartForItself_data()
     {
         QTest::addColumn<QByteArray>("question");
-        for (const QByteArray &question : belowQuestions) {
+        for (const QByteArray &question : belowQuestions + questionsWithEmptyLists) {
             QTest::newRow(question.constData()) << question;
         }
     }
@@ -192,13 +352,122 @@ private slots:
         QFETCH(QByteArray, question);
         QSet<QByteArray> found;
         for (const char *part : {"part-0.tav", "part-1.tav", "part-2.tav"}) {
-            const QByteArray script = "load base.tav " + QByteArray(part) + '\n' + question + "-show found\n";
+            const QByteArray script = "load base.tav " + QByteArray(part) + '\n' + question + "show found\n";
             const ToolResult result = runScript(script, words({"-q", "--part"}));
             QCOMPARE(result.status, 0);
             found += setOf(result.output);
         }
         QCOMPARE(found, setOf(runScript("load whole.tav\n" + question + "show found\n", words({"-q"})).output));
         QVERIFY(!found.isEmpty());
+    }
+
+    void anEmptyList_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<QByteArray>("found");
+        const auto row = [](const char *command, const char *found) {
+            QTest::newRow(command) << QByteArray(command) << QByteArray(found);
+        };
+        row("union found empty few", "A_\nBw\nC~\n");
+        row("union found few empty", "A_\nBw\nC~\n");
+        row("union found empty empty", "");
+        row("intersection found empty few", "");
+        row("intersection found few empty", "");
+        row("intersection found empty empty", "");
+        row("difference found empty few", "");
+        row("difference found few empty", "C~\nBw\nC~\nA_\n");
+        row("difference found empty empty", "");
+        row("subs found empty", "");
+        row("list-from-graphs found none.g6", "");
+        row("list-from-file found none.g6", "");
+    }
+
+    /// It is a list like any other, and so is an empty one that is made of it.
+    void anEmptyList()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, found);
+        folder.write("few.g6", "C~\nBw\nC~\nA_\n");
+        folder.write("none.g6", "");
+        const QByteArray lists = "load base.tav\ncompute-i1 size\ncompute-i2 100\nlist-ge empty\n"
+                                 "list-from-graphs few few.g6\n";
+        const ToolResult result = runScript(lists + command + "\nshow found\nlists\n", words({"-q", "--part"}));
+        QCOMPARE(result.output, found + "empty\t0\nfew\t4\nfound\t" + QByteArray::number(found.count('\n')) + '\n');
+        QCOMPARE(result.status, 0);
+    }
+
+    void anEmptyListIsSavedAndRemoved()
+    {
+        folder.write("saved", "old");
+        const QByteArray script = "load base.tav\nlist-ge a\n-list-le a\nshow a\nsave-list a saved\n"
+                                  "-save-list a missing/saved\nlists\nremove-list a\n-show a\nlist-le a\nlists\n";
+        const ToolResult result = runScript(script, words({"--part"}));
+        QCOMPARE(result.output, QByteArray("Loading data ... please wait.\n"
+                                           "143 lines.\n"
+                                           "Data loaded : 143 nodes and 388 links.\n"
+                                           "List added : a [ 0 element(s)]\n"
+                                           "List added : a\n"
+                                           "Name already used\n"
+                                           "Unable to open file :missing/saved\n"
+                                           "a\t0\n"
+                                           "List a removed.\n"
+                                           "List added : a [ 0 element(s)]\n"
+                                           "List added : a\n"
+                                           "a\t0\n"));
+        const QByteArray place = "tav: standard input:";
+        QCOMPARE(result.errors, "Starting...\nList added : a\n" + place +
+                                    "3: list-le failed: there is a list 'a' already (ignored)\nUnable to open file\n" +
+                                    place + "6: save-list failed: No such file or directory (ignored)\n" + place +
+                                    "9: show failed: there is no list 'a' (ignored)\nList added : a\n");
+        QCOMPARE(result.status, 0);
+        QCOMPARE(contents(folder.path("saved")), QByteArray());
+    }
+
+    /// What random parts answer to a random question is together the answer of the whole. Commands that are refused are
+    /// replaced by others.
+    void randomQuestions()
+    {
+        const QRegularExpression refusal(
+            QStringLiteral("^tav: script:([0-9]+): [a-z-]+ is refused with --part: .*\\n$"));
+        int refusals = 0;
+        int emptyInOneAlone = 0;
+        int withoutEmptyLists = 0;
+        for (unsigned seed = 1; seed <= 30; ++seed) {
+            Random random(seed);
+            const QStringList parts = writeRandomParts(random);
+            QList<QByteArray> question = randomQuestion(random);
+            Answers whole = ask(question, "all.tav", words({"--part"}));
+            for (QRegularExpressionMatch match;
+                 (match = refusal.match(QString::fromUtf8(whole.result.errors))).hasMatch(); ++refusals) {
+                QByteArray &refused = question[match.captured(1).toInt() - 2]; // numbers start at 1, with the load
+                refused = "list-ge " + refused.split(' ').at(1);
+                whole = ask(question, "all.tav", words({"--part"}));
+            }
+            const QByteArray asked = "seed " + QByteArray::number(seed) + '\n' + question.join('\n') + '\n';
+            QVERIFY2(whole.result.status == 0, (asked + whole.result.errors).constData());
+
+            QMap<QByteArray, QSet<QByteArray>> together;
+            for (const QString &part : parts) {
+                const Answers answers = ask(question, "start.tav " + part.toLatin1(), words({"--part"}));
+                QVERIFY2(answers.result.status == 0, (asked + answers.result.errors).constData());
+                for (const QByteArray &list : lists) {
+                    const QSet<QByteArray> graphs = answers.lists.value(list);
+                    together[list] += graphs;
+                    emptyInOneAlone += graphs.isEmpty() && !whole.lists.value(list).isEmpty() ? 1 : 0;
+                }
+            }
+            for (const QByteArray &list : lists) {
+                QVERIFY2(together.value(list) == whole.lists.value(list), (asked + "list " + list).constData());
+            }
+            const Answers plain = ask(question, "all.tav", {});
+            if (plain.result.status == 0) {
+                QVERIFY2(plain.lists == whole.lists, asked.constData());
+                ++withoutEmptyLists;
+            }
+        }
+        QVERIFY2(refusals > 10, QByteArray::number(refusals).constData());
+        QVERIFY2(emptyInOneAlone > 10, QByteArray::number(emptyInOneAlone).constData());
+        QVERIFY2(withoutEmptyLists > 1, QByteArray::number(withoutEmptyLists).constData());
     }
 
     void whatLooksAboveIsRefused_data()

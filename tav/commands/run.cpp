@@ -153,7 +153,7 @@ private:
 /// Runs each command of standard input as soon as its line has arrived.
 void runLineByLine(const RunOptions &options)
 {
-    Investigation investigation(options.isQuiet);
+    Investigation investigation(options.isQuiet, options.isPart);
     StepReader reader(standardStream, options);
     const auto runLine = [&](std::string_view line, qint64) {
         if (const auto step = reader.next(line)) {
@@ -173,7 +173,7 @@ void runFile(const QString &script, const RunOptions &options)
         lines.append(line).push_back('\n');
     };
     readLines(script, checkLine, longestScriptLine);
-    Investigation investigation(options.isQuiet);
+    Investigation investigation(options.isQuiet, options.isPart);
     StepReader reader(script, options);
     for (std::string_view rest = lines; !rest.empty();) {
         const size_t end = rest.find('\n');
@@ -205,7 +205,8 @@ void runScript(const QStringList &arguments)
     const QCommandLineOption part(
         QStringLiteral("part"),
         QStringLiteral("Refuse the commands whose answers are wrong where only some parts of a database are loaded: "
-                       "those that look at the graphs above others, some that combine lists, and a second load."));
+                       "those that look at the graphs above others, some that combine lists, and a second load. Keep "
+                       "lists that are empty."));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Repeats an investigation without the window. The lines of the window's console go to standard "

@@ -81,8 +81,11 @@ struct Names {
 };
 } // namespace
 
-Investigation::Investigation(bool isQuiet) : quiet(isQuiet)
+Investigation::Investigation(bool isQuiet, bool isPart) : quiet(isQuiet)
 {
+    if (isPart) {
+        manager.keepEmptyLists();
+    }
     QObject::connect(&manager, &TAVManager::signal_console, [this](const QString &text) { showConsoleLine(text); });
     QObject::connect(&manager, &TAVManager::signal_progress,
                      [this](int done, int total) { showProgress(done, total); });

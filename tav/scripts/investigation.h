@@ -15,8 +15,9 @@
 class Investigation
 {
 public:
-    /// Without console lines if @p isQuiet.
-    explicit Investigation(bool isQuiet);
+    /// Without console lines if @p isQuiet. If @p isPart, some parts of a database are loaded, not all: a list without
+    /// graphs is kept, since other parts may have graphs in it.
+    Investigation(bool isQuiet, bool isPart);
     Investigation(const Investigation &) = delete;
     Investigation &operator=(const Investigation &) = delete;
 
