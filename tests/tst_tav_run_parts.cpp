@@ -54,8 +54,8 @@ const QList<QByteArray> comparisons = {
     "list-ge", "list-le", "list-eq-subs", "list-ge-subs", "list-le-subs", "list-gt-subs", "list-lt-subs",
 };
 
-/// A command that makes the list @p name, of two of @p lists or of a file.
-QByteArray randomListCommand(const QByteArray &name, const QList<QByteArray> &lists, Random &random)
+/// A command that makes the list @p name, of one or two of @p others, of a file or of values.
+QByteArray randomListCommand(const QByteArray &name, const QList<QByteArray> &others, Random &random)
 {
     const unsigned kind = random() % 18;
     if (kind < 3) {
@@ -65,10 +65,10 @@ QByteArray randomListCommand(const QByteArray &name, const QList<QByteArray> &li
         return oneOf({"list-from-file ", "list-from-graphs "}, random) + name + oneOf({" names-0", " names-1"}, random);
     }
     if (kind < 10) {
-        return "subs " + name + ' ' + oneOf(lists, random);
+        return "subs " + name + ' ' + oneOf(others, random);
     }
-    return oneOf({"union ", "intersection ", "difference "}, random) + name + ' ' + oneOf(lists, random) + ' ' +
-           oneOf(lists, random);
+    return oneOf({"union ", "intersection ", "difference "}, random) + name + ' ' + oneOf(others, random) + ' ' +
+           oneOf(others, random);
 }
 
 const QList<QByteArray> lists = {"a", "b", "c", "d", "e", "f", "g", "h"};
@@ -389,9 +389,9 @@ private slots:
         QFETCH(QByteArray, found);
         folder.write("few.g6", "C~\nBw\nC~\nA_\n");
         folder.write("none.g6", "");
-        const QByteArray lists = "load base.tav\ncompute-i1 size\ncompute-i2 100\nlist-ge empty\n"
+        const QByteArray start = "load base.tav\ncompute-i1 size\ncompute-i2 100\nlist-ge empty\n"
                                  "list-from-graphs few few.g6\n";
-        const ToolResult result = runScript(lists + command + "\nshow found\nlists\n", words({"-q", "--part"}));
+        const ToolResult result = runScript(start + command + "\nshow found\nlists\n", words({"-q", "--part"}));
         QCOMPARE(result.output, found + "empty\t0\nfew\t4\nfound\t" + QByteArray::number(found.count('\n')) + '\n');
         QCOMPARE(result.status, 0);
     }
