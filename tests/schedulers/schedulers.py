@@ -116,7 +116,7 @@ SelectTypeParameters=CR_Core
 # The memory that a task for eleven vertices asks for, which this machine may not have.
 SlurmdParameters=config_overrides
 SchedulerParameters=batch_sched_delay=0,sched_interval=1
-NodeName={host} NodeAddr=127.0.0.1 CPUs={os.cpu_count()} RealMemory=8192 State=UNKNOWN
+NodeName={host} NodeAddr=127.0.0.1 CPUs={os.cpu_count()} RealMemory=16384 State=UNKNOWN
 PartitionName=all Nodes=ALL Default=YES State=UP
 """
 
