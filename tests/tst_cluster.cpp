@@ -247,6 +247,16 @@ private slots:
         }
         QCOMPARE(graphs.count('\n'), 6);
     }
+
+    /// The only connected graph on two vertices has no smaller average distance below it, and none else is found.
+    void anOrderWithoutAnAnswer()
+    {
+        QCOMPARE(runHere("prepare", words({"2", "1"})).status, 0);
+        QCOMPARE(runHere("part", words({"0"})).status, 0);
+        const ToolResult result = runHere("collect");
+        QCOMPARE(result.output, QByteArray());
+        QCOMPARE(result.status, 0);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestCluster)
