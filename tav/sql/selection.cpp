@@ -75,7 +75,7 @@ public:
     }
 
     /// Whether the graphs at the end of the ways are so many that they are listed without being stored.
-    bool isLastDirect() const { return !isBarred && isDown && writing.isLarge(writing.topLevel()); }
+    bool isLastDirect() const { return isDown && writing.isLarge(writing.topLevel()); }
 
     /// Fills the table walk.
     void fill() const
@@ -100,7 +100,7 @@ public:
     {
         return QStringLiteral("SELECT m.id\nFROM walk m\nJOIN %1 i ON i.id = m.id AND i.lvl = m.lvl%2\n"
                               "WHERE NOT isnan(i.v) AND %3")
-            .arg(tables.inv1, isBarred ? QStringLiteral(" AND i.v = m.x") : QString(), testOf(match));
+            .arg(tables.inv1, ownBarriers(), testOf(match));
     }
 
     /// Puts those at the end of the ways into the table found.
@@ -108,12 +108,12 @@ public:
     {
         const int top = writing.topLevel();
         for (const Slice &slice : writing.slicesOf(top)) {
-            insertFound(writing,
-                        QStringLiteral("SELECT m.id\nFROM %1\nJOIN %2 i ON i.id = m.id\n"
-                                       "WHERE %3 AND NOT isnan(i.v) AND %4")
-                            .arg(nested(met(withOwn({waysDown(top, slice)}, top, slice)), QStringLiteral("m")),
-                                 tables.inv1, conditionsFor(slice, QStringLiteral("i.")).join(QStringLiteral(" AND ")),
-                                 testOf(match)));
+            insertFound(writing, QStringLiteral("SELECT m.id\nFROM %1\nJOIN %2 i ON i.id = m.id%3\n"
+                                                "WHERE %4 AND NOT isnan(i.v) AND %5")
+                                     .arg(nested(met(withOwn({waysDown(top, slice)}, top, slice)), QStringLiteral("m")),
+                                          tables.inv1, ownBarriers(),
+                                          conditionsFor(slice, QStringLiteral("i.")).join(QStringLiteral(" AND ")),
+                                          testOf(match)));
         }
     }
 
@@ -123,6 +123,9 @@ private:
     {
         return !isBarred && !isDown && writing.manifest.isRegular && writing.isLarge(writing.topLevel());
     }
+
+    /// The condition for the walks that begin at a graph.
+    QString ownBarriers() const { return isBarred ? QStringLiteral(" AND i.v = m.x") : QString(); }
 
     QString keys(const QString &xAlias, const QString &idAlias) const
     {
@@ -346,6 +349,9 @@ void writeWalk(const Writing &writing, const ComparedTables &tables, Neighbours 
         const WalkWriter aroundBarriers(writing, tables, neighbours, match, true);
         aroundBarriers.fill();
         insertFound(writing, aroundBarriers.listed());
+        if (aroundBarriers.isLastDirect()) {
+            aroundBarriers.findLast();
+        }
         writing.add(QStringLiteral("DROP TABLE walk"));
         writing.add(QStringLiteral("DROP TABLE barrier"));
     }
