@@ -1,20 +1,25 @@
 """The SQL engines, as the check uses them."""
 
 import os
-import re
 import socket
 import subprocess
 import time
 
 
 def statements(text):
-    """The statements of a script that tav sql wrote: each ends with a semicolon at the end of a line."""
-    lines = [line for line in text.split("\n") if not line.startswith("--")]
-    return [one.strip() for one in re.split(r";\n", "\n".join(lines)) if one.strip()]
+    """The statements of a script that tav sql wrote, with their comments: each ends with a semicolon at the end of a
+    line."""
+    lines = []
+    for line in text.split("\n"):
+        lines.append(line)
+        if line.endswith(";") and not line.startswith("--"):
+            yield "\n".join(lines).removesuffix(";")
+            lines = []
 
 
 def is_question(statement):
-    return statement.startswith("SELECT")
+    lines = [line for line in statement.split("\n") if line and not line.startswith("--")]
+    return lines[0].startswith("SELECT")
 
 
 class DuckDb:
@@ -29,13 +34,14 @@ class DuckDb:
         self.connection = duckdb.connect()
         self.connection.execute("SET threads = 1")
         self.failure = duckdb.Error
+        self.question = duckdb.StatementType.SELECT
 
     def run(self, text):
         """Runs a script and returns the rows of its questions, one behind the other."""
         rows = []
-        for statement in statements(text):
+        for statement in self.connection.extract_statements(text):
             result = self.connection.execute(statement)
-            if is_question(statement):
+            if statement.type == self.question:
                 rows += result.fetchall()
         return rows
 
