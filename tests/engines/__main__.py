@@ -111,8 +111,8 @@ def check_examples(check, engine, folder):
     files = {name: check.examples / f"connected-8.{name}.txt" for name in INVARIANTS}
     tables = folder / "connected-8"
     check.export(tables, database, files.values(), 2, ["size - order"])
-    script = [f"load {database}  # the last character is no end of a line: \\", f"list-from-file regular {check.examples / 'regular-8.g6'}",
-              "-show nothing", "clear", f"load {database}"]
+    script = [f"load {database}  # the last character is no end of a line: \\",
+              f"list-from-file regular {check.examples / 'regular-8.g6'}", "-show nothing", "clear", f"load {database}"]
     pairs = [(one, other) for one in INVARIANTS for other in INVARIANTS if one != other]
     shown = ["regular"]
     for number, command in enumerate(samples.COMPARISONS + samples.WALKS):
@@ -125,10 +125,10 @@ def check_examples(check, engine, folder):
         if not command.startswith("avg"):
             script.append(f"-list-ge {command}")
             shown.append(command)
-    script += ["compute-i1 size - order", "i2-gets-i1", "exchange", "i1-gets-i2", "compute-i2  size  -  order", "-list-eq-subs computed", "subs below regular",
-               "supers above regular", "union all below above", "intersection both below above",
-               "difference rest below both", "show all", "remove-list all", f"save-list rest {folder / 'rest.g6'}",
-               f"save-graphs {folder / 'all.g6'}"]
+    script += ["compute-i1 size - order", "i2-gets-i1", "exchange", "i1-gets-i2", "compute-i2  size  -  order",
+               "-list-eq-subs computed", "subs below regular", "supers above regular", "union all below above",
+               "intersection both below above", "difference rest below both", "show all", "remove-list all",
+               f"save-list rest {folder / 'rest.g6'}", f"save-graphs {folder / 'all.g6'}"]
     shown += ["computed", "below", "above", "both", "rest"]
     script += [f"-show {name}" for name in shown] + ["lists"]
     path = folder / f"every-command-{engine.name}.txt"
@@ -163,7 +163,8 @@ def check_random(check, engine, folder, seed, number):
     chance = random.Random(f"{seed} {number}")
     with tempfile.TemporaryDirectory(dir=folder) as name:
         place = pathlib.Path(name)
-        database = samples.Database(chance, place, engine.most_graphs if chance.random() < 0.9 else 3 * engine.most_graphs)
+        is_larger = chance.random() >= 0.9
+        database = samples.Database(chance, place, engine.most_graphs * (3 if is_larger else 1))
         tables = place / "id=7"  # an engine could take that for the value of a column
         check.export(tables, database.path, database.values, chance.randint(1, 3))
         every = samples.every_command()
