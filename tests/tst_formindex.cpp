@@ -45,7 +45,10 @@ template<typename Number> Number numberAt(const std::string &bytes, size_t place
 
 template<typename Number> std::string with(std::string bytes, size_t place, Number number)
 {
-    std::memcpy(bytes.data() + place, &number, sizeof number);
+    const auto *const given = reinterpret_cast<const char *>(&number);
+    for (size_t i = 0; i < sizeof number; ++i) {
+        bytes.at(place + i) = given[i];
+    }
     return bytes;
 }
 
